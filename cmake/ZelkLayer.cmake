@@ -1,0 +1,68 @@
+# SPDX-License-Identifier: MIT
+
+# zelk_layer(NAME LINKS <layers this one may include> LIBRARIES <third-party, private>)
+# Makes a static library of all sources of the current folder. Its name says its place:
+# platform/uikit is zelk_platform_uikit.
+function(zelk_layer name)
+  cmake_parse_arguments(LAYER "" "" "LINKS;LIBRARIES" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
+  list(FILTER headers EXCLUDE REGEX "_p\\.h$")
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
+    target_link_libraries(${name} PUBLIC ${LAYER_LINKS} PRIVATE ${LAYER_LIBRARIES})
+    zelk_precompile(${name})
+  else()
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE "${CMAKE_SOURCE_DIR}")
+    target_link_libraries(${name} INTERFACE ${LAYER_LINKS})
+  endif()
+  if(ZELK_BUILD_TESTS)
+    zelk_check_headers(${name} ${headers})
+  endif()
+endfunction()
+
+# The standard library is parsed once: every target takes the precompiled header of the first.
+function(zelk_precompile name)
+  if(TARGET zelk_standard_headers)
+    target_precompile_headers(${name} REUSE_FROM zelk_standard_headers)
+  endif()
+endfunction()
+
+# Proves that each public header compiles alone and twice: one source a header, with no precompiled
+# header to hide a missing include.
+function(zelk_check_headers name)
+  set(units)
+  foreach(header IN LISTS ARGN)
+    file(RELATIVE_PATH relative "${CMAKE_SOURCE_DIR}" "${header}")
+    string(REPLACE "/" "_" unit "${relative}")
+    set(unit "${CMAKE_BINARY_DIR}/headers/${unit}.cpp")
+    set(text "#include \"${relative}\"\n#include \"${relative}\" // twice: the guard holds\n")
+    file(CONFIGURE OUTPUT "${unit}" CONTENT "${text}" @ONLY)
+    list(APPEND units "${unit}")
+  endforeach()
+  if(units)
+    add_library(${name}_headers OBJECT ${units})
+    target_link_libraries(${name}_headers PRIVATE ${name})
+  endif()
+endfunction()
+
+# zelk_test(FOLDER LINKS <targets>): one test program of all sources of tests/FOLDER. Tests run in a
+# temporary home on the off-screen window system, without network.
+function(zelk_test folder)
+  cmake_parse_arguments(TEST "" "" "LINKS;LIBRARIES" ${ARGN})
+  string(REPLACE "/" "_" name "tests_${folder}")
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  target_compile_definitions(${name} PRIVATE ZELK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" ZELK_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  target_link_libraries(${name} PRIVATE ${TEST_LINKS} ${TEST_LIBRARIES} zelk_tests_support GTest::gtest)
+  zelk_precompile(${name})
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${folder}: "
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_BINARY_DIR}/tests/home;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/tests/home;DBUS_SESSION_BUS_ADDRESS=disabled:;LC_ALL=C.UTF-8"
+               TIMEOUT 120)
+endfunction()

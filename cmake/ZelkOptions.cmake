@@ -1,0 +1,39 @@
+# SPDX-License-Identifier: MIT
+# Compiler settings that every target shares.
+
+option(ZELK_BUILD_TESTS "Build the tests and the examples" ON)
+option(ZELK_BUILD_BENCH "Build the benchmarks" OFF)
+option(ZELK_BUILD_FUZZ "Build the fuzz targets (needs clang)" OFF)
+set(ZELK_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
+
+set(CMAKE_CXX_STANDARD 23)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+# One flag set for all targets: the precompiled header is built once and shared, and that works only
+# where the flags are the same.
+add_compile_options(-Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wunused -Wcast-align -Wimplicit-fallthrough)
+# A designated initialiser that leaves fields at their defaults is how options are written here.
+add_compile_options(-Wno-missing-field-initializers)
+# Qt's headers are left without its convenience macros, which would take names like `emit` and `slots`.
+add_compile_definitions(QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+
+if(ZELK_SANITIZE)
+  add_compile_options(-fsanitize=${ZELK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZELK_SANITIZE})
+endif()
+
+find_program(ZELK_CCACHE ccache)
+if(ZELK_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      "${CMAKE_COMMAND};-E;env;CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime;${ZELK_CCACHE}")
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-fpch-preprocess)
+  endif()
+endif()

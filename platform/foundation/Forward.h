@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace platform {
+
+class Bundle;
+class Error;
+class Logger;
+class NSError;
+class NSObject;
+class ProcessInfo;
+class String;
+class URL;
+class UUID;
+
+} // namespace platform
