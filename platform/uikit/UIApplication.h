@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/uikit/UITraitCollection.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+class UIWindow;
+
+// The process as the desktop sees it: its event loop, windows and the desktop's settings. Main thread only.
+class UIApplication {
+public:
+    static UIApplication& shared();
+
+    // Connects to the window system. Requires displayIsAvailable() (graphics/GraphicsRuntime.h).
+    void start();
+    // Runs until `terminate` or until the last window is closed; gives the exit status.
+    int run();
+    void terminate(int exitStatus = 0);
+
+    const std::vector<std::weak_ptr<UIWindow>>& windows() const { return windows_; }
+
+    // The desktop's appearance, contrast, text scale and motion settings, asked from the settings portal without
+    // blocking for longer than the first frame can wait; the defaults where no portal answers. Changes come later through
+    // all windows' traits.
+    const UITraitCollection& desktopTraits();
+
+private:
+    friend class UIWindow;
+    UIApplication();
+    ~UIApplication();
+    struct State;
+    std::unique_ptr<State> state_;
+    std::vector<std::weak_ptr<UIWindow>> windows_;
+};
+
+} // namespace platform

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/uikit/UIEvent.h"
+#include "platform/uikit/UIResponder.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace platform {
+
+enum class UIGestureRecognizerState { possible, began, changed, ended, cancelled, failed };
+
+// Watches the touches of its view and the view's subviews and recognises one gesture in them. Discrete gestures go
+// possible -> ended or failed; continuous ones possible -> began -> changed ... -> ended or cancelled, or failed. After
+// an end state it is reset to possible. A recogniser that begins cancels the touches of the views beneath unless
+// cancelsTouchesInView is off, and prevents others that began no earlier, unless both sides allow simultaneity.
+// Main thread only.
+class UIGestureRecognizer : public NSObject {
+public:
+    using Action = std::function<void(UIGestureRecognizer&)>;
+    explicit UIGestureRecognizer(Action action = {});
+    ~UIGestureRecognizer() override;
+
+    Action onChange; // called in each state but possible and failed
+    UIGestureRecognizerState state() const { return state_; }
+    std::shared_ptr<UIView> view() const { return view_.lock(); }
+    bool isEnabled() const { return isEnabled_; }
+    void setEnabled(bool enabled); // switching it off cancels what is under way
+    bool cancelsTouchesInView = true;
+    std::function<bool(UIGestureRecognizer&)> shouldBegin;
+    std::function<bool(UIGestureRecognizer& self, UITouch& touch)> shouldReceive;
+    std::function<bool(UIGestureRecognizer& self, UIGestureRecognizer& other)> shouldRecognizeSimultaneously;
+    // Waits until `other` has failed.
+    void requireToFail(std::shared_ptr<UIGestureRecognizer> other);
+    // The middle of its touches.
+    virtual CGPoint location(const UIView& in) const;
+    std::size_t numberOfTouches() const { return touches_.size(); }
+
+    // What subclasses decide on; called by the window in event order.
+    virtual void touchBegan(UITouch& touch);
+    virtual void touchMoved(UITouch&) { }
+    virtual void touchEnded(UITouch& touch);
+    virtual void touchCancelled(UITouch& touch);
+    virtual void reset(); // back to possible, forget everything
+
+protected:
+    void setState(UIGestureRecognizerState state);
+    std::vector<UITouch*> touches_; // of this gesture; each is the window's until it ended
+
+private:
+    friend class UIView;
+    friend class GestureArena;
+    std::weak_ptr<UIView> view_;
+    UIGestureRecognizerState state_ = UIGestureRecognizerState::possible;
+    bool isEnabled_ = true;
+    std::vector<std::weak_ptr<UIGestureRecognizer>> mustFailFirst_;
+};
+
+} // namespace platform

@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/graphics/Geometry.h"
+#include "platform/graphics/UIBezierPath.h"
+#include "platform/graphics/UIColor.h"
+#include "platform/uikit/AnimationTiming.h"
+#include "platform/uikit/UIAccessibility.h"
+#include "platform/uikit/UIResponder.h"
+#include "platform/uikit/UITraitCollection.h"
+
+#include <functional>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace platform {
+
+// A view offers this in place of a width or a height that it does not have.
+inline constexpr CGFloat noIntrinsicMetric = -1;
+
+enum class UISemanticContentAttribute { unspecified, forceLeftToRight, forceRightToLeft };
+
+// How a view follows its superview's size where no constraints hold it; an option set.
+struct UIViewAutoresizing {
+    unsigned rawValue = 0;
+    static constexpr unsigned flexibleLeftMargin = 1, flexibleWidth = 2, flexibleRightMargin = 4,
+                              flexibleTopMargin = 8, flexibleHeight = 16, flexibleBottomMargin = 32;
+    bool contains(unsigned flags) const { return (rawValue & flags) == flags; }
+    bool operator==(const UIViewAutoresizing&) const = default;
+};
+
+// What stops when an animation is over: true when it ran to its end, false when it was replaced.
+using AnimationCompletion = std::function<void(bool finished)>;
+
+// A rectangle on screen with its own coordinates, look, subviews and events. A superview owns its
+// subviews, in painting order: later ones are in front. Main thread only.
+//
+// Geometry and look have two faces while an animation runs: the accessors below give the value that was
+// set (where the view is going), `presentation…` gives what is on screen now.
+class UIView : public UIResponder {
+public:
+    UIView();
+    explicit UIView(CGRect frame);
+    ~UIView() override;
+
+    // --- The tree ---------------------------------------------------------------------------------
+    std::shared_ptr<UIView> superview() const;
+    const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
+    std::shared_ptr<UIWindow> window() const;
+    // Each takes the view out of its former superview first.
+    void addSubview(std::shared_ptr<UIView> view);
+    void insertSubview(std::shared_ptr<UIView> view, std::size_t index); // index past the end appends
+    void insertSubviewAbove(std::shared_ptr<UIView> view, const UIView& sibling);
+    void insertSubviewBelow(std::shared_ptr<UIView> view, const UIView& sibling);
+    void bringSubviewToFront(const UIView& view);
+    void sendSubviewToBack(const UIView& view);
+    void removeFromSuperview(); // the caller may hold the last reference
+    // Makes `views` the subviews, in that order, moving as few as needed. Views that stay are told nothing.
+    void setSubviews(const std::vector<std::shared_ptr<UIView>>& views);
+    // True for the view itself.
+    bool isDescendant(const UIView& ancestor) const;
+    // The controller whose view this is; null for most views.
+    std::shared_ptr<UIViewController> viewController() const;
+
+    virtual void didAddSubview(UIView&) { }
+    virtual void willRemoveSubview(UIView&) { }
+    virtual void willMoveToSuperview(UIView*) { }
+    virtual void didMoveToSuperview() { }
+    virtual void willMoveToWindow(UIWindow*) { }
+    virtual void didMoveToWindow() { }
+
+    // --- Geometry, in points ----------------------------------------------------------------------
+    // In the superview's coordinates. Under a transform: the upright box around the transformed view.
+    CGRect frame() const;
+    void setFrame(CGRect frame);
+    CGRect bounds() const { return bounds_; }
+    void setBounds(CGRect bounds); // a moved origin scrolls the content
+    CGPoint center() const { return center_; }
+    void setCenter(CGPoint center);
+    CGAffineTransform transform() const { return transform_; } // about the centre
+    void setTransform(CGAffineTransform transform);
+    CGRect presentationFrame() const;
+    CGRect presentationBounds() const;
+    CGPoint presentationCenter() const;
+    CGAffineTransform presentationTransform() const;
+    CGFloat presentationAlpha() const;
+    // Between this view's coordinates and another's; null means the window's.
+    CGPoint convertTo(CGPoint point, const UIView* target) const;
+    CGPoint convertFrom(CGPoint point, const UIView* source) const;
+    CGRect convertTo(CGRect rect, const UIView* target) const;
+    CGRect convertFrom(CGRect rect, const UIView* source) const;
+
+    // --- Look ------------------------------------------------------------------------------------
+    CGFloat alpha() const { return alpha_; } // of the view with all it holds, 0 to 1
+    void setAlpha(CGFloat alpha);
+    bool isHidden() const { return isHidden_; }
+    void setHidden(bool hidden);
+    const std::optional<UIColor>& backgroundColor() const { return backgroundColor_; }
+    void setBackgroundColor(std::optional<UIColor> color);
+    bool clipsToBounds() const { return clipsToBounds_; } // default false: children may paint outside
+    void setClipsToBounds(bool clips);
+    CGFloat cornerRadius() const { return cornerRadius_; }
+    void setCornerRadius(CGFloat radius);
+    UIRectCorner maskedCorners() const
+    {
+        return maskedCorners_;
+    } // which corners the radius rounds; default all
+    void setMaskedCorners(UIRectCorner corners);
+    // Only where the mask paints is this view seen, as much as the mask is opaque. In this view's coordinates.
+    const std::shared_ptr<UIView>& mask() const { return mask_; }
+    void setMask(std::shared_ptr<UIView> mask);
+    // Inherited from the nearest superview that has one; the last resort is the system's blue.
+    UIColor tintColor() const;
+    void setTintColor(std::optional<UIColor> color);
+    virtual void tintColorDidChange() { }
+    // Above or below siblings whatever the order; default 0.
+    CGFloat zPosition() const { return zPosition_; }
+    void setZPosition(CGFloat position);
+
+    void setNeedsDisplay();
+    void setNeedsDisplay(CGRect rect); // own coordinates
+    // Paints the view's own content over its background; subviews follow. `dirty` is in own coordinates; what
+    // is painted outside of it is clipped.
+    virtual void draw(CGContext&, CGRect /*dirty*/) { }
+
+    // --- Layout ----------------------------------------------------------------------------------
+    void setNeedsLayout();
+    void layoutIfNeeded();
+    // Places the subviews. The default applies the constraints that this view owns.
+    virtual void layoutSubviews();
+    // The size that suits the content in the space given; the default is the present size.
+    virtual CGSize sizeThatFits(CGSize available) const;
+    void sizeToFit();
+    virtual CGSize intrinsicContentSize() const { return {noIntrinsicMetric, noIntrinsicMetric}; }
+    void invalidateIntrinsicContentSize();
+    UIViewAutoresizing autoresizingMask() const { return autoresizingMask_; }
+    void setAutoresizingMask(UIViewAutoresizing mask);
+    bool translatesAutoresizingMaskIntoConstraints() const { return translatesAutoresizingMask_; }
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+    UIEdgeInsets safeAreaInsets() const { return safeAreaInsets_; }
+    virtual void safeAreaInsetsDidChange() { }
+
+    std::shared_ptr<UILayoutGuide> safeAreaLayoutGuide();
+    NSLayoutXAxisAnchor leadingAnchor();
+    NSLayoutXAxisAnchor trailingAnchor();
+    NSLayoutXAxisAnchor leftAnchor();
+    NSLayoutXAxisAnchor rightAnchor();
+    NSLayoutXAxisAnchor centerXAnchor();
+    NSLayoutYAxisAnchor topAnchor();
+    NSLayoutYAxisAnchor bottomAnchor();
+    NSLayoutYAxisAnchor centerYAnchor();
+    NSLayoutYAxisAnchor firstBaselineAnchor();
+    NSLayoutYAxisAnchor lastBaselineAnchor();
+    NSLayoutDimension widthAnchor();
+    NSLayoutDimension heightAnchor();
+    // Distances of the first and last text baseline from the top and bottom edge; the edges by default.
+    virtual CGFloat firstBaselineOffset() const { return bounds_.size.height; }
+    virtual CGFloat lastBaselineOffset() const { return 0; }
+    // The active constraints that this view solves when it lays out.
+    std::vector<std::shared_ptr<NSLayoutConstraint>> constraints() const;
+
+    // --- Surroundings ----------------------------------------------------------------------------
+    const UITraitCollection& traitCollection() const { return traits_; }
+    UIUserInterfaceStyle overrideUserInterfaceStyle() const { return overrideStyle_; }
+    void setOverrideUserInterfaceStyle(UIUserInterfaceStyle style);
+    UISemanticContentAttribute semanticContentAttribute() const { return semanticContentAttribute_; }
+    void setSemanticContentAttribute(UISemanticContentAttribute attribute);
+    UIUserInterfaceLayoutDirection effectiveUserInterfaceLayoutDirection() const;
+    virtual void traitCollectionDidChange(const UITraitCollection& /*previous*/) { }
+
+    // --- Events ----------------------------------------------------------------------------------
+    bool isUserInteractionEnabled() const { return isUserInteractionEnabled_; }
+    void setUserInteractionEnabled(bool enabled);
+    // The front-most view under `point` (own coordinates) that takes events; null when none does. Views that are
+    // hidden, nearly clear or disabled take none, nor do their subviews.
+    virtual std::shared_ptr<UIView> hitTest(CGPoint point);
+    virtual bool pointInside(CGPoint point) const;
+    const std::vector<std::shared_ptr<UIGestureRecognizer>>& gestureRecognizers() const
+    {
+        return gestureRecognizers_;
+    }
+    void addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer);
+    void removeGestureRecognizer(const UIGestureRecognizer& recognizer);
+    // The pointer came over the view or left it.
+    virtual void pointerEntered() { }
+    virtual void pointerExited() { }
+    enum class Cursor { arrow, text, pointingHand, resizeHorizontal, resizeVertical };
+    // What the pointer looks like at `point`, own coordinates; none asks the superview.
+    virtual std::optional<Cursor> cursorAt(CGPoint) const { return std::nullopt; }
+
+    std::shared_ptr<UIResponder> next() const override;
+
+    // --- Animation -------------------------------------------------------------------------------
+    // Runs `changes` at once; geometry, transform, alpha, background colour and corner radius that it sets move
+    // there from what is on screen. An animation that is replaced hands its speed on to a spring.
+    static void animate(const AnimationTiming& timing, const std::function<void()>& changes,
+                        AnimationCompletion completion = {});
+    // Changes made inside are not animated, whatever surrounds them.
+    static void performWithoutAnimation(const std::function<void()>& changes);
+    // The timing that changes made now would be animated with; null outside of `animate`.
+    static const AnimationTiming* currentAnimation();
+    void removeAllAnimations(); // what was set is on screen at once
+    bool isAnimating() const;
+
+    // --- Accessibility ---------------------------------------------------------------------------
+    // What the accessibility bus is told; see UIAccessibility.h. The view's children stand under it.
+    AccessibilityProperties& accessibility() { return accessibility_; }
+    const AccessibilityProperties& accessibility() const { return accessibility_; }
+    // The default gives what `accessibility()` was set to.
+    virtual AccessibilityProperties accessibilityNow() const { return accessibility_; }
+    virtual AccessibleText* accessibleText() { return nullptr; }
+    virtual bool accessibilityActivate() { return false; } // the default action, as a click; true when done
+
+protected:
+    std::shared_ptr<UIWindow> responderWindow() const override;
+
+private:
+    friend class UIWindow;
+    friend class UIViewController;
+    friend class NSLayoutConstraint;
+    friend class ViewPainter;
+    friend class ViewLayout;
+    friend class ViewAnimator;
+    struct Animations;
+
+    template <class Value>
+    void change(Value& stored, Value value, int property);
+    void adopt(std::shared_ptr<UIView> view, std::size_t index);
+    void moveToWindow(UIWindow* window);
+    void inheritTraits();
+    void tellTintColorChanged();
+    void resizeSubviews(CGSize before);
+    void didChangeGeometry(CGRect boundsBefore);
+    void updateSafeArea();
+    CGAffineTransform mapToSuperview() const; // of what is on screen
+    CGAffineTransform modelMapToSuperview() const;
+    LayoutState& layoutState();
+
+    // All main thread only.
+    // The superview and the window outlive their place here: each clears it before it goes.
+    UIView* superview_ = nullptr;
+    UIWindow* window_ = nullptr;
+    std::vector<std::shared_ptr<UIView>> subviews_;
+    std::weak_ptr<UIViewController> viewController_;
+
+    CGRect bounds_;
+    CGPoint center_;
+    CGAffineTransform transform_;
+    CGFloat alpha_ = 1;
+    CGFloat cornerRadius_ = 0;
+    CGFloat zPosition_ = 0;
+    std::optional<UIColor> backgroundColor_;
+    std::optional<UIColor> tintColor_;
+    std::shared_ptr<UIView> mask_;
+    UIRectCorner maskedCorners_ = UIRectCorner::all();
+    bool isHidden_ = false;
+    bool clipsToBounds_ = false;
+    bool isUserInteractionEnabled_ = true;
+    bool translatesAutoresizingMask_ = true;
+    bool needsLayout_ = true;
+    bool subtreeNeedsLayout_ = true;
+    UIViewAutoresizing autoresizingMask_;
+    UIEdgeInsets safeAreaInsets_;
+
+    UITraitCollection traits_;
+    UIUserInterfaceStyle overrideStyle_ = UIUserInterfaceStyle::unspecified;
+    UISemanticContentAttribute semanticContentAttribute_ = UISemanticContentAttribute::unspecified;
+
+    std::vector<std::shared_ptr<UIGestureRecognizer>> gestureRecognizers_;
+    AccessibilityProperties accessibility_;
+    std::unique_ptr<Animations> animations_;   // null while nothing moves
+    std::unique_ptr<LayoutState> layoutState_; // null without constraints and guides
+};
+
+} // namespace platform
