@@ -9,6 +9,8 @@
 
 namespace platform {
 
+enum class UILayoutAxis { horizontal, vertical };
+
 enum class NSLayoutAttribute {
     notAnAttribute,
     left,

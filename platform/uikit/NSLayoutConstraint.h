@@ -51,6 +51,7 @@ private:
     CGFloat multiplier_, constant_;
     UILayoutPriority priority_ = UILayoutPriorityRequired;
     std::weak_ptr<UIView> owner_;
+    bool conflictIsReported_ = false; // one line in the log a change
 };
 
 // A rectangle for constraints that is no view. Owned by its view. Main thread only.

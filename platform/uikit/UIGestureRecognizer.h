@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace platform {
@@ -56,6 +57,10 @@ private:
     UIGestureRecognizerState state_ = UIGestureRecognizerState::possible;
     bool isEnabled_ = true;
     std::vector<std::weak_ptr<UIGestureRecognizer>> mustFailFirst_;
+    GestureArena* arena_ = nullptr; // while it has something to do with touches; outlived by the arena's care
+    std::optional<UIGestureRecognizerState> heldState_; // wished for, until those that must fail first have
+    CGPoint lastWindowLocation_;
+    bool isBeingTold_ = false; // inside onChange
 };
 
 } // namespace platform

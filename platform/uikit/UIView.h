@@ -4,6 +4,7 @@
 #include "platform/graphics/Geometry.h"
 #include "platform/graphics/UIBezierPath.h"
 #include "platform/graphics/UIColor.h"
+#include "platform/graphics/UIRectCorner.h"
 #include "platform/uikit/AnimationTiming.h"
 #include "platform/uikit/UIAccessibility.h"
 #include "platform/uikit/UIResponder.h"
@@ -103,10 +104,7 @@ public:
     void setClipsToBounds(bool clips);
     CGFloat cornerRadius() const { return cornerRadius_; }
     void setCornerRadius(CGFloat radius);
-    UIRectCorner maskedCorners() const
-    {
-        return maskedCorners_;
-    } // which corners the radius rounds; default all
+    UIRectCorner maskedCorners() const { return maskedCorners_; } // which the radius rounds; default all
     void setMaskedCorners(UIRectCorner corners);
     // Only where the mask paints is this view seen, as much as the mask is opaque. In this view's coordinates.
     const std::shared_ptr<UIView>& mask() const { return mask_; }
@@ -135,6 +133,14 @@ public:
     void sizeToFit();
     virtual CGSize intrinsicContentSize() const { return {noIntrinsicMetric, noIntrinsicMetric}; }
     void invalidateIntrinsicContentSize();
+    // How firmly constraints keep the view from being larger (hugging, default 250) and smaller (compression, default
+    // 750) than its intrinsic size; a layout priority of 1 to 1000.
+    float contentHuggingPriority(UILayoutAxis axis) const;
+    void setContentHuggingPriority(float priority, UILayoutAxis axis);
+    float contentCompressionResistancePriority(UILayoutAxis axis) const;
+    void setContentCompressionResistancePriority(float priority, UILayoutAxis axis);
+    // The size near `target` that the constraints on the view and below want; zero asks for the smallest.
+    CGSize systemLayoutSizeFitting(CGSize target);
     UIViewAutoresizing autoresizingMask() const { return autoresizingMask_; }
     void setAutoresizingMask(UIViewAutoresizing mask);
     bool translatesAutoresizingMaskIntoConstraints() const { return translatesAutoresizingMask_; }
@@ -225,8 +231,8 @@ private:
     friend class ViewAnimator;
     struct Animations;
 
-    template <class Value>
-    void change(Value& stored, Value value, int property);
+    // Marks the place on screen dirty that this view and what shows outside of it take at the moment.
+    void markPlaceDirty();
     void adopt(std::shared_ptr<UIView> view, std::size_t index);
     void moveToWindow(UIWindow* window);
     void inheritTraits();
@@ -254,7 +260,7 @@ private:
     std::optional<UIColor> backgroundColor_;
     std::optional<UIColor> tintColor_;
     std::shared_ptr<UIView> mask_;
-    UIRectCorner maskedCorners_ = UIRectCorner::all();
+    UIRectCorner maskedCorners_ = UIRectCorner::allCorners;
     bool isHidden_ = false;
     bool clipsToBounds_ = false;
     bool isUserInteractionEnabled_ = true;
@@ -270,7 +276,7 @@ private:
 
     std::vector<std::shared_ptr<UIGestureRecognizer>> gestureRecognizers_;
     AccessibilityProperties accessibility_;
-    std::unique_ptr<Animations> animations_;   // null while nothing moves
+    std::shared_ptr<Animations> animations_;   // null while nothing moves; the animator knows what it is
     std::unique_ptr<LayoutState> layoutState_; // null without constraints and guides
 };
 
