@@ -12,5 +12,7 @@ class ProcessInfo;
 class String;
 class URL;
 class UUID;
+struct OperatingSystemVersion;
+struct TextSurvey;
 
 } // namespace platform

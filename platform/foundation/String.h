@@ -29,7 +29,9 @@ public:
 
     // Takes bytes that `owner` keeps alive, without copying them. Requires: `utf8` is well-formed UTF-8
     // and never changes while `owner` lives.
-    static String adopting(std::shared_ptr<const void> owner, std::string_view utf8);
+    // The survey, if there is one, is of these bytes and travels with them.
+    static String adopting(std::shared_ptr<const void> owner, std::string_view utf8,
+                           std::shared_ptr<const TextSurvey> survey = nullptr);
 
     // Reads the whole file as text; its encoding is detected (see TextDecoding.h). The text is exactly
     // the file's, without the byte-order mark. Blocks the calling thread; large files are read and
@@ -41,6 +43,9 @@ public:
     std::size_t size() const { return utf8_.size(); } // bytes
     bool isEmpty() const { return utf8_.empty(); }
     std::string toStdString() const { return std::string(utf8_); }
+    // What the pass that made this text learned about its lines; null when nobody surveyed it (surveyText
+    // does). Texts read from files have one.
+    const std::shared_ptr<const TextSurvey>& survey() const { return survey_; }
 
     // The same storage counts as equal without being compared.
     friend bool operator==(const String& a, const String& b)
@@ -52,6 +57,7 @@ public:
 private:
     std::shared_ptr<const void> owner_;
     std::string_view utf8_;
+    std::shared_ptr<const TextSurvey> survey_;
 };
 
 } // namespace platform

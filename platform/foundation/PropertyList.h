@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/foundation/Result.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace platform {
+
+class PropertyListValue;
+
+using PropertyListArray = std::vector<PropertyListValue>;
+using PropertyListDictionary = std::map<std::string, PropertyListValue, std::less<>>;
+using PropertyListData = std::vector<std::byte>;
+using PropertyListDate = std::chrono::sys_seconds;
+
+// A value of a property list: text, number, truth value, date, bytes, array or dictionary.
+class PropertyListValue {
+public:
+    using Storage = std::variant<std::string, std::int64_t, double, bool, PropertyListDate, PropertyListData,
+                                 PropertyListArray, PropertyListDictionary>;
+
+    PropertyListValue(Storage storage);
+    PropertyListValue(std::string_view text);
+    PropertyListValue(const char* text);
+
+    // The value when it is of this type, else null: `value.as<std::string>()`. Valid while the value lives.
+    template <class Type>
+    const Type* as() const
+    {
+        return std::get_if<Type>(&storage_);
+    }
+    // The entry of a dictionary; null when there is none or this is not a dictionary.
+    const PropertyListValue* find(std::string_view key) const;
+
+    friend bool operator==(const PropertyListValue&, const PropertyListValue&) = default;
+
+private:
+    Storage storage_;
+};
+
+// Limits on what strangers may put into a list.
+struct PropertyListLimits {
+    std::size_t bytes = 1024 * 1024;
+    std::size_t depth = 64;
+    std::size_t values = 100'000;
+};
+
+// Reads the XML form, in UTF-8, UTF-16 or what its XML declaration says. Entity declarations are refused, so
+// nothing can expand and nothing outside is read. Errors: NSCocoaError::propertyListReadCorrupt; the
+// failure reason names the line. Of a key given twice the last value counts, as on the platform.
+[[nodiscard]] Result<PropertyListValue> parsePropertyList(std::string_view xml,
+                                                          const PropertyListLimits& limits = {});
+
+// The same from a file, a dictionary at its root being required. Errors: also the file-read codes.
+[[nodiscard]] Result<PropertyListDictionary> readPropertyList(const URL& file,
+                                                              const PropertyListLimits& limits = {});
+
+} // namespace platform

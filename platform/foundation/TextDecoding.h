@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/foundation/Result.h"
+#include "platform/foundation/String.h"
+#include "platform/foundation/TextSurvey.h"
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace platform {
+
+enum class TextEncoding {
+    utf8,
+    utf16LittleEndian,
+    utf16BigEndian,
+    utf32LittleEndian,
+    utf32BigEndian,
+};
+
+// "Unicode (UTF-8)": for people.
+std::string_view localizedName(TextEncoding encoding);
+
+// What speaks for an encoding.
+enum class TextEvidence {
+    mark,       // the bytes begin with its byte-order mark
+    zeroBytes,  // the places of the zero bytes
+    wellFormed, // the bytes are well-formed in it
+};
+
+struct TextDetection {
+    TextEncoding encoding;
+    TextEvidence evidence;
+    std::size_t markSize = 0; // bytes to leave out at the beginning
+
+    bool operator==(const TextDetection&) const = default;
+};
+
+// How much of the beginning of a text the detection looks at.
+inline constexpr std::size_t textDetectionSample = 256 * 1024;
+
+// Finds the encoding of a text from its beginning. Asks, in this order: a byte-order mark (FF FE 00 00 is
+// UTF-32's); zero bytes in the places where UTF-32 or UTF-16 put them, and hardly anywhere else; whether the
+// bytes are UTF-8, zero bytes included. Nothing when all say no: the bytes are binary or of an encoding that
+// is not known here. What is found must still be checked by decoding.
+// `head` is the whole text, or at least textDetectionSample bytes of it; no more are looked at.
+std::optional<TextDetection> detectTextEncoding(std::string_view head);
+
+struct DecodedText {
+    String text; // with its survey, without the mark
+    TextEncoding encoding;
+    TextEvidence evidence;
+    bool hadMark() const { return evidence == TextEvidence::mark; }
+};
+
+// Decodes bytes strictly: every byte is understood or the whole is refused, so nothing is ever lost. Copies.
+// Errors: fileReadUnknownStringEncoding when no encoding fits; fileReadInapplicableStringEncoding when
+// mark or zero bytes name one that the bytes then break (a lone surrogate, an odd byte at the end, a number
+// beyond Unicode, ill-formed UTF-8 after a UTF-8 mark).
+[[nodiscard]] Result<DecodedText> decodeText(std::string_view bytes, const TextScanOptions& options = {});
+
+// Reads a file as String::contentsOf does, and tells its encoding.
+//
+// Only regular files are read: a directory, device, pipe or socket is refused unopened. The file is copied,
+// never mapped, so that it may shrink meanwhile: what counts is the end of file that was met. When a file
+// grows, what was added is read too, a few times over; when it shrinks or is rewritten, it is read again, and
+// refused with fileReadUnknown when it does not come to rest in three attempts.
+// Errors: those of decodeText; fileReadNoSuchFile, fileReadNoPermission, fileReadInvalidFileName,
+// fileReadUnsupportedScheme (not a file URL), fileReadTooLarge (does not fit into memory), fileReadUnknown (anything
+// else). The user info has a description, a failure reason and under NSFilePath the last path component.
+[[nodiscard]] Result<DecodedText> readText(const URL& url, const TextScanOptions& options = {});
+
+} // namespace platform
