@@ -66,3 +66,12 @@ function(zelk_test folder)
     PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_BINARY_DIR}/tests/home;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/tests/home;DBUS_SESSION_BUS_ADDRESS=disabled:;LC_ALL=C.UTF-8"
                TIMEOUT 120)
 endfunction()
+
+# Puts a program's manifest where Bundle::main() looks for it: share/PROGRAM/Info.plist beside bin/.
+function(zelk_manifest program manifest)
+  set(place "${CMAKE_BINARY_DIR}/share/${program}/Info.plist")
+  add_custom_command(OUTPUT "${place}" COMMAND "${CMAKE_COMMAND}" -E copy "${manifest}" "${place}" DEPENDS "${manifest}")
+  add_custom_target(${program}-manifest DEPENDS "${place}")
+  add_dependencies(${program} ${program}-manifest)
+  install(FILES "${manifest}" DESTINATION share/${program})
+endfunction()

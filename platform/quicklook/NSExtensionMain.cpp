@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "platform/quicklook/NSExtensionMain.h"
+
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/String.h"
+#include "platform/quicklook/ExtensionManifest.h"
+#include "platform/quicklook/PreviewArguments.h"
+#include "platform/quicklook/PreviewHost.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+#include <vector>
+
+namespace platform {
+
+namespace {
+
+constexpr int shown = 0, notShown = 1, wrongUsage = 2;
+
+// A path, or a file: URL. An URL that cannot be read is given back as the error it leads to.
+Result<URL> fileNamed(const std::string& file)
+{
+    if (!file.starts_with("file:"))
+        return URL::fileURL(file);
+    if (auto url = URL::parse(file))
+        return *url;
+    return failure(NSCocoaError::fileReadInvalidFileName,
+                   {{std::string(NSLocalizedFailureReasonErrorKey), "This is not the URL of a file on this machine."}});
+}
+
+int reportFailure(std::string_view program, std::string_view file, const NSError& error)
+{
+    auto line = previewFailureLine(program, file, error);
+    std::fprintf(stderr, "%s\n", line.c_str());
+    return notShown;
+}
+
+// The whole text to standard output. A reader that has seen enough and goes away is no failure.
+int printText(std::string_view program, const std::string& file)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    auto url = fileNamed(file);
+    auto text = url ? String::contentsOf(*url) : Result<String>(std::unexpected(url.error()));
+    if (!text)
+        return reportFailure(program, file, text.error().bridged());
+    auto rest = text->utf8();
+    while (!rest.empty()) {
+        auto written = write(STDOUT_FILENO, rest.data(), rest.size());
+        if (written > 0)
+            rest.remove_prefix(static_cast<std::size_t>(written));
+        else if (written < 0 && errno == EPIPE)
+            return shown;
+        else if (written == 0 || errno != EINTR) {
+            auto reason = written == 0 ? "nothing can be written" : std::strerror(errno);
+            std::fprintf(stderr, "%.*s: standard output: %s\n", static_cast<int>(program.size()), program.data(), reason);
+            return notShown;
+        }
+    }
+    return shown;
+}
+
+std::string_view programName(int argumentCount, char** arguments)
+{
+    std::string_view name = argumentCount > 0 ? arguments[0] : "preview";
+    return name.substr(name.rfind('/') + 1); // npos + 1 is 0: the whole name
+}
+
+} // namespace
+
+int NSExtensionMain(int argumentCount, char** arguments)
+{
+    auto program = programName(argumentCount, arguments);
+    auto complain = [&](const std::string& text, int status) {
+        std::fprintf(stderr, "%.*s: %s\n", static_cast<int>(program.size()), program.data(), text.c_str());
+        return status;
+    };
+
+    std::vector<std::string_view> words(arguments + (argumentCount > 0), arguments + argumentCount);
+    auto request = parsePreviewArguments(words);
+    if (!request)
+        return complain(request.error() + "; try --help", wrongUsage);
+    if (request->action == PreviewAction::help) {
+        std::fputs(previewUsage(program).c_str(), stdout);
+        return shown;
+    }
+    if (request->action == PreviewAction::text)
+        return printText(program, request->file);
+
+    auto manifest = ExtensionManifest::read(*Bundle::main());
+    if (!manifest)
+        return complain(manifest.error().localizedDescription(), notShown);
+    if (request->action == PreviewAction::version) {
+        std::printf("%s %s\n", manifest->name.c_str(), manifest->version.c_str());
+        return shown;
+    }
+    auto url = fileNamed(request->file);
+    if (!url)
+        return reportFailure(program, request->file, url.error().bridged());
+    return runPreview(program, *manifest, *request, *url);
+}
+
+} // namespace platform

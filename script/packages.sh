@@ -1,0 +1,10 @@
+# SPDX-License-Identifier: MIT
+# The Debian packages that the project needs, in three lists. Sourced by script/setup.
+# docs/dependencies.md says why each library is there.
+
+packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
+  qt6-base-dev libicu-dev libhwy-dev libexpat1-dev"
+packages_run="fonts-dejavu-core qt6-wayland"
+packages_test="libgtest-dev clang-format-19 python3-minimal
+  xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev"
+packages_bench="libbenchmark-dev libxcb1-dev xvfb"
