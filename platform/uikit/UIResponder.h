@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/foundation/NSObject.h"
+#include "platform/graphics/Geometry.h"
 #include "platform/uikit/Forward.h"
 
 #include <memory>
@@ -18,7 +19,7 @@ public:
     // Shows text that is still being composed in place of the selection; an empty text ends it.
     virtual void setMarkedText(std::string_view text) = 0;
     // Where the input method puts its candidate window; in window coordinates.
-    virtual struct CGRect caretRectInWindow() const = 0;
+    virtual CGRect caretRectInWindow() const = 0;
 };
 
 // What can be asked to react to events. An event that a responder does not handle goes to `next`.
@@ -33,6 +34,8 @@ public:
     virtual bool becomeFirstResponder();
     virtual bool resignFirstResponder();
     bool isFirstResponder() const;
+    // The window of this first responder got the keyboard or lost it to another window.
+    virtual void keyWindowDidChange() { }
 
     // Each hands the event to `next` unless overridden. For a touch, the same object comes in all phases.
     virtual void touchesBegan(UITouch& touch);

@@ -106,7 +106,8 @@ public:
     void setCornerRadius(CGFloat radius);
     UIRectCorner maskedCorners() const { return maskedCorners_; } // which the radius rounds; default all
     void setMaskedCorners(UIRectCorner corners);
-    // Only where the mask paints is this view seen, as much as the mask is opaque. In this view's coordinates.
+    // Only where the mask paints is this view seen, as much as the mask is opaque. In this view's coordinates; the
+    // mask's superview is this view although it is none of the subviews.
     const std::shared_ptr<UIView>& mask() const { return mask_; }
     void setMask(std::shared_ptr<UIView> mask);
     // Inherited from the nearest superview that has one; the last resort is the system's blue.
@@ -233,15 +234,31 @@ private:
 
     // Marks the place on screen dirty that this view and what shows outside of it take at the moment.
     void markPlaceDirty();
+    void markDirty(CGRect rect); // own coordinates
+
     void adopt(std::shared_ptr<UIView> view, std::size_t index);
-    void moveToWindow(UIWindow* window);
+    void release(UIView& subview);
+    // A change of window goes down the tree three times: will-calls, the fact, did-calls.
+    void tellWillMoveToWindow(UIWindow* window);
+    void setWindow(UIWindow* window);
+    void tellDidMoveToWindow(UIWindow* former, UIWindow* window);
+    void finishMove(UIWindow* former, const UIColor& formerTint);
+
     void inheritTraits();
     void tellTintColorChanged();
+    template <class Value>
+    void change(Value& stored, const Value& value, int property);
     void resizeSubviews(CGSize before);
-    void didChangeGeometry(CGRect boundsBefore);
+    void didChangeBounds(CGRect before);
     void updateSafeArea();
-    CGAffineTransform mapToSuperview() const; // of what is on screen
-    CGAffineTransform modelMapToSuperview() const;
+    CGAffineTransform mapToSuperview() const;      // of what is on screen
+    CGAffineTransform modelMapToSuperview() const; // of what was set
+    CGAffineTransform modelMapToRoot(const UIView*& root) const;
+    CGRect visualBounds() const; // with what shows outside of the bounds; own coordinates
+
+    bool wantsLayout() const { return needsLayout_ || subtreeNeedsLayout_; }
+    void layoutSubtree();
+    void markSuperviewsForLayout();
     LayoutState& layoutState();
 
     // All main thread only.

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/dispatch/Token.h"
+#include "platform/uikit/DirtyRegion.h"
 #include "platform/uikit/UIView.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace platform {
 
-class UIImage;
+class WindowBackend;
 
 // The root of a view tree: on the desktop's window system once it is made visible, or of no display at all
 // (see snapshot.h). Keeps a dirty region and paints only that; dispatches events to the views.
@@ -25,7 +29,10 @@ public:
     // Opens the window on the desktop: root controller's view loaded, laid out and painted before it is mapped, so
     // that nobody sees an empty frame. Requires displayIsAvailable().
     void makeKeyAndVisible();
-    bool isVisible() const;
+    // Makes it visible to its views without a display: they get all events of appearing, are laid out, and can be
+    // painted with `paint`. For pictures and for tests.
+    void showOffscreen();
+    bool isVisible() const { return isVisible_; }
     bool isKeyWindow() const; // has the keyboard
     // Closes it: disappearance events, then the backing is dropped. onClose is called once. The window may be deleted
     // by its owner inside onClose.
@@ -53,41 +60,69 @@ public:
     // Appearance, contrast, text size ... of this window; the desktop's unless set here.
     void setBaseTraits(const UITraitCollection& traits);
 
-    // Lays out and paints what is dirty, now, into `context`, whose coordinates are this window's points.
+    // Lays out what asks for it and completes appearances. Otherwise the run loop does so before it sleeps.
     void layoutNow();
+    // Paints everything in `dirty` (window coordinates) into `context`, whose coordinates are this window's points, as
+    // it is laid out. The dirty region stays. Requires: not called from painting or from layout.
     void paint(CGContext& context, CGRect dirty);
+    // The region that the next frame paints, as a few rectangles that do not overlap.
+    const DirtyRegion& dirtyRegion() const { return dirty_; }
+    // Hands the region over to who paints it; it is clean then.
+    DirtyRegion takeDirtyRegion();
 
-    // Events, in window coordinates, as the window system or a test sends them. True when a view took it.
+    // Events, in window coordinates, as the window system or a test sends them. True when somebody took it. Whatever a
+    // view does with one, it may remove views and close this window; the caller keeps the window alive.
     void sendTouch(UITouch& touch); // the same object from began to ended or cancelled
+    // First the responders from the first one on; then, for a key that types, the first responder's text input; then
+    // `onUnhandledPress`; then Tab moves the focus.
     bool sendPress(const UIPress& press);
+    void sendPressEnded(const UIPress& press);
     bool sendScroll(const UIScrollWheel& wheel);
     void sendHover(CGPoint location); // the pointer moved with no button down
     void sendHoverExit();
     // What input methods ask and do goes to the first responder's textInput().
     UITextInput* activeTextInput() const;
 
-    // The region that the next frame paints, as a few rectangles.
-    const std::vector<CGRect>& dirtyRegion() const { return dirty_; }
-
+    // What the window system, or a test, says: the new size of the content, and who has the keyboard.
     void setFrameSize(CGSize size);
+    void setKeyWindow(bool isKey);
 
 private:
     friend class UIView;
+    friend class UIViewController;
     friend class UIResponder;
     friend class WindowBackend;
-    friend class GestureArena;
     struct Dispatch;
+    enum class Phase { idle, layout, paint };
+    class PhaseScope;
 
+    void show();
+    void installRootView();
     void addDirty(CGRect rect);
     void requestFrame();
+    void completeAppearances();
+    std::string shownTitle() const;
+    void titleDidChange();
+    void viewWillLeave(UIView& view);
+    void setHovered(const std::shared_ptr<UIView>& view);
+    void updateBaseTraits();
 
+    // all main thread only
     std::shared_ptr<UIViewController> rootViewController_;
     std::weak_ptr<UIResponder> firstResponder_;
-    std::vector<CGRect> dirty_;
-    std::unique_ptr<class WindowBackend> backend_; // null without a window on the desktop
+    DirtyRegion dirty_;
+    std::shared_ptr<WindowBackend> backend_; // null without a window on the desktop
     std::unique_ptr<Dispatch> dispatch_;
+    std::vector<std::weak_ptr<UIViewController>> appearing_; // viewDidAppear is due after layout
+    Token layoutObserver_;
+    Token displayObserver_;
+    std::optional<UITraitCollection> baseTraits_; // none: the desktop's
     std::string title_;
     CGSize minimumSize_;
+    Phase phase_ = Phase::idle;
+    bool isVisible_ = false;
+    bool isKey_ = false;
+    bool isClosed_ = false;
     bool reportedFirstFrame_ = false;
 };
 
