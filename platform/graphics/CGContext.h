@@ -62,8 +62,7 @@ public:
     void concat(const CGAffineTransform& transform);
     void translate(CGFloat dx, CGFloat dy);
     void clip(const CGRect& rect);
-    // Antialiased. Costs a layer as large as what is visible of the path, unless the path is an upright
-    // rectangle.
+    // Antialiased, unlike the rectangle, whose edges go to the nearest pixels.
     void clip(const UIBezierPath& path, FillRule rule = FillRule::nonZero);
 
     void fill(const CGRect& rect, const UIColor& color);

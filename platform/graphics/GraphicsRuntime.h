@@ -13,12 +13,18 @@ enum class DisplayMode {
 // Connects. Idempotent: later calls do nothing, whatever their mode. Call first on the main thread, before
 // anything that shapes text or paints; what needs fonts calls it itself, off-screen, when nobody did.
 // Requires for `window`: displayIsAvailable(), since a display that cannot be opened ends the process.
+// Begins to read the font configuration on a thread of its own, so the earlier the call, the less the first
+// text waits.
 void startGraphics(DisplayMode mode);
+
+// Closes the connection; call it at the end of main, when every window, font and layout is gone. It hands
+// the clipboard's content over to the desktop. A program that leaves it out just ends.
+void stopGraphics();
 
 bool graphicsIsStarted();
 
-// Whether startGraphics(DisplayMode::window) would find a display that answers. Connects to its socket and
-// hangs up; costs some 50 us on this machine and waits for nothing across a network longer than a second.
+// Whether startGraphics(DisplayMode::window) would find a display that answers: it connects and hangs up.
+// Under a millisecond for a display of this machine; one across a network takes its own time.
 bool displayIsAvailable();
 
 } // namespace platform

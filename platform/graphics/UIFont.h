@@ -36,7 +36,8 @@ class UIFont {
 public:
     // The body font at the default text size.
     UIFont();
-    // A size that is not a positive number counts as 1, one above 2000 as 2000.
+    // A size that is not a positive number counts as 1, one above 2000 as 2000. Glyphs are drawn at the
+    // nearest whole size.
     static UIFont systemFont(CGFloat size, FontWeight weight = FontWeight::regular);
     static UIFont monospacedSystemFont(CGFloat size, FontWeight weight = FontWeight::regular);
     static UIFont boldSystemFont(CGFloat size) { return systemFont(size, FontWeight::bold); }

@@ -30,8 +30,8 @@ public:
     // An empty picture of size zero, which draws nothing.
     UIImage() = default;
 
-    // Decodes an encoded picture (PNG, JPEG, GIF's first frame and what else is installed), turned upright
-    // as its metadata says. `scale` is pixels per point. Any thread. Errors: NSCocoaErrorDomain,
+    // Decodes an encoded picture (PNG, JPEG, the first frame of a GIF, BMP, ICO, WebP where installed),
+    // turned upright as its metadata says. `scale` is pixels per point. Any thread. Errors: NSCocoaErrorDomain,
     // fileReadCorruptFile or fileReadTooLarge.
     [[nodiscard]] static Result<UIImage> fromData(std::span<const std::byte> data, CGFloat scale = 1);
     // Also: fileReadNoSuchFile, fileReadNoPermission, fileReadUnknown; anything but a regular file is

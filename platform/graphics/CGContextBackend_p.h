@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/graphics/CGContext_p.h"
+
+#include <QtCore/QRectF>
+#include <QtGui/QImage>
+#include <QtGui/QPainter>
+#include <QtGui/QTransform>
+
+namespace platform {
+
+QColor qColor(const UIColor& color, ColorAppearance appearance);
+
+// Three coordinate systems: the caller's (points under the present transform), the base's (points of the
+// device that the context began with) and pixels of that device. A layer is a piece of those pixels.
+struct CGContextBackend {
+    struct Layer {
+        QImage image;
+        QRect pixels; // where it belongs; empty when nothing of it is visible
+        double alpha = 1;
+        std::unique_ptr<QPainter> painter;
+    };
+    // What save() keeps; a layer saves as well.
+    struct Saved {
+        ColorAppearance appearance;
+        QTransform toBase;
+        QRectF clipPixels;
+        bool isLayer = false;
+    };
+
+    CGContextBackend(QPainter& basePainter, ColorAppearance baseAppearance);
+    ~CGContextBackend();
+
+    QPainter& painter() { return layers.empty() ? base : *layers.back()->painter; }
+    QTransform toPixels() const { return toBase * baseTransform * QTransform::fromScale(scale, scale); }
+    void save(bool isLayer);
+    void restore(bool isLayer);
+    // Hands the present transform to the painter.
+    void applyTransform();
+    void clipTo(const QRectF& rect);
+    void pushLayer(const QRectF& bounds, double alpha);
+    std::unique_ptr<Layer> popLayer();
+    void composite(const Layer& layer, QPainter::CompositionMode mode);
+
+    QPainter& base;
+    const QTransform baseTransform; // the painter's own, in points
+    double scale = 1;
+    ColorAppearance appearance;
+    QTransform toBase; // caller's coordinates to those the context began with
+    QRectF clipPixels;
+    std::vector<std::unique_ptr<Layer>> layers; // a painter holds its image by address
+    std::vector<Saved> saved;
+};
+
+} // namespace platform
