@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace platform {
+
+class ASAuthorizationAppleIDButton;
+class AVPlayerViewController;
+class MKMapView;
+
+} // namespace platform
