@@ -27,6 +27,12 @@ endfunction()
 function(zelk_precompile name)
   if(TARGET zelk_standard_headers)
     target_precompile_headers(${name} REUSE_FROM zelk_standard_headers)
+    # The header was compiled with -fPIC, and the compiler refuses it to sources that are not.
+    get_target_property(type ${name} TYPE)
+    if(type STREQUAL "EXECUTABLE")
+      set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+      target_compile_options(${name} PRIVATE -fPIC)
+    endif()
   endif()
 endfunction()
 
