@@ -32,11 +32,15 @@ public:
 
 private:
     friend class UIWindow;
+    struct State;
     UIApplication();
     ~UIApplication();
-    struct State;
+    void add(UIWindow& window);
+    void remove(UIWindow& window);
+
+    // all main thread only
     std::unique_ptr<State> state_;
-    std::vector<std::weak_ptr<UIWindow>> windows_;
+    std::vector<std::weak_ptr<UIWindow>> windows_; // those on the desktop, in order of opening
 };
 
 } // namespace platform

@@ -87,6 +87,8 @@ public:
     CGPoint presentationCenter() const;
     CGAffineTransform presentationTransform() const;
     CGFloat presentationAlpha() const;
+    std::optional<UIColor> presentationBackgroundColor() const;
+    CGFloat presentationCornerRadius() const;
     // Between this view's coordinates and another's; null means the window's.
     CGPoint convertTo(CGPoint point, const UIView* target) const;
     CGPoint convertFrom(CGPoint point, const UIView* source) const;
@@ -239,6 +241,7 @@ private:
     void adopt(std::shared_ptr<UIView> view, std::size_t index);
     void release(UIView& subview);
     // A change of window goes down the tree three times: will-calls, the fact, did-calls.
+    void leaveWindowFor(UIWindow* window);
     void tellWillMoveToWindow(UIWindow* window);
     void setWindow(UIWindow* window);
     void tellDidMoveToWindow(UIWindow* former, UIWindow* window);
@@ -246,8 +249,6 @@ private:
 
     void inheritTraits();
     void tellTintColorChanged();
-    template <class Value>
-    void change(Value& stored, const Value& value, int property);
     void resizeSubviews(CGSize before);
     void didChangeBounds(CGRect before);
     void updateSafeArea();

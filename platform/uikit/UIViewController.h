@@ -103,8 +103,10 @@ private:
     friend class UIWindow;
     friend class ViewLayout;
     enum class Appearance { disappeared, appearing, appeared, disappearing };
-    void beginAppearance(bool appearing, Animated animated);
-    void endAppearance(Animated animated);
+    enum class Direction { appear, disappear };
+    // Each does nothing when there is nothing to do: appearance follows the view, whoever moves it.
+    void beginAppearance(Direction direction);
+    void endAppearance();
 
     // main thread only
     std::shared_ptr<UIView> view_;

@@ -59,6 +59,7 @@ public:
     void setBaseSafeAreaInsets(UIEdgeInsets insets);
     // Appearance, contrast, text size ... of this window; the desktop's unless set here.
     void setBaseTraits(const UITraitCollection& traits);
+    UITraitCollection baseTraits() const;
 
     // Lays out what asks for it and completes appearances. Otherwise the run loop does so before it sleeps.
     void layoutNow();
@@ -91,6 +92,7 @@ private:
     friend class UIView;
     friend class UIViewController;
     friend class UIResponder;
+    friend class UIApplication;
     friend class WindowBackend;
     struct Dispatch;
     enum class Phase { idle, layout, paint };
@@ -104,19 +106,21 @@ private:
     std::string shownTitle() const;
     void titleDidChange();
     void viewWillLeave(UIView& view);
+    void firstResponderDidChange();
+    void surroundingsDidChange(); // the desktop's settings, or the screen
     void setHovered(const std::shared_ptr<UIView>& view);
-    void updateBaseTraits();
+    bool isAllDirty() const { return dirty_.contains({{}, bounds().size}); }
 
     // all main thread only
     std::shared_ptr<UIViewController> rootViewController_;
     std::weak_ptr<UIResponder> firstResponder_;
     DirtyRegion dirty_;
-    std::shared_ptr<WindowBackend> backend_; // null without a window on the desktop
+    std::unique_ptr<WindowBackend> backend_; // null without a window on the desktop
     std::unique_ptr<Dispatch> dispatch_;
     std::vector<std::weak_ptr<UIViewController>> appearing_; // viewDidAppear is due after layout
     Token layoutObserver_;
-    Token displayObserver_;
     std::optional<UITraitCollection> baseTraits_; // none: the desktop's
+    UIEdgeInsets baseSafeAreaInsets_;
     std::string title_;
     CGSize minimumSize_;
     Phase phase_ = Phase::idle;

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+// What a view inherits: the traits and the tint colour.
+#include "platform/uikit/UIView.h"
+
+#include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/UIWindow.h"
+
+namespace platform {
+
+void UIView::inheritTraits()
+{
+    auto traits = superview_ ? superview_->traits_ : window_ == this ? window_->baseTraits() : traits_;
+    if (overrideStyle_ != UIUserInterfaceStyle::unspecified)
+        traits.userInterfaceStyle = overrideStyle_;
+    if (traits == traits_)
+        return;
+    auto keptAlive = weak_from_this().lock();
+    auto previous = std::exchange(traits_, traits);
+    setNeedsDisplay();
+    setNeedsLayout();
+    // Superviews first, so that a view that asks upwards finds the new state.
+    auto subviews = subviews_;
+    for (const auto& subview : subviews) {
+        if (subview->superview_ == this)
+            subview->inheritTraits();
+    }
+    if (mask_)
+        mask_->inheritTraits();
+    if (auto controller = viewController_.lock())
+        controller->traitCollectionDidChange(previous);
+    traitCollectionDidChange(previous);
+}
+
+void UIView::setOverrideUserInterfaceStyle(UIUserInterfaceStyle style)
+{
+    assertOnMainThread();
+    if (style == overrideStyle_)
+        return;
+    overrideStyle_ = style;
+    if (!superview_ && style == UIUserInterfaceStyle::unspecified && !window_)
+        return; // what it would inherit comes with a superview
+    inheritTraits();
+}
+
+void UIView::setSemanticContentAttribute(UISemanticContentAttribute attribute)
+{
+    assertOnMainThread();
+    if (attribute == semanticContentAttribute_)
+        return;
+    semanticContentAttribute_ = attribute;
+    setNeedsLayout();
+    if (superview_)
+        superview_->setNeedsLayout();
+    setNeedsDisplay();
+}
+
+UIUserInterfaceLayoutDirection UIView::effectiveUserInterfaceLayoutDirection() const
+{
+    switch (semanticContentAttribute_) {
+    case UISemanticContentAttribute::forceLeftToRight:
+        return UIUserInterfaceLayoutDirection::leftToRight;
+    case UISemanticContentAttribute::forceRightToLeft:
+        return UIUserInterfaceLayoutDirection::rightToLeft;
+    case UISemanticContentAttribute::unspecified:
+        break;
+    }
+    return traits_.layoutDirection;
+}
+
+UIColor UIView::tintColor() const
+{
+    for (auto* view = this; view; view = view->superview_) {
+        if (view->tintColor_)
+            return *view->tintColor_;
+    }
+    return UIColor::systemBlue();
+}
+
+void UIView::setTintColor(std::optional<UIColor> color)
+{
+    assertOnMainThread();
+    if (color == tintColor_)
+        return;
+    auto before = tintColor();
+    tintColor_ = std::move(color);
+    if (tintColor() != before)
+        tellTintColorChanged();
+}
+
+void UIView::tellTintColorChanged()
+{
+    auto keptAlive = weak_from_this().lock();
+    setNeedsDisplay();
+    tintColorDidChange();
+    auto subviews = subviews_;
+    for (const auto& subview : subviews) {
+        if (subview->superview_ == this && !subview->tintColor_)
+            subview->tellTintColorChanged();
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: MIT
+// How a window hands out events: touches to what was hit, keys to the first responder, the pointer to what is below it.
+#include "platform/uikit/UIWindow.h"
+
+#include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/AccessibilityEvents.h"
+#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/UIWindowDispatch_p.h"
+#include "platform/uikit/WindowBackend.h"
+
+#include <algorithm>
+
+namespace platform {
+
+void UIWindow::sendTouch(UITouch& touch)
+{
+    assertOnMainThread();
+    if (isClosed_)
+        return;
+    auto self = std::static_pointer_cast<UIWindow>(weak_from_this().lock());
+    if (touch.phase == UITouchPhase::began) {
+        touch.window = self;
+        touch.view = hitTest(touch.windowLocation);
+        touch.previousWindowLocation = touch.windowLocation;
+    }
+    dispatch_->arena.send(touch);
+}
+
+namespace {
+
+bool typesText(const UIPress& press)
+{
+    constexpr auto commanding =
+        UIKeyModifierFlags::control | UIKeyModifierFlags::alternate | UIKeyModifierFlags::command;
+    if ((press.modifiers.rawValue & commanding) != 0 || press.characters.empty())
+        return false;
+    auto first = static_cast<unsigned char>(press.characters.front());
+    return first >= 0x20 && first != 0x7f;
+}
+
+// Whether a key press would come from `responder` to `view`.
+bool reaches(const std::shared_ptr<UIResponder>& responder, const UIView& view)
+{
+    for (auto step = responder; step; step = step->next()) {
+        if (step.get() == &view)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+bool UIWindow::sendPress(const UIPress& press)
+{
+    assertOnMainThread();
+    if (isClosed_)
+        return false;
+    auto keptAlive = weak_from_this().lock();
+    auto responder = firstResponder();
+    if (!responder && rootViewController_)
+        responder = rootViewController_->viewIfLoaded();
+    if (responder ? responder->pressesBegan(press) : pressesBegan(press))
+        return true;
+    if (isClosed_)
+        return false;
+    if (typesText(press)) {
+        if (auto* input = activeTextInput()) {
+            input->insertText(press.characters);
+            return true;
+        }
+    }
+    // The handler may replace itself.
+    if (auto handler = onUnhandledPress; handler && handler(press))
+        return true;
+    if (press.key != UIKeyCode::tab || isClosed_
+        || (press.modifiers.rawValue & ~UIKeyModifierFlags::shift) != 0)
+        return false;
+    auto before = firstResponder();
+    advanceFocus(press.modifiers.contains(UIKeyModifierFlags::shift));
+    return firstResponder() != before;
+}
+
+void UIWindow::sendPressEnded(const UIPress& press)
+{
+    assertOnMainThread();
+    if (isClosed_)
+        return;
+    auto keptAlive = weak_from_this().lock();
+    auto responder = firstResponder();
+    if (!responder && rootViewController_)
+        responder = rootViewController_->viewIfLoaded();
+    if (responder)
+        responder->pressesEnded(press);
+}
+
+bool UIWindow::sendScroll(const UIScrollWheel& wheel)
+{
+    assertOnMainThread();
+    if (isClosed_)
+        return false;
+    auto keptAlive = weak_from_this().lock();
+    auto view = hitTest(wheel.windowLocation);
+    auto wasTaken = view && view->scrollWheel(wheel);
+    // Something else may be under the pointer now.
+    if (wasTaken && !isClosed_ && dispatch_->pointer)
+        sendHover(*dispatch_->pointer);
+    return wasTaken;
+}
+
+void UIWindow::sendHover(CGPoint location)
+{
+    assertOnMainThread();
+    if (isClosed_)
+        return;
+    auto keptAlive = weak_from_this().lock();
+    dispatch_->pointer = location;
+    auto view = hitTest(location);
+    setHovered(view);
+    if (!backend_)
+        return;
+    auto cursor = UIView::Cursor::arrow;
+    for (auto* step = view.get(); step; step = step->superview_) {
+        if (auto wanted = step->cursorAt(step->convertFrom(location, nullptr))) {
+            cursor = *wanted;
+            break;
+        }
+    }
+    backend_->setPointer(cursor);
+}
+
+void UIWindow::sendHoverExit()
+{
+    assertOnMainThread();
+    auto keptAlive = weak_from_this().lock();
+    dispatch_->pointer.reset();
+    setHovered(nullptr);
+}
+
+void UIWindow::setHovered(const std::shared_ptr<UIView>& view)
+{
+    auto former = std::exchange(dispatch_->hovered, {});
+    std::vector<std::shared_ptr<UIView>> entered;
+    for (auto step = view; step; step = step->superview()) {
+        dispatch_->hovered.push_back(step);
+        auto wasThere = std::ranges::any_of(former, [&](const auto& other) { return other.lock() == step; });
+        if (!wasThere)
+            entered.push_back(step);
+    }
+    for (const auto& weak : former) {
+        auto left = weak.lock();
+        if (left && !(view && view->isDescendant(*left)))
+            left->pointerExited();
+    }
+    for (auto step = entered.rbegin(); step != entered.rend(); ++step)
+        (*step)->pointerEntered();
+}
+
+UITextInput* UIWindow::activeTextInput() const
+{
+    auto responder = firstResponder();
+    return responder ? responder->textInput() : nullptr;
+}
+
+bool UIWindow::makeFirstResponder(std::shared_ptr<UIResponder> responder)
+{
+    assertOnMainThread();
+    if (responder)
+        return responder->becomeFirstResponder();
+    auto present = firstResponder();
+    return !present || present->resignFirstResponder();
+}
+
+void UIWindow::firstResponderDidChange()
+{
+    auto responder = firstResponder();
+    if (auto* view = dynamic_cast<UIView*>(responder.get()))
+        notifyAccessibility(*view, AccessibilityEvent::focused);
+    if (backend_)
+        backend_->textInputDidChange();
+}
+
+// A view and what it holds is about to go: the keyboard and the pointer are not there any more.
+void UIWindow::viewWillLeave(UIView& view)
+{
+    auto responder = firstResponder();
+    if (responder && reaches(responder, view)) {
+        responder->resignFirstResponder();
+        // It is not asked whether it wants to.
+        if (firstResponder() == responder) {
+            firstResponder_.reset();
+            firstResponderDidChange();
+        }
+    }
+    auto isBelow = [&](const std::weak_ptr<UIView>& hovered) {
+        auto other = hovered.lock();
+        return other && other->isDescendant(view);
+    };
+    if (std::ranges::any_of(dispatch_->hovered, isBelow))
+        setHovered(view.superview());
+}
+
+namespace {
+
+void collectFocusable(UIView& view, std::vector<std::shared_ptr<UIView>>& found)
+{
+    if (view.isHidden() || view.alpha() == 0 || !view.isUserInteractionEnabled())
+        return;
+    if (view.canBecomeFirstResponder())
+        found.push_back(std::static_pointer_cast<UIView>(view.shared_from_this()));
+    for (const auto& subview : view.subviews())
+        collectFocusable(*subview, found);
+}
+
+} // namespace
+
+void UIWindow::advanceFocus(bool backwards)
+{
+    assertOnMainThread();
+    auto keptAlive = weak_from_this().lock();
+    std::vector<std::shared_ptr<UIView>> order;
+    for (const auto& subview : subviews())
+        collectFocusable(*subview, order);
+    auto mirrored = effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+    std::ranges::stable_sort(order, {}, [&](const std::shared_ptr<UIView>& view) {
+        auto place = view->convertTo(view->bounds(), nullptr);
+        return std::pair(place.minY(), mirrored ? -place.maxX() : place.minX());
+    });
+    if (order.empty())
+        return;
+    auto count = static_cast<std::ptrdiff_t>(order.size());
+    auto present = std::ranges::find_if(order, [&](const auto& view) { return view->isFirstResponder(); });
+    auto start = present != order.end() ? present - order.begin() : backwards ? count : -1;
+    for (std::ptrdiff_t step = 1; step <= count; ++step) {
+        auto index = ((start + (backwards ? -step : step)) % count + count) % count;
+        if (order[static_cast<std::size_t>(index)]->becomeFirstResponder())
+            return;
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/ViewPainter.h"
+
+#include "platform/graphics/UIBezierPath.h"
+#include "platform/uikit/PaintOrder.h"
+
+#include <optional>
+
+namespace platform {
+
+void ViewPainter::paint(UIView& view, CGRect dirty)
+{
+    CGContextState state(context_);
+    context_.clip(dirty);
+    paintGroup(view, dirty);
+}
+
+void ViewPainter::paintInSuperview(UIView& view, CGRect dirty)
+{
+    if (view.isHidden_)
+        return;
+    auto map = view.mapToSuperview();
+    if (map.determinant() == 0)
+        return; // seen from its edge
+    auto ownDirty = map.inverted().apply(dirty);
+    if (view.clipsToBounds_ && !view.presentationBounds().intersects(ownDirty))
+        return;
+    CGContextState state(context_);
+    context_.concat(map);
+    paintGroup(view, ownDirty);
+}
+
+// Alpha and mask count for the view with all it holds, put together first.
+void ViewPainter::paintGroup(UIView& view, CGRect dirty)
+{
+    auto alpha = view.presentationAlpha();
+    if (view.isHidden_ || alpha == 0 || dirty.isEmpty())
+        return;
+    if (context_.appearance() != view.traits_.colorAppearance())
+        context_.setAppearance(view.traits_.colorAppearance());
+    if (alpha == 1 && !view.mask_) {
+        paintContent(view, dirty);
+        return;
+    }
+    auto bounds = view.visualBounds().intersection(dirty);
+    if (view.mask_)
+        bounds = bounds.intersection(view.mask_->mapToSuperview().apply(view.mask_->visualBounds()));
+    if (bounds.isEmpty())
+        return;
+    context_.beginLayer(bounds, alpha);
+    paintContent(view, bounds);
+    if (view.mask_) {
+        context_.maskLayer(
+            [&](CGContext& context) { ViewPainter(context).paintInSuperview(*view.mask_, bounds); });
+    }
+    context_.endLayer();
+}
+
+void ViewPainter::paintContent(UIView& view, CGRect dirty)
+{
+    auto bounds = view.presentationBounds();
+    auto seen = bounds.intersection(dirty);
+    auto radius = view.presentationCornerRadius();
+    auto shape = [&] { return UIBezierPath::roundedRect(bounds, radius, view.maskedCorners_); };
+
+    // Where one subview hides all of the rest, painting starts with it.
+    auto order = paintOrder(view.subviews_);
+    auto first = order.size();
+    while (first > 0 && !covers(*order[first - 1], dirty))
+        --first;
+    auto isCovered = first > 0;
+
+    std::optional<CGContextState> clipping;
+    if (view.clipsToBounds_) {
+        if (seen.isEmpty())
+            return;
+        clipping.emplace(context_);
+    }
+    if (!isCovered && !seen.isEmpty()) {
+        if (auto color = view.presentationBackgroundColor()) {
+            if (radius > 0)
+                context_.fill(shape(), *color);
+            else
+                context_.fill(bounds, *color);
+        }
+    }
+    if (view.clipsToBounds_) {
+        if (radius > 0)
+            context_.clip(shape());
+        else
+            context_.clip(bounds);
+    }
+    if (!isCovered && !seen.isEmpty()) {
+        CGContextState state(context_);
+        if (!view.clipsToBounds_)
+            context_.clip(bounds);
+        view.draw(context_, seen);
+    }
+    auto dirtyBelow = view.clipsToBounds_ ? seen : dirty;
+    for (auto i = isCovered ? first - 1 : 0; i < order.size(); ++i)
+        paintInSuperview(*order[i], dirtyBelow);
+}
+
+// Whether the view's own background hides everything behind it in the rectangle (its superview's coordinates).
+bool ViewPainter::covers(const UIView& view, CGRect dirty) const
+{
+    if (view.isHidden_ || view.mask_ || view.presentationAlpha() < 1 || view.presentationCornerRadius() > 0
+        || !view.presentationTransform().isIdentity())
+        return false;
+    auto color = view.presentationBackgroundColor();
+    return color && color->components(view.traits_.colorAppearance()).alpha >= 1
+        && view.mapToSuperview().apply(view.presentationBounds()).contains(dirty);
+}
+
+} // namespace platform
