@@ -138,7 +138,7 @@ private:
             else if (character == "-")
                 setTextSize(smaller(textSize()));
             else if (character == "0")
-                window_->resetPreferredContentSizeCategory();
+                window_->setOverrideContentSizeCategory(std::nullopt);
             else
                 return false;
             return true;
@@ -151,7 +151,7 @@ private:
     }
 
     UIContentSizeCategory textSize() const { return window_->traitCollection().preferredContentSizeCategory; }
-    void setTextSize(UIContentSizeCategory category) { window_->setPreferredContentSizeCategory(category); }
+    void setTextSize(UIContentSizeCategory category) { window_->setOverrideContentSizeCategory(category); }
 
     const PreviewArguments& arguments_;
     std::shared_ptr<UIViewController> controller_;

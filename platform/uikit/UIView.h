@@ -174,6 +174,9 @@ public:
     const UITraitCollection& traitCollection() const { return traits_; }
     UIUserInterfaceStyle overrideUserInterfaceStyle() const { return overrideStyle_; }
     void setOverrideUserInterfaceStyle(UIUserInterfaceStyle style);
+    // The text size of this view and of those below, instead of the inherited one.
+    std::optional<UIContentSizeCategory> overrideContentSizeCategory() const { return overrideContentSize_; }
+    void setOverrideContentSizeCategory(std::optional<UIContentSizeCategory> category);
     UISemanticContentAttribute semanticContentAttribute() const { return semanticContentAttribute_; }
     void setSemanticContentAttribute(UISemanticContentAttribute attribute);
     UIUserInterfaceLayoutDirection effectiveUserInterfaceLayoutDirection() const;
@@ -290,6 +293,7 @@ private:
 
     UITraitCollection traits_;
     UIUserInterfaceStyle overrideStyle_ = UIUserInterfaceStyle::unspecified;
+    std::optional<UIContentSizeCategory> overrideContentSize_;
     UISemanticContentAttribute semanticContentAttribute_ = UISemanticContentAttribute::unspecified;
 
     std::vector<std::shared_ptr<UIGestureRecognizer>> gestureRecognizers_;

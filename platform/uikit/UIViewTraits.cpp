@@ -13,6 +13,8 @@ void UIView::inheritTraits()
     auto traits = superview_ ? superview_->traits_ : window_ == this ? window_->baseTraits() : traits_;
     if (overrideStyle_ != UIUserInterfaceStyle::unspecified)
         traits.userInterfaceStyle = overrideStyle_;
+    if (overrideContentSize_)
+        traits.preferredContentSizeCategory = *overrideContentSize_;
     if (traits == traits_)
         return;
     auto keptAlive = weak_from_this().lock();
@@ -39,6 +41,17 @@ void UIView::setOverrideUserInterfaceStyle(UIUserInterfaceStyle style)
         return;
     overrideStyle_ = style;
     if (!superview_ && style == UIUserInterfaceStyle::unspecified && !window_)
+        return; // what it would inherit comes with a superview
+    inheritTraits();
+}
+
+void UIView::setOverrideContentSizeCategory(std::optional<UIContentSizeCategory> category)
+{
+    assertOnMainThread();
+    if (category == overrideContentSize_)
+        return;
+    overrideContentSize_ = category;
+    if (!superview_ && !category && !window_)
         return; // what it would inherit comes with a superview
     inheritTraits();
 }
