@@ -46,38 +46,50 @@ TEST(DispatchQueue, RunsWorkFromManyThreadsOneByOneAndInTheOrderOfEach)
 
 TEST(DispatchQueue, RunsNothingUntilEverySuspensionIsResumed)
 {
+    VirtualClock clock;
     auto queue = DispatchQueue::make("test.suspended", DispatchQueue::Initially::suspended);
     queue->suspend();
-    std::atomic<bool> isResumed = false;
-    std::atomic<bool> ranEarly = false;
-    std::promise<void> done;
-    queue->async([&] { ranEarly = !isResumed; });
-    queue->async([&] { done.set_value(); });
+    std::string order;
+    queue->async([&] { order += "a"; });
+    queue->async([&] { order += "b"; });
     queue->resume();
-    DispatchQueue::make("test.other")->sync([] { });
-    isResumed = true;
+    clock.settleWithBackgroundQueues();
+    EXPECT_EQ(order, "");
     queue->resume();
-    done.get_future().wait();
-    EXPECT_FALSE(ranEarly);
+    clock.settleWithBackgroundQueues();
+    EXPECT_EQ(order, "ab");
 }
 
 TEST(DispatchQueue, StopsAfterThePieceThatSuspendsIt)
 {
-    auto queue = DispatchQueue::make("test.suspends.itself");
+    VirtualClock clock;
+    auto queue = DispatchQueue::make("test.suspends.itself", DispatchQueue::Initially::suspended);
     std::string order;
-    std::promise<void> suspended;
     queue->async([&] {
-        order += "a";
         queue->suspend();
+        queue->async([&] { order += "c"; });
+        order += "a";
     });
     queue->async([&] { order += "b"; });
-    // Whatever else the pool runs, `b` may only run after resume().
-    queue->async([&] { order += "c"; });
-    std::jthread waiter([&] { queue->sync([&] { order += "d"; }); });
-    auto other = DispatchQueue::make("test.resumes");
-    other->async([&] { queue->resume(); });
-    waiter.join();
-    EXPECT_EQ(order, "abcd");
+    queue->resume();
+    clock.settleWithBackgroundQueues();
+    EXPECT_EQ(order, "a");
+    queue->resume();
+    queue->sync([&] { order += "s"; });
+    EXPECT_EQ(order, "abcs") << "sync waits for its place";
+}
+
+TEST(DispatchQueue, LetsASyncThatWaitsInASuspendedQueueGoOnWhenItIsResumed)
+{
+    auto queue = DispatchQueue::make("test.sync.suspended", DispatchQueue::Initially::suspended);
+    std::atomic<bool> isResumed = false;
+    bool ranEarly = false;
+    std::jthread waiter([&] { queue->sync([&] { ranEarly = !isResumed; }); });
+    DispatchQueue::make("test.other")->sync([] { });
+    isResumed = true;
+    queue->resume();
+    waiter.join(); // would wait for ever
+    EXPECT_FALSE(ranEarly);
 }
 
 TEST(DispatchQueue, RunsItsWorkAfterItWasLetGo)
