@@ -11,10 +11,10 @@ namespace platform {
 
 namespace {
 
-    std::uint16_t capped(std::int64_t columns)
-    {
-        return static_cast<std::uint16_t>(std::min<std::int64_t>(columns, 65535));
-    }
+std::uint16_t capped(std::int64_t columns)
+{
+    return static_cast<std::uint16_t>(std::min<std::int64_t>(columns, 65535));
+}
 
 } // namespace
 
@@ -52,7 +52,8 @@ double ColumnSurvey::linesWiderThan(std::int64_t columns) const
     double highCount = above == std::ssize(widths) || widths[above] >= longest ? 0 : wider[above];
     if (highWidth <= lowWidth)
         return highCount;
-    return lowCount + (highCount - lowCount) * (static_cast<double>(columns) - lowWidth) / (highWidth - lowWidth);
+    return lowCount
+        + (highCount - lowCount) * (static_cast<double>(columns) - lowWidth) / (highWidth - lowWidth);
 }
 
 std::int64_t ColumnSurvey::rows(std::int64_t columnsPerRow) const

@@ -11,8 +11,8 @@ namespace platform {
 
 namespace {
 
-    constexpr std::size_t entryLimit = 512;
-    constexpr std::int64_t byteLimit = 512 * 1024;
+constexpr std::size_t entryLimit = 512;
+constexpr std::int64_t byteLimit = 512 * 1024;
 
 } // namespace
 

@@ -52,7 +52,8 @@ std::int64_t PieceTable::utf16UnitsBefore(std::size_t piece) const
 {
     utf16Sums_.resize(pieces_.size() + 1);
     for (; validUtf16Sums_ <= piece; ++validUtf16Sums_)
-        utf16Sums_[validUtf16Sums_] = utf16Sums_[validUtf16Sums_ - 1] + pieces_[validUtf16Sums_ - 1].utf16Units();
+        utf16Sums_[validUtf16Sums_] =
+            utf16Sums_[validUtf16Sums_ - 1] + pieces_[validUtf16Sums_ - 1].utf16Units();
     return utf16Sums_[piece];
 }
 

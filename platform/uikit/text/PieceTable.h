@@ -17,7 +17,7 @@ namespace platform {
 class PieceTable {
 public:
     struct Position {
-        std::size_t piece = 0; // size() at the end of the text
+        std::size_t piece = 0;  // size() at the end of the text
         std::size_t offset = 0; // inside the piece
     };
 

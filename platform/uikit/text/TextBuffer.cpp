@@ -7,51 +7,52 @@
 #include "platform/uikit/text/TextScan.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace platform {
 
 namespace {
 
-    std::vector<TextPiece> cutIntoPieces(std::string_view bytes)
-    {
-        std::vector<TextPiece> pieces;
-        pieces.reserve(bytes.size() / TextPiece::sizeLimit + 1);
-        for (std::size_t at = 0; at < bytes.size(); at += TextPiece::sizeLimit)
-            pieces.emplace_back(bytes.substr(at, TextPiece::sizeLimit));
-        return pieces;
-    }
+std::vector<TextPiece> cutIntoPieces(std::string_view bytes)
+{
+    std::vector<TextPiece> pieces;
+    pieces.reserve(bytes.size() / TextPiece::sizeLimit + 1);
+    for (std::size_t at = 0; at < bytes.size(); at += TextPiece::sizeLimit)
+        pieces.emplace_back(bytes.substr(at, TextPiece::sizeLimit));
+    return pieces;
+}
 
-    // One piece a block of the survey that was made while the text was read: nothing is walked again.
-    std::vector<TextPiece> piecesOfSurvey(std::string_view bytes, const TextSurvey& survey)
-    {
-        std::vector<TextPiece> pieces;
-        pieces.reserve(survey.blocks.size());
-        for (std::size_t i = 0; i < survey.blocks.size(); ++i) {
-            auto start = i * survey.blockSize;
-            auto block = bytes.substr(start, survey.blockSize);
-            auto after = start + block.size();
-            // The survey counts a cut line end in the second block only, a piece counts it on both sides.
-            bool isCut = after < bytes.size() && block.back() == '\r' && bytes[after] == '\n';
-            pieces.emplace_back(block, survey.blocks[i].lineEnds + isCut, survey.blocks[i].isASCII);
-            if constexpr (provesCaches) {
-                static SelfCheck check;
-                if (check.isDue())
-                    precondition(pieces.back().lineEnds() == countLineEnds(block)
-                                     && pieces.back().isASCII() == isASCII(block),
-                                 "the survey that came with a text is of that text");
-            }
+// One piece a block of the survey that was made while the text was read: nothing is walked again.
+std::vector<TextPiece> piecesOfSurvey(std::string_view bytes, const TextSurvey& survey)
+{
+    std::vector<TextPiece> pieces;
+    pieces.reserve(survey.blocks.size());
+    for (std::size_t i = 0; i < survey.blocks.size(); ++i) {
+        auto start = i * survey.blockSize;
+        auto block = bytes.substr(start, survey.blockSize);
+        auto after = start + block.size();
+        // The survey counts a cut line end in the second block only, a piece counts it on both sides.
+        bool isCut = after < bytes.size() && block.back() == '\r' && bytes[after] == '\n';
+        pieces.emplace_back(block, survey.blocks[i].lineEnds + isCut, survey.blocks[i].isASCII);
+        if constexpr (provesCaches) {
+            static SelfCheck check;
+            if (check.isDue())
+                precondition(pieces.back().lineEnds() == countLineEnds(block)
+                                 && pieces.back().isASCII() == isASCII(block),
+                             "the survey that came with a text is of that text");
         }
-        return pieces;
     }
+    return pieces;
+}
 
-    std::vector<TextPiece> piecesOf(const String& text)
-    {
-        auto bytes = text.utf8();
-        auto survey = text.survey();
-        bool isUsable = survey && survey->size == bytes.size() && survey->blockSize > 0
-            && survey->blockSize <= static_cast<std::size_t>(TextPiece::sizeLimit);
-        return isUsable ? piecesOfSurvey(bytes, *survey) : cutIntoPieces(bytes);
-    }
+std::vector<TextPiece> piecesOf(const String& text)
+{
+    auto bytes = text.utf8();
+    auto survey = text.survey();
+    bool isUsable = survey && survey->size == bytes.size() && survey->blockSize > 0
+        && survey->blockSize <= static_cast<std::size_t>(TextPiece::sizeLimit);
+    return isUsable ? piecesOfSurvey(bytes, *survey) : cutIntoPieces(bytes);
+}
 
 } // namespace
 
@@ -63,19 +64,28 @@ TextBuffer::TextBuffer(String text)
 
 String TextBuffer::text() const
 {
-    if (isEmpty())
-        return {};
-    std::string scratch;
     if (!isFlatValid_) {
-        auto whole = view({{0}, end()}, scratch);
-        if (whole.data() == original_.utf8().data() && whole.size() == original_.size())
-            return original_;
-        auto copy = scratch.empty() ? std::make_shared<std::string>(whole)
-                                    : std::make_shared<std::string>(std::move(scratch));
-        flat_ = String::adopting(copy, *copy);
+        flat_ = string({{0}, end()});
         isFlatValid_ = true;
     }
     return flat_;
+}
+
+String TextBuffer::string(TextRange range) const
+{
+    std::string scratch;
+    auto bytes = view(range, scratch);
+    auto original = original_.utf8();
+    std::less_equal<const char*> isNotAfter;
+    if (isNotAfter(original.data(), bytes.data())
+        && isNotAfter(bytes.data() + bytes.size(), original.data() + original.size())) {
+        if (bytes.size() == original.size())
+            return original_;
+        return String::adopting(std::make_shared<const String>(original_), bytes);
+    }
+    auto copy =
+        std::make_shared<const std::string>(scratch.empty() ? std::string(bytes) : std::move(scratch));
+    return String::adopting(copy, *copy);
 }
 
 std::string TextBuffer::text(TextRange range) const
@@ -174,7 +184,8 @@ Utf16Offset TextBuffer::utf16Offset(Utf8Offset offset) const
     auto units = pieces_.utf16UnitsBefore(piece);
     if (piece < pieces_.size()) {
         auto& at = pieces_[piece];
-        units += at.isASCII() ? static_cast<std::int64_t>(inside) : countUtf16Units(at.bytes().substr(0, inside));
+        units +=
+            at.isASCII() ? static_cast<std::int64_t>(inside) : countUtf16Units(at.bytes().substr(0, inside));
     }
     return {units};
 }

@@ -43,6 +43,8 @@ public:
     // The whole text: shared as long as it is the original, else copied, once after each edit.
     String text() const;
     std::string text(TextRange range) const;
+    // As a text of its own, which lives on whatever happens here: shared where it is a part of the original.
+    String string(TextRange range) const;
     // The bytes of `range` without a copy where they are neighbours in memory, else in `scratch`. Valid until
     // `scratch` changes.
     std::string_view view(TextRange range, std::string& scratch) const;

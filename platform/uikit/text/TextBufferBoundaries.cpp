@@ -10,8 +10,8 @@ namespace platform {
 
 namespace {
 
-    // Longer than the longest word or character that the boundaries look at.
-    constexpr std::int64_t reach = 20 * 1024;
+// Longer than the longest word or character that the boundaries look at.
+constexpr std::int64_t reach = 20 * 1024;
 
 } // namespace
 

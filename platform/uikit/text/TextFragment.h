@@ -13,8 +13,8 @@ namespace platform {
 // is found without looking at the rest.
 struct TextFragment {
     LineNumber line;
-    TextRange range;      // with the line end
-    int lineEndSize = 0;  // bytes of `range` that are a line end
+    TextRange range;     // with the line end
+    int lineEndSize = 0; // bytes of `range` that are a line end
     bool beginsLine = true;
     bool endsLine = true;
 

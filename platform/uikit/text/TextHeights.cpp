@@ -14,9 +14,9 @@ namespace platform {
 
 namespace {
 
-    constexpr std::size_t smallText = 64; // pieces, a megabyte
-    constexpr std::size_t sampleSize = 48; // pieces
-    constexpr std::size_t correctionLimit = 8192;
+constexpr std::size_t smallText = 64;  // pieces, a megabyte
+constexpr std::size_t sampleSize = 48; // pieces
+constexpr std::size_t correctionLimit = 8192;
 
 } // namespace
 
@@ -200,7 +200,9 @@ double TextHeights::rowsAbove(std::size_t piece, std::size_t offset) const
         auto next = end + (bytes[end] == '\r' && end + 1 < bytes.size() && bytes[end + 1] == '\n' ? 2 : 1);
         auto line = bytes.substr(start, end - start);
         if (isFirst)
-            rows += isCut && end == 0 ? 0 : static_cast<double>(rowsForColumns(open + columns(line), columnsPerRow_));
+            rows += isCut && end == 0
+                ? 0
+                : static_cast<double>(rowsForColumns(open + columns(line), columnsPerRow_));
         else
             rows += static_cast<double>(rowsForLine(line, columnsPerRow_));
         isFirst = false;
@@ -254,10 +256,11 @@ TextHeights::Place TextHeights::at(CGFloat height) const
     auto row = height / rowHeight_;
     for (int round = 0; round < 2; ++round) {
         sums(count);
-        auto above = std::upper_bound(sums_.begin(), sums_.begin() + static_cast<std::ptrdiff_t>(count), row,
-                                      [&](double value, const Sums& sum) {
-                                          return value < sum.rows + static_cast<double>(sum.columns / columnsPerRow_);
-                                      });
+        auto above =
+            std::upper_bound(sums_.begin(), sums_.begin() + static_cast<std::ptrdiff_t>(count), row,
+                             [&](double value, const Sums& sum) {
+                                 return value < sum.rows + static_cast<double>(sum.columns / columnsPerRow_);
+                             });
         auto piece = static_cast<std::size_t>(std::max<std::ptrdiff_t>(above - sums_.begin() - 1, 0));
         if (round == 1)
             return placeInPiece(piece, row);
@@ -283,14 +286,15 @@ TextHeights::Place TextHeights::placeInPiece(std::size_t piece, double row) cons
         auto end = findLineEnd(bytes, start);
         auto line = bytes.substr(start, end - start);
         bool isCut = isFirst && end == 0 && text_.pieces().cutsLineEnd(piece);
-        auto taken = isCut                         ? 0
+        auto taken = isCut                   ? 0
             : isFirst || end == bytes.size() ? rowsForColumns(open + columns(line), columnsPerRow_)
                                              : rowsForLine(line, columnsPerRow_);
         if (row < rows + static_cast<double>(taken) || end == bytes.size()) {
             // Inside of a line that began long before: by columns from where this piece begins.
             auto column = static_cast<std::int64_t>(std::max(0.0, row - rows)) * columnsPerRow_ - open;
             auto inside = std::clamp<std::int64_t>(column, 0, std::ssize(line));
-            auto fragment = fragmentAt(text_, text_.pieces().start(piece) + static_cast<std::int64_t>(start) + inside);
+            auto fragment =
+                fragmentAt(text_, text_.pieces().start(piece) + static_cast<std::int64_t>(start) + inside);
             auto offset = row * rowHeight_ + correctionBefore(fragment.range.start) - above(fragment);
             return {fragment, std::max(0.0, offset)};
         }

@@ -49,8 +49,8 @@ public:
 private:
     // What is known before each piece.
     struct Sums {
-        double rows = 0;            // of the lines that have ended
-        std::int64_t columns = 0;   // of the line that has not
+        double rows = 0;          // of the lines that have ended
+        std::int64_t columns = 0; // of the line that has not
         bool operator==(const Sums&) const = default;
     };
 

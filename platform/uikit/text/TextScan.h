@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace platform {
@@ -22,6 +23,9 @@ bool isASCII(std::string_view text);
 std::int64_t countUtf16Units(std::string_view text);
 // The beginning of the character that the given UTF-16 unit belongs to; the text's size past the end.
 std::size_t offsetOfUtf16Unit(std::string_view text, std::int64_t unit);
+
+// Requires: `text` is well-formed UTF-8 but for cut sequences at its ends, which are left out.
+std::u16string toUtf16(std::string_view text);
 
 inline bool isUtf8Continuation(char byte)
 {

@@ -8,9 +8,9 @@ namespace platform {
 
 namespace {
 
-    constexpr CGFloat tolerance = 0.01; // points
-    // Further than this many viewports, a way is estimated rather than walked.
-    constexpr CGFloat walkLimit = 4;
+constexpr CGFloat tolerance = 0.01; // points
+// Further than this many viewports, a way is estimated rather than walked.
+constexpr CGFloat walkLimit = 4;
 
 } // namespace
 
@@ -67,7 +67,8 @@ TextViewport::Mark TextViewport::mark() const
         return {};
     auto& layout = anchor_.shaped->layout;
     auto& line = layout.lines()[layout.lineAt(anchor_.y)];
-    return {anchor_.shaped->outside(line.bytes.begin), (anchor_.y - line.y) / std::max(line.height, tolerance), false};
+    return {anchor_.shaped->outside(line.bytes.begin),
+            (anchor_.y - line.y) / std::max(line.height, tolerance), false};
 }
 
 void TextViewport::restore(const Mark& mark)

@@ -73,7 +73,8 @@ public:
     // The place between characters nearest to `point`, clamped to what is seen.
     Hit hit(CGPoint point) const;
     // Nothing out of sight.
-    std::optional<CGRect> caretRect(Utf8Offset offset, CaretAffinity affinity = CaretAffinity::downstream) const;
+    std::optional<CGRect> caretRect(Utf8Offset offset,
+                                    CaretAffinity affinity = CaretAffinity::downstream) const;
     // Of the visible part of `range`. A selected line end shows as some width after the line.
     std::vector<CGRect> selectionRects(TextRange range) const;
 

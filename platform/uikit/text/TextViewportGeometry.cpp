@@ -46,8 +46,9 @@ const VisibleFragment* TextViewport::find(Utf8Offset offset) const
 TextViewport::Hit TextViewport::hit(CGPoint point) const
 {
     auto& fragments = visible();
-    auto below = std::ranges::find_if(
-        fragments, [&](const VisibleFragment& each) { return point.y < each.origin.y + each.shaped->height(); });
+    auto below = std::ranges::find_if(fragments, [&](const VisibleFragment& each) {
+        return point.y < each.origin.y + each.shaped->height();
+    });
     auto& found = below == fragments.end() ? fragments.back() : *below;
     auto hit = found.shaped->layout.hit(point - found.origin);
     return {found.shaped->outside(hit.offset), hit.affinity};

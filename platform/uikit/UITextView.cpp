@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/UITextView.h"
+
+#include "platform/dispatch/RunLoop.h"
+#include "platform/dispatch/Timer.h"
+#include "platform/uikit/AccessibilityEvents.h"
+#include "platform/uikit/TextViewAccessibility.h"
+#include "platform/uikit/UIWindow.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+UITextView::UITextView()
+{
+    setUp();
+}
+
+UITextView::UITextView(CGRect frame)
+    : UIScrollView(frame)
+{
+    setUp();
+}
+
+UITextView::~UITextView()
+{
+    stopBlinking();
+}
+
+void UITextView::setUp()
+{
+    assertOnMainThread();
+    style_.lineBreak = LineBreak::word;
+    setClipsToBounds(true);
+    setBackgroundColor(UIColor::systemBackground());
+    // The safe area moves the text, not the bounds.
+    setContentInsetAdjustmentBehavior(ContentInsetAdjustmentBehavior::never);
+}
+
+const TextViewport& UITextView::viewport() const
+{
+    auto safe = safeAreaInsets();
+    viewport_.setInsets(
+        {containerInset_.top + safe.top, containerInset_.left + lineFragmentPadding_ + safe.left,
+         containerInset_.bottom + safe.bottom, containerInset_.right + lineFragmentPadding_ + safe.right});
+    viewport_.setSize(bounds().size);
+    viewport_.setStyle(style_);
+    return viewport_;
+}
+
+// --- Contents and look ---------------------------------------------------------------------------
+
+String UITextView::text() const
+{
+    return buffer_.text();
+}
+
+void UITextView::setText(String text)
+{
+    assertOnMainThread();
+    if (text == buffer_.text())
+        return;
+    endDrag();
+    markedRange_.reset();
+    history_.clear();
+    buffer_ = TextBuffer(std::move(text));
+    viewport_.handleNewText();
+    setNeedsDisplay();
+    notifyAccessibility(*this, AccessibilityEvent::textReplaced);
+    select({}, Reveal::no);
+    updateScrollIndicators();
+}
+
+void UITextView::setFont(const UIFont& font)
+{
+    assertOnMainThread();
+    if (font == style_.font)
+        return;
+    style_.font = font;
+    viewport();
+    setNeedsDisplay();
+    invalidateIntrinsicContentSize();
+    updateScrollIndicators();
+}
+
+void UITextView::setTextColor(std::optional<UIColor> color)
+{
+    assertOnMainThread();
+    if (color == textColor_)
+        return;
+    textColor_ = std::move(color);
+    setNeedsDisplay();
+}
+
+void UITextView::setTextAlignment(TextAlignment alignment)
+{
+    assertOnMainThread();
+    if (alignment == style_.alignment)
+        return;
+    style_.alignment = alignment;
+    viewport();
+    setNeedsDisplay();
+}
+
+void UITextView::setTextContainerInset(UIEdgeInsets inset)
+{
+    assertOnMainThread();
+    if (inset == containerInset_)
+        return;
+    containerInset_ = inset;
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void UITextView::setLineFragmentPadding(CGFloat padding)
+{
+    assertOnMainThread();
+    padding = std::max(0.0, padding);
+    if (padding == lineFragmentPadding_)
+        return;
+    lineFragmentPadding_ = padding;
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void UITextView::setEditable(bool editable)
+{
+    assertOnMainThread();
+    if (editable == isEditable_)
+        return;
+    if (!editable)
+        endComposition();
+    isEditable_ = editable;
+    if (!canBecomeFirstResponder() && isFirstResponder())
+        resignFirstResponder();
+    restartBlinking();
+    setNeedsDisplay();
+    notifyAccessibility(*this, AccessibilityEvent::stateChanged);
+}
+
+void UITextView::setSelectable(bool selectable)
+{
+    assertOnMainThread();
+    if (selectable == isSelectable_)
+        return;
+    isSelectable_ = selectable;
+    if (!selectable)
+        select(TextSelection::caret(selection_.head), Reveal::no);
+    if (!canBecomeFirstResponder() && isFirstResponder())
+        resignFirstResponder();
+}
+
+void UITextView::setDelegate(std::weak_ptr<UITextViewDelegate> delegate)
+{
+    textDelegate_ = delegate;
+    UIScrollView::setDelegate(delegate);
+}
+
+// --- Layout --------------------------------------------------------------------------------------
+
+std::optional<CGRect> UITextView::caretRect(Utf8Offset offset) const
+{
+    auto affinity = offset == selection_.head ? selection_.affinity : CaretAffinity::downstream;
+    auto rect = viewport().caretRect(std::clamp(offset, Utf8Offset{0}, buffer_.end()), affinity);
+    if (!rect)
+        return std::nullopt;
+    return rect->offsetBy(bounds().origin.x, bounds().origin.y);
+}
+
+Utf8Offset UITextView::closestPosition(CGPoint point) const
+{
+    return viewport().hit(toViewport(point)).offset;
+}
+
+CGSize UITextView::sizeThatFits(CGSize available) const
+{
+    TextViewport trial(buffer_);
+    auto& now = viewport();
+    trial.setInsets(now.insets());
+    trial.setSize({available.width, 1});
+    trial.setStyle(style_);
+    return {available.width, std::ceil(trial.contentHeight())};
+}
+
+void UITextView::layoutSubviews()
+{
+    viewport();
+    UIScrollView::layoutSubviews();
+    updateScrollIndicators();
+}
+
+void UITextView::safeAreaInsetsDidChange()
+{
+    UIScrollView::safeAreaInsetsDidChange();
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void UITextView::didMoveToWindow()
+{
+    UIScrollView::didMoveToWindow();
+    if (!window())
+        endDrag();
+    restartBlinking();
+}
+
+// --- Scrolling -----------------------------------------------------------------------------------
+
+ScrollIndicatorState UITextView::indicatorState(UILayoutAxis axis) const
+{
+    if (axis == UILayoutAxis::horizontal)
+        return {};
+    auto& at = viewport();
+    return {.visibleFraction = at.visibleFraction(), .positionFraction = at.fraction()};
+}
+
+CGVector UITextView::scrollContent(CGVector delta)
+{
+    auto used = viewport().scrollBy(delta.dy);
+    if (used != 0)
+        didScroll();
+    return {0, used};
+}
+
+void UITextView::setScrollFraction(UILayoutAxis axis, double fraction)
+{
+    if (axis == UILayoutAxis::horizontal)
+        return;
+    viewport().scrollToFraction(fraction);
+    didScroll();
+}
+
+void UITextView::scrollToEdge(UILayoutAxis axis, double direction)
+{
+    if (axis == UILayoutAxis::horizontal)
+        return;
+    if (direction < 0 ? viewport().scrollToStart() : viewport().scrollToEnd())
+        didScroll();
+}
+
+void UITextView::scrollRangeToVisible(TextRange range)
+{
+    assertOnMainThread();
+    auto start = std::clamp(range.start, Utf8Offset{0}, buffer_.end());
+    auto end = std::clamp(range.end, start, buffer_.end());
+    stopScrolling();
+    // The start counts when not both ends fit.
+    bool didMove = viewport().reveal(end);
+    didMove = viewport().reveal(start) || didMove;
+    if (didMove)
+        didScroll();
+}
+
+void UITextView::didScroll()
+{
+    setNeedsDisplay();
+    contentDidScroll();
+}
+
+// --- Accessibility -------------------------------------------------------------------------------
+
+AccessibilityProperties UITextView::accessibilityNow() const
+{
+    auto properties = UIScrollView::accessibilityNow();
+    properties.role = AccessibilityRole::textView;
+    properties.isMultiLine = true;
+    properties.isReadOnly = !isEditable_;
+    return properties;
+}
+
+AccessibleText* UITextView::accessibleText()
+{
+    if (!accessibility_)
+        accessibility_ = std::make_unique<TextViewAccessibility>(*this);
+    return accessibility_.get();
+}
+
+} // namespace platform

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+// What a text view paints: selection, text, composition, caret.
+#include "platform/uikit/UITextView.h"
+
+#include "platform/dispatch/Timer.h"
+#include "platform/graphics/CGContext.h"
+#include "platform/uikit/UIWindow.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+using namespace std::chrono_literals;
+constexpr auto blinkInterval = 530ms; // lit, and unlit
+constexpr CGFloat caretWidth = 2;     // points
+constexpr double selectionAlpha = 0.28;
+
+} // namespace
+
+void UITextView::draw(CGContext& context, CGRect dirty)
+{
+    auto& at = viewport();
+    auto origin = bounds().origin;
+    drawSelection(context, origin);
+    const auto& color = textColor_ ? *textColor_ : UIColor::label();
+    for (auto& visible : at.visible()) {
+        auto frame = visible.frame(bounds().size.width).offsetBy(origin.x, origin.y);
+        // Ink may stand out of its line by about as much as the line is high.
+        if (frame.maxY() + at.lineHeight() >= dirty.minY() && frame.minY() - at.lineHeight() <= dirty.maxY())
+            visible.shaped->layout.draw(context, visible.origin + origin, color);
+    }
+    drawComposition(context, origin);
+    if (showsCaret() && isCaretLit_) {
+        if (auto caret = caretRect(selection_.head))
+            context.fill(CGRect::make(std::floor(caret->minX()), caret->minY(), caretWidth, caret->height()),
+                         tintColor());
+    }
+}
+
+void UITextView::drawSelection(CGContext& context, CGPoint origin) const
+{
+    if (selection_.isEmpty())
+        return;
+    auto color = isFirstResponder() ? tintColor() : UIColor::systemGray();
+    for (auto& rect : viewport().selectionRects(selection_.range()))
+        context.fill(rect.offsetBy(origin.x, origin.y), color.withAlphaComponent(selectionAlpha));
+}
+
+void UITextView::drawComposition(CGContext& context, CGPoint origin) const
+{
+    if (!markedRange_)
+        return;
+    const auto& color = textColor_ ? *textColor_ : UIColor::label();
+    for (auto& rect : viewport().selectionRects(*markedRange_)) {
+        auto underline = CGRect::make(rect.minX(), rect.maxY() - 2, rect.width(), 1);
+        context.fill(underline.offsetBy(origin.x, origin.y), color);
+    }
+}
+
+bool UITextView::showsCaret() const
+{
+    return isEditable_ && selection_.isEmpty() && isFirstResponder();
+}
+
+void UITextView::setNeedsDisplayOfCaret()
+{
+    if (auto caret = caretRect(selection_.head))
+        setNeedsDisplay(caret->insetBy(-caretWidth, 0));
+}
+
+void UITextView::restartBlinking()
+{
+    stopBlinking();
+    if (!showsCaret() || !window())
+        return;
+    isCaretLit_ = true;
+    auto weak = std::weak_ptr(sharedFrom(this));
+    blink_ = Timer::scheduledTimer(blinkInterval, Timer::Repeats::yes, [weak](Timer&) {
+        if (auto self = weak.lock()) {
+            self->isCaretLit_ = !self->isCaretLit_;
+            self->setNeedsDisplayOfCaret();
+        }
+    });
+}
+
+void UITextView::stopBlinking()
+{
+    isCaretLit_ = false;
+    if (blink_)
+        blink_->invalidate();
+    blink_.reset();
+}
+
+} // namespace platform
