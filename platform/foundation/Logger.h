@@ -34,7 +34,7 @@ private:
 };
 
 // Gives every message of any level to `receive` instead of standard error while the object lives; captures
-// nest. `receive` runs on the logging thread and must not make or end a capture.
+// nest. `receive` runs on the logging thread.
 class LogCapture {
 public:
     explicit LogCapture(std::function<void(const LogRecord&)> receive);

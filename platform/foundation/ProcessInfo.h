@@ -3,6 +3,7 @@
 
 #include "platform/foundation/OperatingSystemVersion.h"
 
+#include <optional>
 #include <string>
 
 namespace platform {
@@ -35,8 +36,7 @@ public:
     SystemVersionOverride& operator=(const SystemVersionOverride&) = delete;
 
 private:
-    bool hadPrevious_;
-    OperatingSystemVersion previous_;
+    std::optional<OperatingSystemVersion> previous_;
 };
 
 } // namespace platform

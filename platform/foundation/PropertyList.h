@@ -28,12 +28,17 @@ public:
                                  PropertyListArray, PropertyListDictionary>;
 
     PropertyListValue(Storage storage);
-    PropertyListValue(std::string_view text);
+    PropertyListValue(std::string text);
     PropertyListValue(const char* text);
 
     // The value when it is of this type, else null: `value.as<std::string>()`. Valid while the value lives.
     template <class Type>
     const Type* as() const
+    {
+        return std::get_if<Type>(&storage_);
+    }
+    template <class Type>
+    Type* as()
     {
         return std::get_if<Type>(&storage_);
     }

@@ -48,7 +48,8 @@ public:
 
 private:
     URL(std::string text, std::size_t pathBegin, std::size_t pathEnd);
-    URL withPath(std::string_view decodedPath) const;
+    std::string_view encodedPath() const;
+    URL withEncodedPath(std::string_view path) const;
 
     std::string text_;
     // of the path in text_

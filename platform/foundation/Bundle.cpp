@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/Bundle.h"
+
+#include "platform/foundation/FileReading_p.h"
+#include "platform/foundation/Logger.h"
+
+#include <climits>
+#include <utility>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+constexpr std::string_view informationFileName = "Info.plist";
+
+bool exists(const URL& url)
+{
+    struct stat status;
+    return ::stat(url.path().c_str(), &status) == 0;
+}
+
+URL runningExecutable()
+{
+    char path[PATH_MAX];
+    auto length = ::readlink("/proc/self/exe", path, sizeof path);
+    // Without /proc there is still a bundle, but an empty one.
+    return URL::fileURL(length > 0 ? std::string_view(path, static_cast<std::size_t>(length)) : "/");
+}
+
+} // namespace
+
+Bundle::Bundle(Token, URL bundleURL, PropertyListDictionary information,
+               std::optional<Error> informationError)
+    : bundleURL_(std::move(bundleURL))
+    , infoDictionary_(std::move(information))
+    , informationError_(std::move(informationError))
+{
+}
+
+const std::shared_ptr<Bundle>& Bundle::main()
+{
+    static const auto instance = forExecutable(runningExecutable());
+    return instance;
+}
+
+std::shared_ptr<Bundle> Bundle::forExecutable(const URL& executable)
+{
+    auto directory = executable.deletingLastPathComponent();
+    auto shared =
+        directory.deletingLastPathComponent().appendingPathComponent("share").appendingPathComponent(
+            executable.lastPathComponent());
+    auto place = exists(shared.appendingPathComponent(informationFileName)) ? shared : directory;
+    auto information = place.appendingPathComponent(informationFileName);
+    PropertyListDictionary dictionary;
+    std::optional<Error> error;
+    if (exists(information)) {
+        if (auto read = readPropertyList(information)) {
+            dictionary = std::move(*read);
+        } else {
+            error = read.error();
+            Logger("org.zelk.platform", "bundle").error(error->localizedDescription());
+        }
+    }
+    return std::make_shared<Bundle>(Token(), std::move(place), std::move(dictionary), std::move(error));
+}
+
+Result<std::shared_ptr<Bundle>> Bundle::open(const URL& directory)
+{
+    TRY(requireDirectory(directory));
+    PropertyListDictionary dictionary;
+    auto information = directory.appendingPathComponent(informationFileName);
+    if (exists(information))
+        dictionary = TRY(readPropertyList(information));
+    return std::make_shared<Bundle>(Token(), directory, std::move(dictionary), std::nullopt);
+}
+
+const PropertyListValue* Bundle::objectForInfoDictionaryKey(std::string_view key) const
+{
+    auto found = infoDictionary_.find(key);
+    return found == infoDictionary_.end() ? nullptr : &found->second;
+}
+
+std::optional<std::string> Bundle::stringForInfoDictionaryKey(std::string_view key) const
+{
+    auto* value = objectForInfoDictionaryKey(key);
+    auto* text = value ? value->as<std::string>() : nullptr;
+    return text ? std::optional(*text) : std::nullopt;
+}
+
+std::optional<std::string> Bundle::bundleIdentifier() const
+{
+    return stringForInfoDictionaryKey("CFBundleIdentifier");
+}
+
+std::optional<URL> Bundle::urlForResource(std::string_view name, std::string_view extension) const
+{
+    std::string file(name);
+    if (!extension.empty())
+        file += "." + std::string(extension);
+    if (file.empty() || file.front() == '/' || ("/" + file + "/").find("/../") != std::string::npos)
+        return std::nullopt;
+    auto url = resourceURL().appendingPathComponent(file);
+    return exists(url) ? std::optional(url) : std::nullopt;
+}
+
+} // namespace platform

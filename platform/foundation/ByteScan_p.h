@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/foundation/TextSurvey.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace platform {
+
+struct BlockCounts {
+    std::uint32_t lineEnds = 0;
+    std::uint32_t characters = 0; // bytes that begin one
+    bool isASCII = true;
+
+    bool operator==(const BlockCounts&) const = default;
+};
+
+enum class NextByte { lineFeed, other };
+
+// Counts in at most 4 GiB. A CR at the end counts unless a line feed is `next`.
+BlockCounts countBlock(std::string_view block, NextByte next);
+
+// The same, and isWellFormedUTF8, one byte at a time: for the ends of what the wide versions do, and to test
+// them against.
+BlockCounts countBlockByByte(std::string_view block, NextByte next);
+// The length of the longest prefix of `bytes` that is well-formed.
+std::size_t wellFormedPrefixByByte(std::string_view bytes);
+
+// How many bytes at the end of `text`, three at most, begin a sequence that needs more.
+std::size_t openSequenceSize(std::string_view text);
+
+} // namespace platform
