@@ -33,12 +33,11 @@ private:
     friend class UIGestureRecognizer;
     struct State;
 
-    // A recogniser asks to change its state; it does, later or never, as the others allow.
+    // A recogniser asks to change its state; it does, now, later or never, as the others allow.
     void wantsState(UIGestureRecognizer& recognizer, UIGestureRecognizerState state);
     void forget(UIGestureRecognizer& recognizer);
-    void settle();
 
-    std::unique_ptr<State> state_;
+    std::shared_ptr<State> state_; // outlives an arena that goes while it calls out
 };
 
 } // namespace platform

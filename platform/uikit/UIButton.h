@@ -45,6 +45,7 @@ public:
     CGFloat lastBaselineOffset() const override;
     void didMoveToSuperview() override;
     void tintColorDidChange() override;
+    void traitCollectionDidChange(const UITraitCollection& previous) override;
     std::optional<Cursor> cursorAt(CGPoint point) const override;
     AccessibilityProperties accessibilityNow() const override;
 
@@ -52,11 +53,9 @@ protected:
     void controlStateChanged() override;
 
 private:
-    void ensureParts();
     void contentChanged();
     void updateColors();
     CGSize contentSize() const;
-    CGRect titleRect() const;
 
     UIButtonStyle style_;
     UIEdgeInsets contentInsets_;

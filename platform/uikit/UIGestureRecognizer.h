@@ -16,7 +16,7 @@ enum class UIGestureRecognizerState { possible, began, changed, ended, cancelled
 // Watches the touches of its view and the view's subviews and recognises one gesture in them. Discrete gestures go
 // possible -> ended or failed; continuous ones possible -> began -> changed ... -> ended or cancelled, or failed. After
 // an end state it is reset to possible. A recogniser that begins cancels the touches of the views beneath unless
-// cancelsTouchesInView is off, and prevents others that began no earlier, unless both sides allow simultaneity.
+// cancelsTouchesInView is off, and prevents others that began no earlier, unless either side allows simultaneity.
 // Main thread only.
 class UIGestureRecognizer : public NSObject {
 public:
@@ -45,6 +45,10 @@ public:
     virtual void touchEnded(UITouch& touch);
     virtual void touchCancelled(UITouch& touch);
     virtual void reset(); // back to possible, forget everything
+    // Whether its beginning makes `other`, which has not begun, fail.
+    virtual bool canPrevent(const UIGestureRecognizer& /*other*/) const { return true; }
+    // Possible still, although no touch is down: a second tap may follow.
+    virtual bool isAwaitingTouches() const { return false; }
 
 protected:
     void setState(UIGestureRecognizerState state);
@@ -60,7 +64,6 @@ private:
     GestureArena* arena_ = nullptr; // while it has something to do with touches; outlived by the arena's care
     std::optional<UIGestureRecognizerState> heldState_; // wished for, until those that must fail first have
     CGPoint lastWindowLocation_;
-    bool isBeingTold_ = false; // inside onChange
 };
 
 } // namespace platform

@@ -12,6 +12,7 @@
 namespace platform {
 
 class ScrollIndicatorView;
+class ScrollMotion;
 class UIPanGestureRecognizer;
 class UIScrollView;
 
@@ -93,7 +94,8 @@ public:
                        UILayoutAxis axis = UILayoutAxis::vertical); // nearly a page: some overlap stays
     bool scrollToStart();
     bool scrollToEnd();
-    // Arrows, Page Up and Down, Home, End, Space. Unknown keys and those with Control or Alternate are left.
+    // Arrows, Page Up and Down, Home, End, Space and Shift Space. Others are left, and those with Control (but Home and
+    // End) or Alternate.
     bool scrollByKey(const UIPress& press);
     // Moves by `delta` points (positive shows what is further right and below) as far as it goes, at once, and
     // gives what was not used.
@@ -116,7 +118,9 @@ protected:
     virtual CGVector scrollContent(CGVector delta);
     // A scroll bar was dragged to, or paged to, 0...1 of the way.
     virtual void setScrollFraction(UILayoutAxis axis, double fraction);
-    // The start or the end of the content, at once.
+    // The size, the insets or the content has changed: brings the place that is seen back inside of the content.
+    virtual void clampToContent();
+    // The start (negative) or the end of the content, at once.
     virtual void scrollToEdge(UILayoutAxis axis, double direction);
     // After every move: places the indicators, shows them for a while and tells the delegate. `this` may be gone
     // afterwards if the caller holds no reference.
@@ -128,21 +132,21 @@ protected:
 
 private:
     friend class ScrollIndicatorView;
-    struct Motion;
 
     void setUp();
     CGPoint clampedOffset(CGPoint offset) const;
     std::array<CGPoint, 2> offsetLimits() const;
     bool moveOffset(CGPoint offset);
     void handlePan(UIPanGestureRecognizer& pan);
-    void startMotion(std::unique_ptr<Motion> motion);
+    void startMotion(ScrollMotion motion);
     void stepMotion(Instant frameTime);
     void finishMotion();
     CGVector scrollOutwards(CGVector delta);
     std::shared_ptr<UIScrollView> outerScrollView() const;
-    bool move(CGVector delta, Animated animated);
-    ScrollIndicatorView* indicator(UILayoutAxis axis);
+    bool move(CGVector way, Animated animated);
+    CGFloat pageStep(UILayoutAxis axis) const;
     void hideIndicatorsLater();
+    void hideIndicators();
     bool allowsMotion() const;
 
     // main thread only
@@ -154,8 +158,9 @@ private:
     std::array<bool, 2> showsIndicator_{true, true}; // by UILayoutAxis
     std::weak_ptr<UIScrollViewDelegate> delegate_;
     std::shared_ptr<UIPanGestureRecognizer> pan_;
-    CGVector panTaken_; // of the pan's translation, so far
-    std::unique_ptr<Motion> motion_;
+    CGPoint panTaken_;                   // of the pan's translation, so far
+    std::optional<CGPoint> exactOffset_; // that contentOffset is, rounded to pixels
+    std::unique_ptr<ScrollMotion> motion_;
     Token frames_;
     std::array<std::shared_ptr<ScrollIndicatorView>, 2> indicators_;
     Token indicatorFade_;

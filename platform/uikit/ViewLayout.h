@@ -15,8 +15,9 @@ struct LayoutState {
     std::vector<std::shared_ptr<NSLayoutConstraint>> constraints; // active and solved by this view
     std::vector<std::shared_ptr<UILayoutGuide>> guides;
     std::shared_ptr<UILayoutGuide> safeAreaGuide;
-    std::array<UILayoutPriority, 2> hugging{250, 250}; // by UILayoutAxis
-    std::array<UILayoutPriority, 2> compression{750, 750};
+    static constexpr UILayoutPriority defaultHugging = 250, defaultCompression = 750;
+    std::array<UILayoutPriority, 2> hugging{defaultHugging, defaultHugging}; // by UILayoutAxis
+    std::array<UILayoutPriority, 2> compression{defaultCompression, defaultCompression};
 };
 
 // Solves the linear constraints of views. Main thread only.
@@ -29,8 +30,8 @@ public:
     // The size near `target` that the constraints on and below `view` want.
     static CGSize fittingSize(UIView& view, CGSize target);
 
-    // A constraint of `item` (a view or a guide) has changed: whoever solves it is to lay out again.
-    static void constraintChanged(UIView& item);
+    // Something that `view` solves has changed: it, and all whose solution takes part of its, are to lay out again.
+    static void invalidate(UIView& view);
 
     // `view` is about to leave its superview: constraints that reach from inside to outside are deactivated.
     static void willLeaveSuperview(UIView& view);
@@ -40,6 +41,9 @@ public:
 
     // The safe area, or the size, has changed: guides follow, and their constraints are solved again.
     static void safeAreaChanged(UIView& view);
+
+private:
+    class System;
 };
 
 } // namespace platform
