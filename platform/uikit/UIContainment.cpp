@@ -34,7 +34,8 @@ void replace(UIViewController& container, Controllers& present, Controllers want
     // The callbacks below may change `present` again: go by what this call was given.
     const Controllers after = present;
     for (const auto& controller : before) {
-        if (contains(after, controller))
+        // One that another container took over is no longer this one's to send off.
+        if (contains(after, controller) || controller->parent().get() != &container)
             continue;
         controller->willMove(nullptr);
         removeView(*controller);
