@@ -93,7 +93,7 @@ private:
     friend class UIViewController;
     friend class UIResponder;
     friend class UIApplication;
-    friend class WindowBackend;
+    friend class RasterWindow;
     struct Dispatch;
     enum class Phase { idle, layout, paint };
     class PhaseScope;

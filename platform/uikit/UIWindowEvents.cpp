@@ -116,6 +116,7 @@ void UIWindow::sendHover(CGPoint location)
     dispatch_->pointer = location;
     auto view = hitTest(location);
     setHovered(view);
+    dispatch_->arena.pointerMoved(location, view);
     if (!backend_)
         return;
     auto cursor = UIView::Cursor::arrow;
@@ -134,6 +135,7 @@ void UIWindow::sendHoverExit()
     auto keptAlive = weak_from_this().lock();
     dispatch_->pointer.reset();
     setHovered(nullptr);
+    dispatch_->arena.pointerLeft();
 }
 
 void UIWindow::setHovered(const std::shared_ptr<UIView>& view)

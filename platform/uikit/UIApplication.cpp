@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/UIApplication.h"
+
+#include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/GraphicsRuntime_p.h"
+#include "platform/uikit/RunLoopPump_p.h"
+#include "platform/uikit/SettingsPortal_p.h"
+#include "platform/uikit/UIWindow.h"
+
+#include <QtCore/QLocale>
+#include <QtGui/QGuiApplication>
+
+#include <algorithm>
+#include <optional>
+
+namespace platform {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// What the first frame can wait for the desktop's settings. Those that come later repaint it.
+constexpr Duration settingsPatience = 4ms;
+
+} // namespace
+
+struct UIApplication::State {
+    std::optional<RunLoopPump> pump;
+    std::optional<SettingsPortal> settings;
+    std::optional<int> exitStatus; // asked for before the loop ran
+    bool hasWaitedForSettings = false;
+    bool isRunning = false;
+};
+
+UIApplication& UIApplication::shared()
+{
+    // Never destroyed: windows that live as long as the process refer to it.
+    static auto& application = *new UIApplication;
+    return application;
+}
+
+UIApplication::UIApplication()
+    : state_(std::make_unique<State>())
+{
+}
+
+UIApplication::~UIApplication() = default;
+
+void UIApplication::start()
+{
+    assertOnMainThread();
+    if (state_->pump)
+        return;
+    startGraphics(DisplayMode::window);
+    QGuiApplication::setQuitOnLastWindowClosed(false); // `remove` sees to it
+    state_->pump.emplace();
+
+    UITraitCollection defaults;
+    if (QLocale().textDirection() == Qt::RightToLeft)
+        defaults.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
+    state_->settings.emplace(defaults, [this] {
+        for (const auto& weak : std::vector(windows_)) {
+            if (auto window = weak.lock())
+                window->surroundingsDidChange();
+        }
+    });
+}
+
+int UIApplication::run()
+{
+    assertOnMainThread();
+    start();
+    if (state_->exitStatus)
+        return *std::exchange(state_->exitStatus, std::nullopt);
+    state_->isRunning = true;
+    auto status = QGuiApplication::exec();
+    state_->isRunning = false;
+    return status;
+}
+
+void UIApplication::terminate(int exitStatus)
+{
+    assertOnMainThread();
+    if (state_->isRunning)
+        QGuiApplication::exit(exitStatus);
+    else
+        state_->exitStatus = exitStatus;
+}
+
+const UITraitCollection& UIApplication::desktopTraits()
+{
+    start();
+    if (!std::exchange(state_->hasWaitedForSettings, true))
+        state_->settings->waitForAnswers(settingsPatience);
+    return state_->settings->traits();
+}
+
+void UIApplication::add(UIWindow& window)
+{
+    windows_.push_back(std::static_pointer_cast<UIWindow>(window.weak_from_this().lock()));
+}
+
+void UIApplication::remove(UIWindow& window)
+{
+    auto before = windows_.size();
+    // A window that is being destroyed is found by having expired.
+    std::erase_if(windows_, [&](const auto& weak) {
+        auto other = weak.lock();
+        return !other || other.get() == &window;
+    });
+    if (windows_.empty() && before > 0 && state_->isRunning)
+        terminate();
+}
+
+} // namespace platform
