@@ -47,7 +47,7 @@ public:
         if (core_->isCompleted())
             return;
         core_->value = value;
-        PassthroughSubject<Output>::send(core_, std::move(value));
+        PassthroughSubject<Output>::send(*core_, std::move(value));
     }
     void complete(const Completion& completion) { core_->complete(completion); }
 

@@ -39,7 +39,7 @@ public:
     }
 
     // After the completion it does nothing.
-    void send(Output value) { send(subscribers_, std::move(value)); }
+    void send(Output value) { send(*subscribers_, std::move(value)); }
     void send()
         requires std::same_as<Output, Void>
     {
@@ -53,7 +53,7 @@ private:
     template <class Value>
     friend class CurrentValueSubject;
 
-    static void send(std::shared_ptr<SubscriberList> list, Output value)
+    static void send(SubscriberList& list, Output value)
     {
         using State = typename Subscriber<Output>::State;
         auto delivery = [](const Output& sent) {
@@ -61,10 +61,10 @@ private:
                 Subscriber<Output>::receive(static_cast<State&>(subscriber), sent);
             };
         };
-        if (!list->isDelivering())
-            list->deliver(delivery(value));
+        if (!list.isDelivering())
+            list.deliver(delivery(value));
         else
-            list->deliverLater([value = std::move(value), delivery](SubscriberBase& subscriber) {
+            list.deliverLater([value = std::move(value), delivery](SubscriberBase& subscriber) {
                 delivery(value)(subscriber);
             });
     }

@@ -38,7 +38,7 @@ public:
     {
         auto notice = owner_->objectWillChange().subscribers_;
         subject_.send(std::move(value));
-        PassthroughSubject<Void>::send(std::move(notice), Void{});
+        PassthroughSubject<Void>::send(*notice, Void{});
     }
     void operator=(Value value) { set(std::move(value)); }
     // Changes a copy in place and sets it: `names.modify([](auto& names) { names.push_back("x"); })`.

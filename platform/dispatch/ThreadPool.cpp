@@ -67,15 +67,14 @@ void ThreadPool::runWorker()
     isWorker = true;
     std::unique_lock lock(mutex_);
     for (;;) {
+        if (workers_ - waiting_ > busyLimit_)
+            break; // the one whose place this worker took has come back
         if (pending_.empty()) {
             ++idle_;
-            if (auto onIdle = idle_ == workers_ ? onIdle_ : nullptr) {
-                lock.unlock();
-                (*onIdle)();
-                lock.lock();
-            }
+            notifyIfIdle(lock);
             hasWork_.wait(lock, [this] { return !pending_.empty(); });
             --idle_;
+            continue;
         }
         auto work = std::move(pending_.front());
         pending_.pop_front();
@@ -84,6 +83,21 @@ void ThreadPool::runWorker()
         work = nullptr; // may submit
         lock.lock();
     }
+    --workers_;
+    if (!pending_.empty())
+        hasWork_.notify_one(); // the call that woke this worker was for another
+    notifyIfIdle(lock);
+}
+
+// Called with the lock held, which it gives up meanwhile.
+void ThreadPool::notifyIfIdle(std::unique_lock<std::mutex>& lock)
+{
+    auto onIdle = pending_.empty() && idle_ == workers_ ? onIdle_ : nullptr;
+    if (!onIdle)
+        return;
+    lock.unlock();
+    (*onIdle)();
+    lock.lock();
 }
 
 ThreadPool::Waiting::Waiting()

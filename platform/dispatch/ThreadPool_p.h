@@ -11,7 +11,7 @@
 namespace platform {
 
 // The few threads that run the work of all background queues. Started when there is work and nobody idle to
-// do it; they stay until the process ends. Any thread.
+// do it; they stay until the process ends, but for those that only filled in. Any thread.
 class ThreadPool {
 public:
     using Work = std::move_only_function<void()>;
@@ -39,6 +39,7 @@ private:
     ThreadPool();
     void startWorkerIfNeeded();
     void runWorker();
+    void notifyIfIdle(std::unique_lock<std::mutex>& lock);
 
     // fixed after construction
     const std::size_t busyLimit_;

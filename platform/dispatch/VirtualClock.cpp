@@ -48,6 +48,12 @@ void VirtualClock::advance(Duration duration)
     }
 }
 
+void VirtualClock::elapse(Duration duration)
+{
+    precondition(duration >= Duration::zero(), "time does not run backwards");
+    now_ = now() + duration;
+}
+
 void VirtualClock::settle()
 {
     auto& loop = RunLoop::main();

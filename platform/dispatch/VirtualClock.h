@@ -31,6 +31,9 @@ public:
     // from work that runs. Requires: not negative.
     void advance(Duration duration);
 
+    // Lets time pass without running anything, as when the main thread is busy. Requires: not negative.
+    void elapse(Duration duration);
+
     // Takes turns of the run loop until nothing is due at the present time. Aborts when the work never
     // ends giving new work for the same instant.
     void settle();

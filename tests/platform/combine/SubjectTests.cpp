@@ -123,6 +123,20 @@ TEST(PassthroughSubject, SurvivesItsOwnDestructionAndThatOfItsSubscribersDuringA
     EXPECT_EQ(after, Values{1}) << "who remains still receives what was sent";
 }
 
+TEST(PassthroughSubject, SurvivesItsOwnDestructionDuringItsCompletion)
+{
+    auto subject = std::make_unique<PassthroughSubject<int>>();
+    int completions = 0;
+    auto onCompletion = [&](const Completion&) {
+        ++completions;
+        subject.reset();
+    };
+    auto first = subject->sink([](int) { }, onCompletion);
+    auto second = subject->sink([](int) { }, onCompletion);
+    subject->complete(Completion::finished());
+    EXPECT_EQ(completions, 2);
+}
+
 TEST(PassthroughSubject, ReleasesTheHandlersWhenTheStreamEndsOrTheSubscriptionDoes)
 {
     auto held = std::make_shared<int>(0);

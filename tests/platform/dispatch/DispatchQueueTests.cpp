@@ -132,26 +132,51 @@ TEST(DispatchQueue, ReturnsFromSyncWhatTheWorkReturnsAndRunsItOnTheCallersThread
     EXPECT_FALSE(queue->isCurrent());
 }
 
-TEST(DispatchQueue, LetsManyQueuesWaitForOneAnotherWithoutRunningOutOfThreads)
+// Makes each of `count` queues wait for the next, and returns when all have.
+int runChain(int count)
 {
-    // Each queue waits for the next: more of them than the pool has threads.
-    constexpr int queueCount = 40;
     std::vector<std::shared_ptr<DispatchQueue>> queues;
-    for (int number = 0; number < queueCount; ++number)
+    for (int number = 0; number < count; ++number)
         queues.push_back(DispatchQueue::make("test.chain"));
     std::atomic<int> reached = 0;
-    std::vector<std::future<void>> ends;
-    for (int number = 0; number + 1 < queueCount; ++number) {
-        auto end = std::make_shared<std::promise<void>>();
-        ends.push_back(end->get_future());
-        queues[number]->async([&, number, end] {
-            queues[number + 1]->sync([&] { ++reached; });
-            end->set_value();
-        });
+    for (int number = 0; number + 1 < count; ++number)
+        queues[number]->async([&, number] { queues[number + 1]->sync([&] { ++reached; }); });
+    for (auto& queue : queues)
+        queue->sync([] { });
+    return reached;
+}
+
+TEST(DispatchQueue, LetsManyQueuesWaitForOneAnotherWithoutRunningOutOfThreads)
+{
+    EXPECT_EQ(runChain(40), 39);
+}
+
+TEST(DispatchQueue, LeavesNoWorkLyingWhenThreadsThatFilledInGoAway)
+{
+    for (int round = 0; round < 100; ++round) {
+        runChain(12);
+        std::promise<void> ran;
+        DispatchQueue::make("test.after.chain")->async([&] { ran.set_value(); });
+        ran.get_future().wait(); // would wait for ever
     }
-    for (auto& end : ends)
-        end.wait();
-    EXPECT_EQ(reached, queueCount - 1);
+}
+
+TEST(DispatchQueue, RunsFewPiecesAtOnceHoweverManyQueuesWaitedBefore)
+{
+    runChain(40);
+    VirtualClock clock;
+    std::atomic<unsigned> running = 0;
+    std::atomic<unsigned> most = 0;
+    for (int number = 0; number < 64; ++number)
+        DispatchQueue::make("test.wide")->async([&] {
+            const unsigned now = ++running;
+            for (unsigned seen = most; now > seen && !most.compare_exchange_weak(seen, now);) { }
+            for (int turn = 0; turn < 100; ++turn)
+                std::this_thread::yield();
+            --running;
+        });
+    clock.settleWithBackgroundQueues();
+    EXPECT_LE(most, std::max(4u, std::thread::hardware_concurrency()));
 }
 
 TEST(DispatchQueue, RunsSyncOnTheMainQueueOnTheMainThread)

@@ -37,9 +37,10 @@ TEST(RunLoop, CountsADeadlineInThePastAsNow)
     loop.perform([&] { order += "first"; });
     loop.performAt(clock.now() - 1h, [&] { order += " second"; });
     loop.performAfter(-1h, [&] { order += " third"; });
+    loop.perform([&] { order += " fourth"; });
     EXPECT_EQ(loop.nextDeadline(), clock.now());
     loop.runPending();
-    EXPECT_EQ(order, "first second third");
+    EXPECT_EQ(order, "first second third fourth");
 }
 
 TEST(RunLoop, RunsWorkGivenDuringATurnInTheNext)
@@ -52,7 +53,7 @@ TEST(RunLoop, RunsWorkGivenDuringATurnInTheNext)
         // Past deadlines must not jump the queue either.
         loop.performAt(clock.now() - 1s, [&] { order += "3"; });
     });
-    loop.perform([&] { order += "2"; });
+    loop.performAfter(0s, [&] { order += "2"; });
     EXPECT_TRUE(loop.runPending());
     EXPECT_EQ(order, "12");
     EXPECT_TRUE(loop.runPending());

@@ -42,19 +42,44 @@ TEST(Timer, StaysOnItsGridWhileNobodyHoldsIt)
 TEST(Timer, MakesUpForMissedCallsByASingleOne)
 {
     VirtualClock clock;
-    auto& loop = RunLoop::main();
     const Instant start = clock.now();
     std::vector<Duration> calls;
-    bool isBusy = true;
-    Timer::scheduledTimer(1s, Timer::Repeats::yes, [&](Timer&) {
-        calls.push_back(clock.now() - start);
-        // A block that takes 3.5 seconds, in which other work has its time.
-        if (std::exchange(isBusy, false))
-            clock.advance(3500ms);
+    Timer::scheduledTimer(1s, Timer::Repeats::yes, [&](Timer&) { calls.push_back(clock.now() - start); });
+    clock.elapse(3500ms);
+    clock.settle();
+    EXPECT_EQ(calls, (std::vector<Duration>{3500ms}));
+    clock.advance(2500ms);
+    EXPECT_EQ(calls, (std::vector<Duration>{3500ms, 4s, 5s, 6s})) << "and goes on in step";
+}
+
+TEST(Timer, DoesNotEnterABlockThatIsRunning)
+{
+    VirtualClock clock;
+    int calls = 0;
+    Timer::scheduledTimer(1s, Timer::Repeats::yes, [&](Timer& timer) {
+        if (++calls == 1) {
+            clock.advance(3500ms); // as a modal loop in the block would
+            timer.fire();
+        }
+        EXPECT_EQ(timer.fireInstant(), clock.now() + (calls == 1 ? 500ms : 1000ms));
     });
-    clock.advance(6s);
-    EXPECT_EQ(calls, (std::vector<Duration>{1s, 5s, 6s})) << "a running block is not entered again";
-    EXPECT_EQ(loop.nextDeadline(), start + 7s);
+    clock.advance(1s);
+    EXPECT_EQ(calls, 1);
+    clock.advance(500ms);
+    EXPECT_EQ(calls, 2);
+}
+
+TEST(Timer, MayLoseItsLastReferenceWhileItFires)
+{
+    VirtualClock clock;
+    int calls = 0;
+    std::shared_ptr<Timer> holder;
+    holder = Timer::scheduledTimer(1s, Timer::Repeats::no, [&](Timer& timer) {
+        holder.reset();
+        calls += timer.isValid() ? 100 : 1;
+    });
+    holder->fire(); // by hand: the run loop does not hold it meanwhile
+    EXPECT_EQ(calls, 1);
 }
 
 TEST(Timer, IsInvalidatedFromItsOwnBlockAndReleasesIt)
