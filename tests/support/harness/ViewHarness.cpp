@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/harness/ViewHarness.h"
+
+#include "platform/foundation/Precondition.h"
+#include "platform/graphics/CGContext.h"
+#include "platform/graphics/UIImage.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace harness {
+
+using namespace platform;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Between the events of one gesture, as hands are.
+constexpr Duration pause = 10ms;
+
+UIView* findIn(UIView& view, std::string_view label)
+{
+    const auto properties = view.accessibilityNow();
+    if (properties.label == label || properties.identifier == label)
+        return &view;
+    for (const auto& subview : view.subviews()) {
+        if (auto* found = findIn(*subview, label))
+            return found;
+    }
+    return nullptr;
+}
+
+std::size_t sequenceLength(char lead)
+{
+    auto byte = static_cast<unsigned char>(lead);
+    return byte < 0x80 ? 1 : byte < 0xe0 ? 2 : byte < 0xf0 ? 3 : 4;
+}
+
+} // namespace
+
+ViewHarness::ViewHarness(CGSize size, const UITraitCollection& traits)
+    : window_(std::make_shared<UIWindow>(CGRect{{}, size}))
+{
+    window_->setBaseTraits(traits);
+}
+
+ViewHarness::~ViewHarness()
+{
+    if (window_)
+        window_->close();
+}
+
+void ViewHarness::show(std::shared_ptr<UIViewController> controller)
+{
+    window_->setRootViewController(std::move(controller));
+    window_->showOffscreen();
+    clock_.settle();
+}
+
+void ViewHarness::show(std::shared_ptr<UIView> view)
+{
+    auto controller = std::make_shared<UIViewController>();
+    controller->setView(std::move(view));
+    show(std::move(controller));
+}
+
+UIView& ViewHarness::find(std::string_view label)
+{
+    auto* found = findIn(*window_, label);
+    precondition(found != nullptr, "no view has the label that the test looks for");
+    return *found;
+}
+
+void ViewHarness::tap(CGPoint place, const Press& press)
+{
+    auto keptAlive = window_;
+    for (int count = 1; count <= press.tapCount; ++count) {
+        auto once = press;
+        once.tapCount = count;
+        down(place, once);
+        clock_.advance(pause);
+        up();
+        clock_.advance(pause);
+    }
+}
+
+void ViewHarness::tap(std::string_view label)
+{
+    auto& view = find(label);
+    tap(view.convertTo(view.bounds().center(), nullptr));
+}
+
+void ViewHarness::down(CGPoint place, const Press& press)
+{
+    precondition(!touch_, "the pointer is down already");
+    touch_ = std::make_unique<UITouch>(UITouch{.type = press.type,
+                                               .button = press.button,
+                                               .modifiers = press.modifiers,
+                                               .tapCount = press.tapCount,
+                                               .timestamp = clock_.now(),
+                                               .windowLocation = place});
+    window_->sendTouch(*touch_);
+    clock_.settle();
+}
+
+void ViewHarness::moveTo(CGPoint place)
+{
+    precondition(touch_ != nullptr, "the pointer is not down");
+    touch_->phase = UITouchPhase::moved;
+    touch_->previousWindowLocation = std::exchange(touch_->windowLocation, place);
+    touch_->timestamp = clock_.now();
+    window_->sendTouch(*touch_);
+    clock_.settle();
+}
+
+void ViewHarness::up()
+{
+    precondition(touch_ != nullptr, "the pointer is not down");
+    auto touch = std::move(touch_);
+    touch->phase = UITouchPhase::ended;
+    touch->previousWindowLocation = touch->windowLocation;
+    touch->timestamp = clock_.now();
+    if (window_)
+        window_->sendTouch(*touch);
+    clock_.settle();
+}
+
+void ViewHarness::cancel()
+{
+    precondition(touch_ != nullptr, "the pointer is not down");
+    auto touch = std::move(touch_);
+    touch->phase = UITouchPhase::cancelled;
+    window_->sendTouch(*touch);
+    clock_.settle();
+}
+
+void ViewHarness::drag(CGPoint from, CGPoint to, Duration time, const Press& press)
+{
+    constexpr int steps = 10;
+    down(from, press);
+    for (int step = 1; step <= steps; ++step) {
+        clock_.advance(time / steps);
+        auto part = CGFloat(step) / steps;
+        moveTo({from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part});
+    }
+    up();
+}
+
+void ViewHarness::hover(CGPoint place)
+{
+    window_->sendHover(place);
+    clock_.settle();
+}
+
+bool ViewHarness::scroll(CGPoint place, CGVector delta)
+{
+    return scroll(place, UIScrollWheel{.delta = delta});
+}
+
+bool ViewHarness::scroll(CGPoint place, const UIScrollWheel& wheel)
+{
+    auto sent = wheel;
+    sent.windowLocation = place;
+    sent.timestamp = clock_.now();
+    auto wasTaken = window_->sendScroll(sent);
+    clock_.settle();
+    return wasTaken;
+}
+
+bool ViewHarness::press(UIKeyCode key, std::uint8_t modifiers)
+{
+    UIPress press{.key = key, .modifiers = {modifiers}, .timestamp = clock_.now()};
+    if (key == UIKeyCode::space)
+        press.characters = press.charactersIgnoringModifiers = " ";
+    auto keptAlive = window_;
+    auto wasHandled = window_->sendPress(press);
+    window_->sendPressEnded(press);
+    clock_.settle();
+    return wasHandled;
+}
+
+bool ViewHarness::press(std::string_view character, std::uint8_t modifiers)
+{
+    constexpr auto silent =
+        UIKeyModifierFlags::control | UIKeyModifierFlags::alternate | UIKeyModifierFlags::command;
+    UIPress press{.key = character == " " ? UIKeyCode::space : UIKeyCode::character,
+                  .modifiers = {modifiers},
+                  .charactersIgnoringModifiers = std::string(character),
+                  .timestamp = clock_.now()};
+    if ((modifiers & silent) == 0)
+        press.characters = character;
+    auto keptAlive = window_;
+    auto wasHandled = window_->sendPress(press);
+    window_->sendPressEnded(press);
+    clock_.settle();
+    return wasHandled;
+}
+
+void ViewHarness::type(std::string_view text)
+{
+    while (!text.empty() && window_) {
+        if (text.front() == '\n') {
+            press(UIKeyCode::returnKey);
+            text.remove_prefix(1);
+            continue;
+        }
+        auto length = std::min(sequenceLength(text.front()), text.size());
+        press(text.substr(0, length), 0);
+        text.remove_prefix(length);
+    }
+}
+
+std::vector<CGRect> ViewHarness::paintFrame()
+{
+    clock_.settle();
+    auto dirty = window_->takeDirtyRegion();
+    if (dirty.isEmpty())
+        return {};
+    auto traits = window_->traitCollection();
+    auto image = makeImage(
+        window_->bounds().size, traits.displayScale,
+        [&](CGContext& context) {
+            for (const auto& rect : dirty.rects())
+                window_->paint(context, rect);
+        },
+        traits.colorAppearance());
+    precondition(image.has_value(), "the window is too large for a picture");
+    return dirty.rects();
+}
+
+UIImage ViewHarness::snapshot()
+{
+    clock_.settle();
+    auto traits = window_->traitCollection();
+    auto all = CGRect{{}, window_->bounds().size};
+    auto image = makeImage(
+        all.size, traits.displayScale, [&](CGContext& context) { window_->paint(context, all); },
+        traits.colorAppearance());
+    precondition(image.has_value(), "the window is too large for a picture");
+    return *image;
+}
+
+std::string colorAt(const UIImage& image, CGPoint place)
+{
+    auto x = static_cast<int>(std::floor(place.x * image.scale()));
+    auto y = static_cast<int>(std::floor(place.y * image.scale()));
+    auto [red, green, blue, alpha] = image.pixel(x, y).components();
+    auto byte = [](double value) { return static_cast<unsigned>(std::lround(value * 255)); };
+    char text[16];
+    if (byte(alpha) == 255)
+        std::snprintf(text, sizeof text, "%02x%02x%02x", byte(red), byte(green), byte(blue));
+    else
+        std::snprintf(text, sizeof text, "%02x%02x%02x%02x", byte(red), byte(green), byte(blue), byte(alpha));
+    return text;
+}
+
+} // namespace harness
