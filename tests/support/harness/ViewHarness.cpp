@@ -134,6 +134,11 @@ void ViewHarness::cancel()
     clock_.settle();
 }
 
+void ViewHarness::drag(CGPoint from, CGPoint to)
+{
+    drag(from, to, 200ms, Press{});
+}
+
 void ViewHarness::drag(CGPoint from, CGPoint to, Duration time, const Press& press)
 {
     constexpr int steps = 10;

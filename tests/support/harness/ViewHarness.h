@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/dispatch/VirtualClock.h"
+#include "platform/graphics/UIImage.h"
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UIView.h"
 #include "platform/uikit/UIViewController.h"
@@ -52,9 +53,9 @@ public:
     void moveTo(platform::CGPoint place); // what is down
     void up();                            // where it is
     void cancel();
-    // Down, there in ten steps over the time given, up.
-    void drag(platform::CGPoint from, platform::CGPoint to,
-              platform::Duration time = std::chrono::milliseconds(200), const Press& press = {});
+    // Down, there in ten steps over the time given (200 ms), up.
+    void drag(platform::CGPoint from, platform::CGPoint to);
+    void drag(platform::CGPoint from, platform::CGPoint to, platform::Duration time, const Press& press);
     void hover(platform::CGPoint place);
     bool scroll(platform::CGPoint place, platform::CGVector delta);
     bool scroll(platform::CGPoint place, const platform::UIScrollWheel& wheel);
