@@ -208,7 +208,7 @@ TextEdit TextBuffer::replace(TextRange range, std::string_view text)
     return splice(range, storage_.keep(text));
 }
 
-TextEdit TextBuffer::replace(TextRange range, const String& text)
+TextEdit TextBuffer::replaceSharing(TextRange range, const String& text)
 {
     // A small text is copied: kept alone, it would keep all that it is a part of.
     constexpr std::size_t worthSharing = 64 * 1024;

@@ -81,7 +81,7 @@ public:
     // --- Editing ----------------------------------------------------------------------------------
     // Requires: `text` is well-formed UTF-8.
     TextEdit replace(TextRange range, std::string_view text);
-    TextEdit replace(TextRange range, const String& text); // shares a text worth sharing
+    TextEdit replaceSharing(TextRange range, const String& text); // without a copy of a large text
     // Does an edit of this buffer again; `edit.reversed()` undoes it. Requires: the text is as it was then.
     void apply(const TextEdit& edit);
 

@@ -14,9 +14,15 @@ namespace platform {
 
 namespace {
 
-constexpr std::size_t smallText = 64;  // pieces, a megabyte
-constexpr std::size_t sampleSize = 48; // pieces
+constexpr std::int64_t smallText = 1 << 20; // bytes
+constexpr std::size_t sampleSize = 48;      // pieces
 constexpr std::size_t correctionLimit = 8192;
+
+// Behind the line end that begins at `end`.
+std::size_t afterLineEndAt(std::string_view bytes, std::size_t end)
+{
+    return end + (bytes[end] == '\r' && end + 1 < bytes.size() && bytes[end + 1] == '\n' ? 2 : 1);
+}
 
 } // namespace
 
@@ -69,7 +75,7 @@ void TextHeights::handleEdit(Utf8Offset at, std::int64_t removed, std::int64_t i
 
 bool TextHeights::isSmall() const
 {
-    return text_.pieces().size() <= smallText;
+    return text_.size() <= smallText;
 }
 
 bool TextHeights::isMeasured(std::size_t piece) const
@@ -91,7 +97,7 @@ std::int64_t TextHeights::countRows(std::size_t piece) const
         if (end == bytes.size())
             break;
         rows += rowsForLine(bytes.substr(start, end - start), columnsPerRow_);
-        start = end + (bytes[end] == '\r' && end + 1 < bytes.size() && bytes[end + 1] == '\n' ? 2 : 1);
+        start = afterLineEndAt(bytes, end);
     }
     return rows;
 }
@@ -127,10 +133,23 @@ TextHeights::Sums TextHeights::sumsAfter(std::size_t piece, Sums before) const
     if (at.lineEnds() == 0)
         return {before.rows, before.columns + survey.head};
     auto rows = before.rows + static_cast<double>(at.rows());
-    // The second half of a cut line end ends no line.
-    if (!text_.pieces().cutsLineEnd(piece))
-        rows += static_cast<double>(rowsForColumns(before.columns + survey.head, columnsPerRow_));
+    auto bytes = at.bytes();
+    auto end = before.columns == 0 && survey.head > columnsPerRow_ ? findLineEnd(bytes, 0) : 0;
+    rows += rowsOfFirstLine(piece, before.columns, survey.head, bytes.substr(0, end));
     return {rows, survey.tail};
+}
+
+// Rows of the line that the piece's first line end ends; `columns` of it are in this piece. One that begins
+// before is counted by columns, one that begins here by its words, `line`.
+double TextHeights::rowsOfFirstLine(std::size_t piece, std::int64_t open, std::int64_t columns,
+                                    std::string_view line) const
+{
+    // The second half of a cut line end ends no line.
+    if (text_.pieces().cutsLineEnd(piece))
+        return 0;
+    bool isWhole = open == 0 && columns > columnsPerRow_;
+    return static_cast<double>(isWhole ? rowsForLine(line, columnsPerRow_)
+                                       : rowsForColumns(open + columns, columnsPerRow_));
 }
 
 const TextHeights::Sums& TextHeights::sums(std::size_t piece) const
@@ -186,7 +205,6 @@ double TextHeights::rowsAbove(std::size_t piece, std::size_t offset) const
     if (offset == 0 && before.columns == 0)
         return before.rows;
     auto bytes = text_.pieces()[piece].bytes();
-    bool isCut = text_.pieces().cutsLineEnd(piece);
     double rows = before.rows;
     auto open = before.columns; // columns of the line so far, from earlier pieces
     bool isFirst = true;
@@ -197,19 +215,14 @@ double TextHeights::rowsAbove(std::size_t piece, std::size_t offset) const
             open += columns(bytes.substr(start, offset - start));
             return rows + static_cast<double>(open / columnsPerRow_);
         }
-        auto next = end + (bytes[end] == '\r' && end + 1 < bytes.size() && bytes[end + 1] == '\n' ? 2 : 1);
         auto line = bytes.substr(start, end - start);
-        if (isFirst)
-            rows += isCut && end == 0
-                ? 0
-                : static_cast<double>(rowsForColumns(open + columns(line), columnsPerRow_));
-        else
-            rows += static_cast<double>(rowsForLine(line, columnsPerRow_));
+        rows += isFirst ? rowsOfFirstLine(piece, open, columns(line), line)
+                        : static_cast<double>(rowsForLine(line, columnsPerRow_));
         isFirst = false;
         open = 0;
-        if (next > offset)
+        start = afterLineEndAt(bytes, end);
+        if (start > offset)
             return rows;
-        start = next;
     }
 }
 
@@ -223,8 +236,15 @@ CGFloat TextHeights::correctionBefore(Utf8Offset offset) const
 
 CGFloat TextHeights::total() const
 {
-    auto& last = sums(text_.pieces().size());
-    return (last.rows + rowsOfOpenLine(last)) * rowHeight_ + correctionBefore(text_.end() + 1);
+    auto& pieces = text_.pieces();
+    auto last = sums(pieces.size());
+    auto rows = rowsOfOpenLine(last);
+    if (rows > 1 && isMeasured(pieces.size() - 1) && pieces[pieces.size() - 1].lineEnds() > 0) {
+        // All of the last line is in the last piece.
+        auto bytes = pieces[pieces.size() - 1].bytes();
+        rows = static_cast<double>(rowsForLine(bytes.substr(bytes.find_last_of("\r\n") + 1), columnsPerRow_));
+    }
+    return (last.rows + rows) * rowHeight_ + correctionBefore(text_.end() + 1);
 }
 
 CGFloat TextHeights::above(const TextFragment& fragment) const
@@ -285,11 +305,11 @@ TextHeights::Place TextHeights::placeInPiece(std::size_t piece, double row) cons
     while (start < bytes.size()) {
         auto end = findLineEnd(bytes, start);
         auto line = bytes.substr(start, end - start);
-        bool isCut = isFirst && end == 0 && text_.pieces().cutsLineEnd(piece);
-        auto taken = isCut                   ? 0
-            : isFirst || end == bytes.size() ? rowsForColumns(open + columns(line), columnsPerRow_)
-                                             : rowsForLine(line, columnsPerRow_);
-        if (row < rows + static_cast<double>(taken) || end == bytes.size()) {
+        auto taken = end == bytes.size()
+            ? static_cast<double>(rowsForColumns(open + columns(line), columnsPerRow_))
+            : isFirst ? rowsOfFirstLine(piece, open, columns(line), line)
+                      : static_cast<double>(rowsForLine(line, columnsPerRow_));
+        if (row < rows + taken || end == bytes.size()) {
             // Inside of a line that began long before: by columns from where this piece begins.
             auto column = static_cast<std::int64_t>(std::max(0.0, row - rows)) * columnsPerRow_ - open;
             auto inside = std::clamp<std::int64_t>(column, 0, std::ssize(line));
@@ -298,10 +318,10 @@ TextHeights::Place TextHeights::placeInPiece(std::size_t piece, double row) cons
             auto offset = row * rowHeight_ + correctionBefore(fragment.range.start) - above(fragment);
             return {fragment, std::max(0.0, offset)};
         }
-        rows += static_cast<double>(taken);
+        rows += taken;
         open = 0;
         isFirst = false;
-        start = end + (bytes[end] == '\r' && end + 1 < bytes.size() && bytes[end + 1] == '\n' ? 2 : 1);
+        start = afterLineEndAt(bytes, end);
     }
     auto fragment = fragmentAt(text_, text_.pieces().start(piece + 1));
     return {fragment, 0};
@@ -314,9 +334,8 @@ CGFloat TextHeights::estimate(const TextFragment& fragment) const
     if (!fragment.beginsLine || !fragment.endsLine)
         return static_cast<double>(columns(text)) / static_cast<double>(columnsPerRow_) * rowHeight_;
     // As the sums count it: a line that crosses a piece's border by columns, any other by its words.
-    auto start = text_.pieces().find(fragment.range.start);
-    bool isWhole = fragment.lineEndSize > 0 && start.offset > 0
-        && text_.pieces().start(start.piece + 1) > fragment.textEnd();
+    auto start = text_.pieces().find(fragment.range.start).piece;
+    bool isWhole = start < text_.pieces().size() && text_.pieces().start(start + 1) > fragment.textEnd();
     return static_cast<double>(isWhole ? rowsForLine(text, columnsPerRow_)
                                        : rowsForColumns(columns(text), columnsPerRow_))
         * rowHeight_;

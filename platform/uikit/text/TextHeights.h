@@ -61,6 +61,8 @@ private:
     Sums sumsAfter(std::size_t piece, Sums before) const;
     const Sums& sums(std::size_t piece) const;
     double rowsOfOpenLine(const Sums& sums) const;
+    double rowsOfFirstLine(std::size_t piece, std::int64_t open, std::int64_t columns,
+                           std::string_view line) const;
     void takeSample() const;
     // Rows above a place in a measured piece.
     double rowsAbove(std::size_t piece, std::size_t offset) const;

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/text/TextScan.h"
+#include "tests/platform/uikit/TextTestSupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace platform;
+using namespace texttests;
+
+// Line ends at every distance from the borders of the blocks that the passes work in.
+TEST(TextScan, CountsAndFindsLineEndsWhereverBlocksBegin)
+{
+    for (std::string_view end : {"\n", "\r", "\r\n"}) {
+        for (std::size_t lead = 0; lead < 40; ++lead) {
+            auto text = std::string(lead, 'x') + repeated("ab" + std::string(end), 600);
+            auto starts = lineStarts(text);
+            ASSERT_EQ(countLineEnds(text), std::ssize(starts) - 1) << lead;
+            for (std::int64_t ordinal : {std::int64_t{1}, std::int64_t{300}, std::ssize(starts) - 1})
+                ASSERT_EQ(afterLineEnd(text, ordinal), static_cast<std::size_t>(starts[ordinal])) << lead;
+            ASSERT_EQ(afterLineEnd(text, std::ssize(starts)), std::string_view::npos);
+            ASSERT_EQ(findLineEnd(text, 0), lead + 2);
+        }
+    }
+}
+
+TEST(TextScan, CountsLineEndsUpToEachLimit)
+{
+    auto text = std::string("a\r\nb\rc\n\n\r\r\n") + std::string(30, 'x') + "\r\n";
+    for (std::size_t limit = 0; limit <= text.size(); ++limit) {
+        std::int64_t expected = 0;
+        for (auto start : lineStarts(text))
+            expected += start > 0 && start <= static_cast<std::int64_t>(limit);
+        EXPECT_EQ(countLineEnds(text, limit), expected) << limit;
+    }
+}
+
+TEST(TextScan, CountsManyMoreLineEndsThanALaneHolds)
+{
+    EXPECT_EQ(countLineEnds(std::string(100'000, '\n')), 100'000);
+    EXPECT_EQ(countLineEnds(std::string(100'000, '\r')), 100'000);
+}
+
+TEST(TextScan, MapsUtf16UnitsToBytesAndBack)
+{
+    auto text = repeated("aß語😀", 500);
+    EXPECT_EQ(countUtf16Units(text), 5 * 500);
+    std::u16string units = toUtf16(text);
+    ASSERT_EQ(units.size(), 2500u);
+    for (std::int64_t unit = 0; unit < 2500; ++unit) {
+        auto at = offsetOfUtf16Unit(text, unit);
+        // The second half of a pair is found at its beginning.
+        bool isSecondHalf =
+            units[static_cast<std::size_t>(unit)] >= 0xDC00 && units[static_cast<std::size_t>(unit)] < 0xE000;
+        ASSERT_EQ(countUtf16Units(std::string_view(text).substr(0, at)), unit - isSecondHalf);
+    }
+    EXPECT_EQ(offsetOfUtf16Unit(text, 2500), text.size());
+    EXPECT_EQ(toUtf16("aß語😀"), u"aß語😀");
+}
+
+TEST(TextScan, KnowsASCIIByEveryByte)
+{
+    for (std::size_t at = 0; at < 40; ++at) {
+        std::string text(40, 'x');
+        EXPECT_TRUE(isASCII(text));
+        text[at] = '\xC3';
+        EXPECT_FALSE(isASCII(text)) << at;
+    }
+}
