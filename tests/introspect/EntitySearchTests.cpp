@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "introspect/EntitySearch.h"
 
-#include "MarkedStage.h"
 #include "introspect/IntrospectionMarkers.h"
 #include "introspect/IntrospectionStore.h"
 #include "platform/uikit/UIControl.h"
 #include "platform/uikit/UIScrollView.h"
 #include "platform/uikit/UISlider.h"
 #include "platform/uikit/UISwitch.h"
+#include "tests/introspect/MarkedStage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "introspect/IntrospectionPlatformViewController.h"
 
-#include "MarkedStage.h"
 #include "introspect/EntitySearch.h"
 #include "introspect/IntrospectionMarkers.h"
 #include "platform/uikit/UIWindow.h"
+#include "tests/introspect/MarkedStage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "introspect/IntrospectionSelector.h"
 
-#include "MarkedStage.h"
 #include "introspect/ViewTypes/ProbeSelectors.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UIPopoverPresentationController.h"
@@ -11,6 +10,7 @@
 #include "platform/uikit/UISplitViewController.h"
 #include "platform/uikit/UITabBarController.h"
 #include "platform/uikit/UIWindow.h"
+#include "tests/introspect/MarkedStage.h"
 
 #include <gtest/gtest.h>
 

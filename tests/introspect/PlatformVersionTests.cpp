@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "Reruns.h"
 #include "introspect/PlatformViewVersionPredicate.h"
 #include "introspect/ViewTypes/NavigationStackType.h"
 #include "introspect/ViewTypes/SliderType.h"
@@ -8,6 +7,7 @@
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UISlider.h"
 #include "platform/uikit/UITextView.h"
+#include "tests/introspect/Reruns.h"
 
 #include <gtest/gtest.h>
 

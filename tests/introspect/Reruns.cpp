@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Reruns.h"
+#include "tests/introspect/Reruns.h"
 
 #include <cstdlib>
 #include <fcntl.h>
