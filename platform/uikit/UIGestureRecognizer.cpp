@@ -2,6 +2,7 @@
 #include "platform/uikit/UIGestureRecognizer.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/foundation/Precondition.h"
 #include "platform/uikit/GestureArena.h"
 #include "platform/uikit/UIView.h"
 
@@ -27,13 +28,22 @@ void UIGestureRecognizer::setEnabled(bool enabled)
     if (isEnabled_ == enabled)
         return;
     isEnabled_ = enabled;
-    if (enabled)
-        return;
+    if (!enabled)
+        cancel();
+}
+
+void UIGestureRecognizer::cancel()
+{
     auto self = shared_from_this(); // onChange may drop the last reference
     if (state_ == UIGestureRecognizerState::began || state_ == UIGestureRecognizerState::changed)
         setState(UIGestureRecognizerState::cancelled);
     else if (arena_ && state_ == UIGestureRecognizerState::possible)
         setState(UIGestureRecognizerState::failed);
+}
+
+std::shared_ptr<UIView> UIGestureRecognizer::view() const
+{
+    return view_ ? std::static_pointer_cast<UIView>(view_->weak_from_this().lock()) : nullptr;
 }
 
 void UIGestureRecognizer::requireToFail(std::shared_ptr<UIGestureRecognizer> other)
@@ -97,6 +107,32 @@ void UIGestureRecognizer::setState(UIGestureRecognizerState state)
     if (state_ == UIGestureRecognizerState::ended || state_ == UIGestureRecognizerState::cancelled
         || state_ == UIGestureRecognizerState::failed)
         reset();
+}
+
+void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer)
+{
+    assertOnMainThread();
+    precondition(recognizer != nullptr, "a null gesture recogniser was added");
+    if (auto former = recognizer->view()) {
+        if (former.get() == this)
+            return;
+        former->removeGestureRecognizer(*recognizer);
+    }
+    recognizer->view_ = this;
+    gestureRecognizers_.push_back(std::move(recognizer));
+}
+
+void UIView::removeGestureRecognizer(const UIGestureRecognizer& recognizer)
+{
+    assertOnMainThread();
+    auto found =
+        std::ranges::find(gestureRecognizers_, &recognizer, &std::shared_ptr<UIGestureRecognizer>::get);
+    if (found == gestureRecognizers_.end())
+        return;
+    auto removed = *found;
+    gestureRecognizers_.erase(found);
+    removed->cancel();
+    removed->view_ = nullptr;
 }
 
 } // namespace platform

@@ -26,7 +26,7 @@ public:
 
     Action onChange; // called in each state but possible and failed
     UIGestureRecognizerState state() const { return state_; }
-    std::shared_ptr<UIView> view() const { return view_.lock(); }
+    std::shared_ptr<UIView> view() const;
     bool isEnabled() const { return isEnabled_; }
     void setEnabled(bool enabled); // switching it off cancels what is under way
     bool cancelsTouchesInView = true;
@@ -57,7 +57,9 @@ protected:
 private:
     friend class UIView;
     friend class GestureArena;
-    std::weak_ptr<UIView> view_;
+    void cancel();
+
+    UIView* view_ = nullptr; // clears it before it goes
     UIGestureRecognizerState state_ = UIGestureRecognizerState::possible;
     bool isEnabled_ = true;
     std::vector<std::weak_ptr<UIGestureRecognizer>> mustFailFirst_;

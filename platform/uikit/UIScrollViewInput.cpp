@@ -165,8 +165,6 @@ bool UIScrollView::scrollWheel(const UIScrollWheel& wheel)
     // With Control a wheel zooms, which is for others.
     if (!isNumber || !isScrollEnabled_ || wheel.modifiers.contains(UIKeyModifierFlags::control))
         return UIView::scrollWheel(wheel);
-    if (wheel.modifiers.contains(UIKeyModifierFlags::shift) && way.dx == 0)
-        std::swap(way.dx, way.dy);
     auto self = weak_from_this().lock();
     CGVector mine{canScroll(UILayoutAxis::horizontal, way.dx) ? way.dx : 0,
                   canScroll(UILayoutAxis::vertical, way.dy) ? way.dy : 0};
@@ -187,7 +185,6 @@ bool UIScrollView::scrollWheel(const UIScrollWheel& wheel)
         return isUsed;
     auto outwards = wheel;
     outwards.delta = {-rest.dx, -rest.dy};
-    outwards.modifiers = {}; // Shift has had its effect
     return UIView::scrollWheel(outwards) || isUsed;
 }
 

@@ -6,6 +6,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
 #include "platform/uikit/AccessibilityBridge.h"
+#include "platform/uikit/UIGestureRecognizer.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindow.h"
 #include "platform/uikit/ViewLayout.h"
@@ -35,6 +36,8 @@ UIView::~UIView()
     }
     if (mask_)
         mask_->superview_ = nullptr;
+    for (const auto& recognizer : gestureRecognizers_)
+        recognizer->view_ = nullptr;
 }
 
 std::shared_ptr<UIView> UIView::superview() const
