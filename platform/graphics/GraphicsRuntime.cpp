@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/graphics/GraphicsRuntime_p.h"
 
-#include "platform/graphics/DisplayProbe_p.h"
-
 #include <QtCore/QByteArray>
 #include <QtGui/QGuiApplication>
 
@@ -11,6 +9,7 @@
 #include <dlfcn.h>
 #include <memory>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -25,9 +24,10 @@ void keepErrorsOnly(QtMsgType type, const QMessageLogContext&, const QString& me
         std::fprintf(stderr, "%s\n", qUtf8Printable(message));
 }
 
-// Reading the font configuration takes 4 ms, a third of a start. It needs nothing of ours, so it goes on
-// beside the connection to the window system, which waits for its result at the first text. The function
-// is looked up at run time: where the library shapes with something else, there is nothing to warm.
+// Reading the font configuration takes 4 ms. It needs nothing of ours, so it goes on while a window system
+// is being talked to, and the first text finds it done; off-screen there is nothing to wait for and a thread
+// only costs. The function is looked up at run time: where the library shapes with something else, there is
+// nothing to warm.
 void warmFontConfiguration()
 {
     using Initialise = int (*)();
@@ -50,7 +50,8 @@ struct Runtime {
         if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES")
             && qEnvironmentVariableIsEmpty("QT_DEBUG_PLUGINS"))
             qInstallMessageHandler(keepErrorsOnly);
-        warmFontConfiguration();
+        if (mode == DisplayMode::window)
+            warmFontConfiguration();
 
         // Our own words: the program's arguments are its own, and the environment is left to its children.
         words = {"zelk"};

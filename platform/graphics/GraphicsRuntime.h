@@ -13,8 +13,8 @@ enum class DisplayMode {
 // Connects. Idempotent: later calls do nothing, whatever their mode. Call first on the main thread, before
 // anything that shapes text or paints; what needs fonts calls it itself, off-screen, when nobody did.
 // Requires for `window`: displayIsAvailable(), since a display that cannot be opened ends the process.
-// Begins to read the font configuration on a thread of its own, so the earlier the call, the less the first
-// text waits.
+// For a window it reads the font configuration on a thread of its own, so the earlier the call, the less the
+// first text waits.
 void startGraphics(DisplayMode mode);
 
 // Closes the connection; call it at the end of main, when every window, font and layout is gone. It hands

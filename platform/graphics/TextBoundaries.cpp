@@ -23,19 +23,18 @@ bool isPrintableASCII(char byte)
     return byte >= 0x20 && byte < 0x7F;
 }
 
-// Whether a character certainly begins with `character`. Letters do, except for those that the algorithm
-// joins to what is before: jamo, and the vowel signs that Thai and Lao have as letters.
+// Whether a character certainly begins with `character`. Letters do in scripts that do not build syllables
+// of several letters, and no others are needed: spaces are near in those.
 bool surelyBegins(char32_t character)
 {
     if (character < 0x80)
         return character >= 0x20 && character < 0x7F;
-    auto isJamo = (character >= 0x1100 && character <= 0x11FF) || (character >= 0xA960 && character <= 0xA97F)
-        || (character >= 0xAC00 && character <= 0xD7FF);
-    if (isJamo || character == 0xE33 || character == 0xEB3)
-        return false;
+    auto isSimpleScript = character < 0x900 || (character >= 0x1E00 && character < 0x2000)
+        || (character >= 0x3041 && character < 0xA000);
     auto category = QChar::category(character);
-    return category == QChar::Letter_Lowercase || category == QChar::Letter_Uppercase
-        || category == QChar::Letter_Other;
+    return isSimpleScript
+        && (category == QChar::Letter_Lowercase || category == QChar::Letter_Uppercase
+            || category == QChar::Letter_Other);
 }
 
 // Where to begin looking so as to see `offset` in its context: before it, at most `reach` bytes back.

@@ -38,6 +38,9 @@ public:
             return picture(static_cast<char16_t>(0x2400 + character));
         if (character == 0x7F)
             return picture(0x2421);
+        // The library draws a soft hyphen at the end of a text and nowhere else; an end may be cut off later.
+        if (character == 0xAD)
+            return 0x200B;
         auto needsSign = character <= 0x9F || character == 0x2028 || character == 0x2029
             || character == 0xFEFF || character == 0xFFFC;
         return needsSign ? box() : 0;
@@ -84,7 +87,7 @@ Utf16Text checkedText(std::string_view utf8, const TextStyle& style)
 TextLayout::Shaped::Shaped(std::string_view utf8, const TextStyle& textStyle, CGFloat width)
     : style(textStyle)
     , text(checkedText(utf8, textStyle))
-    , layout(text.string(), qFont(textStyle.font))
+    , layout(shapedCopy(), qFont(textStyle.font))
 {
     // Without this the glyphs are forgotten after the layout and shaped again by each drawing.
     layout.setCacheEnabled(true);
@@ -98,8 +101,25 @@ TextLayout::Shaped::Shaped(std::string_view utf8, const TextStyle& textStyle, CG
     placeLines(width);
 }
 
+// The library lets the spaces at a break hang over the line, which is right between words. Where lines are
+// broken at any character, each has its column, so spaces are shaped as the kind that does not hang. Among
+// right-to-left characters that kind would join numbers in another order.
+QString TextLayout::Shaped::shapedCopy() const
+{
+    auto copy = text.string();
+    if (style.lineBreak == LineBreak::character && !text.hasRightToLeft())
+        copy.replace(QLatin1Char(' '), QChar(QChar::Nbsp));
+    return copy;
+}
+
 void TextLayout::Shaped::makeLines(CGFloat width)
 {
+    if (isLimited(width) && style.font.design() == FontDesign::monospaced) {
+        // As many columns as fit, and a little room, since the library counts ink that leans out of its
+        // column as width.
+        auto column = style.font.columnWidth();
+        width = std::max(std::floor(width / column + 1e-6), 1.0) * column + 0.3 * column;
+    }
     layout.beginLayout();
     // One more than shown tells whether something is left over.
     auto limit = style.maxLines > 0 ? style.maxLines + 1 : 0;
@@ -161,7 +181,8 @@ void TextLayout::Shaped::placeLines(CGFloat width)
     auto align = style.alignment;
     if (align == TextAlignment::natural)
         align = isRightToLeft ? TextAlignment::right : TextAlignment::left;
-    // A line of characters from other fonts may be higher; it never is lower, so plain text has one height.
+    // A line of characters from other fonts may be higher; it never is lower, and a difference by rounding
+    // does not count, so plain text has one height.
     auto baselineInLine = std::round(font.ascender + (font.lineHeight - font.ascender - font.descender) / 2);
     CGFloat y = 0;
     lines.reserve(static_cast<std::size_t>(shownLines));
@@ -171,8 +192,9 @@ void TextLayout::Shaped::placeLines(CGFloat width)
         placed.width = line.naturalTextWidth();
         auto room = isLimited(width) ? width - placed.width : 0;
         placed.x = align == TextAlignment::left ? 0 : align == TextAlignment::center ? room / 2 : room;
-        auto ascent = std::max(baselineInLine, std::ceil(line.ascent()));
-        auto descent = std::max(font.lineHeight - baselineInLine, std::ceil(line.descent()));
+        auto descentInLine = font.lineHeight - baselineInLine;
+        auto ascent = line.ascent() > baselineInLine + 1 ? std::ceil(line.ascent()) : baselineInLine;
+        auto descent = line.descent() > descentInLine + 1 ? std::ceil(line.descent()) : descentInLine;
         placed.y = y;
         placed.height = ascent + descent;
         placed.baseline = y + ascent;
@@ -206,27 +228,6 @@ qsizetype TextLayout::Shaped::validPosition(qsizetype position) const
 {
     auto at = static_cast<int>(position);
     return layout.isValidCursorPosition(at) ? at : layout.previousCursorPosition(at);
-}
-
-const std::vector<TextLayout::Shaped::Edges>& TextLayout::Shaped::edgesOf(std::size_t index) const
-{
-    auto& result = edges[index];
-    if (!result.empty())
-        return result;
-    auto line = layout.lineAt(static_cast<int>(index));
-    auto end = line.textStart() + line.textLength();
-    for (auto at = line.textStart(); at < end;) {
-        auto next = std::min(layout.nextCursorPosition(at), end);
-        if (next <= at)
-            break;
-        auto leading = at;
-        auto trailing = at;
-        auto a = line.cursorToX(&leading, QTextLine::Leading);
-        auto b = line.cursorToX(&trailing, QTextLine::Trailing);
-        result.push_back({byteOf(at), byteOf(next), std::min(a, b), std::max(a, b)});
-        at = next;
-    }
-    return result;
 }
 
 TextLayout::TextLayout(std::string_view utf8, const TextStyle& style, CGFloat width)

@@ -29,9 +29,9 @@ enum class BaseDirection {
     rightToLeft
 };
 enum class LineBreak {
-    none, // one line, however long
-    word, // between words; a word that is wider than the line is broken inside
-    character,
+    none,        // one line, however long
+    word,        // between words; a word that is wider than the line is broken inside
+    character,   // a line of a monospaced font has as many columns as fit, spaces included
     truncateTail // between words; what exceeds the last line ends in an ellipsis
 };
 

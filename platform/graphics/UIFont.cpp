@@ -46,7 +46,9 @@ std::shared_ptr<const FontFace> makeFace(const UIFont& font)
     // Grey edges look the same on every surface, under every transform and inside a layer.
     q.setStyleStrategy(
         static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
-    q.setHintingPreference(QFont::PreferNoHinting);
+    // Snaps heights to pixels and leaves widths alone: sharp at one pixel a point, and the same columns at
+    // every scale.
+    q.setHintingPreference(QFont::PreferVerticalHinting);
     q.setWeight(qWeight(font.weight()));
     q.setItalic(font.isItalic());
     // The library takes whole pixels here and fractions only as typographic points of 1/72 inch, which it
