@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace platform {
+
+class ChangeSource;
+class EnvironmentScope;
+class ViewContainer;
+class ViewHost;
+class ViewNode;
+
+struct NodeContext;
+struct ProposedSize;
+struct Transaction;
+
+} // namespace platform

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "platform/swiftui/TextEditor.h"
+
+#include "platform/swiftui/EnvironmentValues.h"
+#include "platform/uikit/UITextView.h"
+
+namespace platform {
+
+class TextEditor::Node::Delegate : public UITextViewDelegate {
+public:
+    explicit Delegate(Node& node)
+        : node_(node)
+    {
+    }
+    void textViewDidChange(UITextView& textView) override
+    {
+        node_.written_ = textView.text();
+        node_.text_.set(node_.written_);
+    }
+
+private:
+    Node& node_; // owns this
+};
+
+TextEditor::Node::Node(const NodeContext& context, const TextEditor& view)
+    : PlatformViewNode(context)
+    , textView_(std::make_shared<UITextView>())
+    , delegate_(std::make_shared<Delegate>(*this))
+    , text_(view.text)
+    , written_(view.text.get())
+{
+    textView_->setText(written_);
+    textView_->setBackgroundColor(UIColor::systemBackground());
+    textView_->setDelegate(delegate_);
+    setPlatformView(textView_);
+    readSources();
+}
+
+TextEditor::Node::~Node()
+{
+    textView_->setDelegate({}); // introspection may have handed the view to somebody who keeps it
+}
+
+void TextEditor::Node::update(const TextEditor& view)
+{
+    if (view.text == text_)
+        return;
+    text_ = view.text;
+    refresh();
+}
+
+void TextEditor::Node::refresh()
+{
+    forgetSources();
+    readSources();
+    auto text = text_.get();
+    if (text != written_) {
+        written_ = text;
+        textView_->setText(text);
+    }
+}
+
+void TextEditor::Node::readSources()
+{
+    text_.registerReader(*this);
+    auto font = environment<FontKey>().value_or(Font::body());
+    textView_->setFont(font.resolved(environment<SizeCategoryKey>(), environment<TextScaleKey>()));
+    textView_->setTextColor(environment<ForegroundColorKey>());
+    textView_->setUserInteractionEnabled(environment<IsEnabledKey>());
+}
+
+CGSize TextEditor::Node::measure(const ProposedSize& proposal)
+{
+    return proposal.replacingUnspecified();
+}
+
+} // namespace platform

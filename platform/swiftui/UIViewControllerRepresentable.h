@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/swiftui/RepresentableContext.h"
+#include "platform/swiftui/View.h"
+#include "platform/uikit/UIViewController.h"
+
+#include <memory>
+#include <utility>
+
+namespace platform {
+
+// A declarative view that is a view controller. The record derives from UIViewControllerRepresentable<Itself> and has
+//   std::shared_ptr<C> makeUIViewController(const Context&) const
+//   void updateUIViewController(C&, const Context&) const
+// and may have
+//   std::shared_ptr<X> makeCoordinator() const
+//   static void dismantleUIViewController(C&, X*)
+//
+// In this order: coordinator, controller, the controller becomes a child of the hosting controller, its view is inserted
+// among the host's subviews, didMove(toParent), update; then an update whenever the description is renewed, whether or
+// not it differs, unless the record has ==. At the end: willMove(null), the view and the controller are removed, dismantle,
+// and the coordinator is let go.
+template <class Record>
+struct UIViewControllerRepresentable;
+
+// What needs no type: a controller in the tree.
+class ViewControllerNode : public ViewNode {
+public:
+    using ViewNode::ViewNode;
+    ~ViewControllerNode() override;
+    void appendPlatformViews(std::vector<std::shared_ptr<UIView>>& views) const override;
+
+protected:
+    // Makes it a child of the host's controller; `afterwards` runs when its view stands in the tree.
+    void adopt(std::shared_ptr<UIViewController> controller, std::function<void()> afterwards);
+    void release();
+    CGSize measure(const ProposedSize& proposal) override;
+    void arrange(CGRect rect, const ProposedSize& proposal) override;
+
+private:
+    std::shared_ptr<UIViewController> controller_;
+    std::shared_ptr<bool> isMounted_ = std::make_shared<bool>(true);
+    bool isPlaced_ = false;
+};
+
+template <class Record>
+class ViewControllerRepresentableNode final : public ViewControllerNode {
+    using Coordinator = detail::CoordinatorOf<Record>;
+    using Context = RepresentableContext<Coordinator>;
+
+public:
+    ViewControllerRepresentableNode(const NodeContext& context, const Record& record)
+        : ViewControllerNode(context)
+        , record_(record)
+        , coordinator_(detail::makeCoordinatorOf(record))
+    {
+        connect();
+        controller_ = record_.makeUIViewController(representableContext());
+        adopt(controller_, [this] { record_.updateUIViewController(*controller_, representableContext()); });
+    }
+    ~ViewControllerRepresentableNode() override
+    {
+        release();
+        if constexpr (requires { Record::dismantleUIViewController(*controller_, coordinator_.get()); })
+            Record::dismantleUIViewController(*controller_, coordinator_.get());
+    }
+
+    void update(const Record& record)
+    {
+        if (detail::isSameRecord(record, record_))
+            return;
+        record_ = record;
+        refresh();
+    }
+    void refresh() override
+    {
+        forgetSources();
+        connect();
+        // After the subviews are in order, so that an update finds the tree as it is described.
+        host().performAfterSync([this, isMounted = std::weak_ptr(alive_)] {
+            if (isMounted.lock())
+                record_.updateUIViewController(*controller_, representableContext());
+        });
+    }
+
+private:
+    Context representableContext() { return {coordinator_, Transaction::current(), *this}; }
+    void connect() { detail::connectProperties(record_, *this, storage_); }
+
+    Record record_;
+    PropertyStorage storage_;
+    std::shared_ptr<Coordinator> coordinator_;
+    decltype(std::declval<const Record&>().makeUIViewController(std::declval<const Context&>())) controller_;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+template <class Record>
+struct UIViewControllerRepresentable {
+    using Node = ViewControllerRepresentableNode<Record>;
+    bool operator==(const UIViewControllerRepresentable&) const = default;
+};
+
+} // namespace platform

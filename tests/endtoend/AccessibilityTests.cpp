@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+// The preview as assistive technology finds it: through a real accessibility bus and the bus's own client library.
+#include "tests/endtoend/Desktop.h"
+#include "tests/endtoend/TemporaryFolder.h"
+
+#include <atspi/atspi.h>
+#include <gtest/gtest.h>
+
+namespace endtoend {
+namespace {
+
+const std::string program = ZELK_BINARY_DIR "/bin/subtitle-preview";
+
+// A session bus of the test's own; the accessibility bus is started by it on demand.
+class SessionBus {
+public:
+    explicit SessionBus(const Desktop& desktop)
+        : daemon_({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"}, desktop.environment())
+        , address_(daemon_.readLine().value_or(""))
+    {
+        EXPECT_FALSE(address_.empty()) << "no session bus";
+        setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
+        setenv("DISPLAY", desktop.display().c_str(), 1);
+        EXPECT_LE(atspi_init(), 1);
+    }
+    ~SessionBus() { atspi_exit(); }
+    SessionBus(const SessionBus&) = delete;
+    SessionBus& operator=(const SessionBus&) = delete;
+    const std::string& address() const { return address_; }
+
+private:
+    Process daemon_;
+    std::string address_;
+};
+
+// A reference that the client library counts.
+template <class Type>
+using Reference = std::unique_ptr<Type, decltype([](Type* object) { g_object_unref(object); })>;
+using Accessible = Reference<AtspiAccessible>;
+
+// The first object of that role at or below `root`, depth first.
+Accessible findRole(AtspiAccessible* root, AtspiRole role, int depth = 12)
+{
+    if (!root || depth == 0)
+        return nullptr;
+    atspi_accessible_clear_cache(root);
+    if (atspi_accessible_get_role(root, nullptr) == role)
+        return Accessible(static_cast<AtspiAccessible*>(g_object_ref(root)));
+    int count = atspi_accessible_get_child_count(root, nullptr);
+    for (int i = 0; i < count; ++i) {
+        Accessible child(atspi_accessible_get_child_at_index(root, i, nullptr));
+        if (auto found = findRole(child.get(), role, depth - 1))
+            return found;
+    }
+    return nullptr;
+}
+
+bool hasState(AtspiAccessible* object, AtspiStateType state)
+{
+    atspi_accessible_clear_cache(object);
+    Reference<AtspiStateSet> states(atspi_accessible_get_state_set(object));
+    return states && atspi_state_set_contains(states.get(), state);
+}
+
+std::string take(gchar* text)
+{
+    std::string result = text ? text : "";
+    g_free(text);
+    return result;
+}
+
+TEST(Accessibility, theTextViewIsFoundWithItsRoleStatesTextAndSelection)
+{
+    Desktop desktop;
+    SessionBus bus(desktop);
+    TemporaryFolder folder;
+    const std::string content = "first line\nsecond \U0001F600 line\n";
+    auto file = folder.file("film.srt", content);
+    Process process({program, file}, desktop.environment({{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                                          {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}}));
+    auto window = desktop.findWindow("film.srt");
+    ASSERT_TRUE(window);
+    ASSERT_TRUE(desktop.activate(*window));
+
+    Accessible root(atspi_get_desktop(0)), view;
+    ASSERT_TRUE(eventually([&] {
+        view = findRole(root.get(), ATSPI_ROLE_TEXT);
+        return view != nullptr;
+    })) << "no text view on the accessibility bus";
+
+    for (auto state : {ATSPI_STATE_MULTI_LINE, ATSPI_STATE_READ_ONLY, ATSPI_STATE_FOCUSABLE, ATSPI_STATE_ENABLED,
+                       ATSPI_STATE_VISIBLE})
+        EXPECT_TRUE(hasState(view.get(), state)) << "state " << state;
+    EXPECT_FALSE(hasState(view.get(), ATSPI_STATE_EDITABLE));
+    EXPECT_TRUE(eventually([&] { return hasState(view.get(), ATSPI_STATE_FOCUSED); }));
+
+    Reference<AtspiText> text(atspi_accessible_get_text_iface(view.get()));
+    ASSERT_TRUE(text);
+    EXPECT_EQ(take(atspi_text_get_text(text.get(), 0, atspi_text_get_character_count(text.get(), nullptr), nullptr)), content);
+    auto* line = atspi_text_get_string_at_offset(text.get(), 3, ATSPI_TEXT_GRANULARITY_LINE, nullptr);
+    ASSERT_NE(line, nullptr);
+    EXPECT_EQ(std::string(line->content), "first line\n");
+    g_free(line->content);
+    g_free(line);
+
+    desktop.key("ctrl+a");
+    EXPECT_TRUE(eventually([&] {
+        atspi_accessible_clear_cache(view.get());
+        if (atspi_text_get_n_selections(text.get(), nullptr) != 1)
+            return false;
+        auto* range = atspi_text_get_selection(text.get(), 0, nullptr);
+        bool whole = range && range->start_offset == 0 && range->end_offset >= 27;
+        g_free(range);
+        return whole;
+    })) << "selecting all is not told to the bus";
+}
+
+} // namespace
+} // namespace endtoend
