@@ -45,6 +45,7 @@ const TextViewport& UITextView::viewport() const
         {containerInset_.top + safe.top, containerInset_.left + lineFragmentPadding_ + safe.left,
          containerInset_.bottom + safe.bottom, containerInset_.right + lineFragmentPadding_ + safe.right});
     viewport_.setSize(bounds().size);
+    viewport_.setScale(traitCollection().displayScale);
     viewport_.setStyle(style_);
     return viewport_;
 }
@@ -181,13 +182,6 @@ CGSize UITextView::sizeThatFits(CGSize available) const
     trial.setSize({available.width, 1});
     trial.setStyle(style_);
     return {available.width, std::ceil(trial.contentHeight())};
-}
-
-void UITextView::layoutSubviews()
-{
-    viewport();
-    UIScrollView::layoutSubviews();
-    updateScrollIndicators();
 }
 
 void UITextView::safeAreaInsetsDidChange()

@@ -128,7 +128,6 @@ public:
     void touchesCancelled(UITouch& touch) override;
     std::optional<Cursor> cursorAt(CGPoint point) const override;
     void draw(CGContext& context, CGRect dirty) override;
-    void layoutSubviews() override;
     void safeAreaInsetsDidChange() override;
     void didMoveToWindow() override;
     AccessibilityProperties accessibilityNow() const override;

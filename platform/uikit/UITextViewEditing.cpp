@@ -34,7 +34,7 @@ TextEdit UITextView::change(const TextEdit* again, TextRange range, const String
         buffer_.apply(*again);
         edit = *again;
     } else {
-        edit = buffer_.replace(range, text);
+        edit = buffer_.replaceSharing(range, text);
     }
     viewport_.handleEdit(range.start, edit.removedSize, edit.insertedSize);
     setNeedsDisplay();

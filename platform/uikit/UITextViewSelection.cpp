@@ -169,6 +169,11 @@ void UITextView::continueDrag(CGPoint point)
             });
     }
     auto hit = viewport().hit({inside.x, std::clamp(inside.y, 0.0, std::max(0.0, size.height - 1))});
+    // Past the ends of the text there is nothing more to pass: all of it is meant.
+    if (inside.y < 0 && viewport().isAtStart())
+        hit = {};
+    else if (inside.y > size.height && viewport().isAtEnd())
+        hit = {buffer_.end()};
     auto unit = drag_->unit == SelectionUnit::character ? TextRange{hit.offset, hit.offset}
                                                         : unitAround(hit.offset, drag_->unit);
     auto base = drag_->base;

@@ -50,6 +50,14 @@ void TextViewport::setStyle(const TextStyle& style)
     layOutAnew();
 }
 
+void TextViewport::setScale(CGFloat scale)
+{
+    if (scale == scale_ || !(scale > 0))
+        return;
+    scale_ = scale;
+    isVisibleValid_ = false;
+}
+
 void TextViewport::layOutAnew()
 {
     auto kept = mark_ ? *mark_ : mark();
@@ -277,7 +285,8 @@ bool TextViewport::isAtEnd() const
 {
     auto& last = visible().back();
     bool isLast = last.shaped->fragment.endsLine && last.shaped->fragment.lineEndSize == 0;
-    return isLast && last.origin.y + last.shaped->height() + insets_.bottom <= size_.height + tolerance;
+    return isLast
+        && last.origin.y + last.shaped->height() + insets_.bottom <= size_.height + 0.5 / scale_ + tolerance;
 }
 
 CGFloat TextViewport::contentHeight() const

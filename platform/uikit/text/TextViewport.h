@@ -35,6 +35,8 @@ public:
     void setSize(CGSize size);
     void setInsets(UIEdgeInsets insets); // between the edges and the text, scrolled with it
     void setStyle(const TextStyle& style);
+    // Pixels a point: what is seen begins on a whole pixel, so that letters stay sharp while they move.
+    void setScale(CGFloat scale);
     void handleEdit(Utf8Offset at, std::int64_t removed, std::int64_t inserted);
     void handleNewText();
 
@@ -116,6 +118,7 @@ private:
     CGSize size_;
     UIEdgeInsets insets_;
     CGFloat lineHeight_ = 1;
+    CGFloat scale_ = 1;
 
     // What is at the top edge; `y` is negative while the top inset is seen. Made at the first question.
     mutable TextPlace anchor_;

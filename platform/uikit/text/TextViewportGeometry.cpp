@@ -3,6 +3,7 @@
 #include "platform/uikit/text/TextViewport.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace platform {
 
@@ -12,7 +13,7 @@ const std::vector<VisibleFragment>& TextViewport::visible() const
         return visible_;
     visible_.clear();
     auto& top = anchor();
-    auto y = -top.y;
+    auto y = std::round(-top.y * scale_) / scale_;
     for (auto shaped = top.shaped; shaped; shaped = after(*shaped)) {
         visible_.push_back({shaped, {insets_.left, y}});
         y += shaped->height();
