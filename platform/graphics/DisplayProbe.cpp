@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <memory>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -39,26 +40,59 @@ bool answersOnSocket(const std::string& path)
     return connected;
 }
 
-// A real handshake: a server that refuses our key listens as well. The client library is the one that the
-// window system's module needs anyway.
+// The X client library, which the window system's module needs anyway.
+class XConnection {
+public:
+    XConnection()
+        : library_(::dlopen("libxcb.so.1", RTLD_LAZY | RTLD_LOCAL))
+    {
+        auto connect = function<void*(const char*, int*)>("xcb_connect");
+        if (connect && function<int(void*)>("xcb_connection_has_error")
+            && function<void(void*)>("xcb_disconnect"))
+            connection_ = connect(nullptr, nullptr);
+    }
+    XConnection(const XConnection&) = delete;
+    XConnection& operator=(const XConnection&) = delete;
+    ~XConnection()
+    {
+        if (connection_)
+            function<void(void*)>("xcb_disconnect")(connection_);
+        if (library_)
+            ::dlclose(library_);
+    }
+    bool isAccepted() const
+    {
+        return connection_ && function<int(void*)>("xcb_connection_has_error")(connection_) == 0;
+    }
+
+private:
+    template <class Signature>
+    Signature* function(const char* name) const
+    {
+        return library_ ? reinterpret_cast<Signature*>(::dlsym(library_, name)) : nullptr;
+    }
+
+    void* library_;
+    void* connection_ = nullptr;
+};
+
+std::unique_ptr<XConnection>& heldConnection()
+{
+    static std::unique_ptr<XConnection> held;
+    return held;
+}
+
+// A real handshake: a server that refuses our key listens as well. The connection is held, because a server
+// without a session starts over when its last client leaves, and would turn away the one that comes next.
 bool xServerAccepts()
 {
     if (environment("DISPLAY").empty())
         return false;
-    auto library = ::dlopen("libxcb.so.1", RTLD_LAZY | RTLD_LOCAL);
-    if (!library)
+    auto connection = std::make_unique<XConnection>();
+    if (!connection->isAccepted())
         return false;
-    auto connect = reinterpret_cast<void* (*)(const char*, int*)>(::dlsym(library, "xcb_connect"));
-    auto hasError = reinterpret_cast<int (*)(void*)>(::dlsym(library, "xcb_connection_has_error"));
-    auto disconnect = reinterpret_cast<void (*)(void*)>(::dlsym(library, "xcb_disconnect"));
-    bool accepted = false;
-    if (connect && hasError && disconnect) {
-        auto connection = connect(nullptr, nullptr);
-        accepted = hasError(connection) == 0;
-        disconnect(connection);
-    }
-    ::dlclose(library);
-    return accepted;
+    heldConnection() = std::move(connection);
+    return true;
 }
 
 // Without its module the library passes over a window system.
@@ -85,6 +119,11 @@ bool windowSystemAnswers(const std::string& name)
 }
 
 } // namespace
+
+void releaseProbedDisplay()
+{
+    heldConnection().reset();
+}
 
 std::vector<std::string> candidateWindowSystems(std::string_view requested)
 {

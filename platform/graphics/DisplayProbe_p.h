@@ -14,4 +14,7 @@ std::vector<std::string> candidateWindowSystems(std::string_view requested);
 // Where a Wayland display listens; empty when it cannot be known. `display` is WAYLAND_DISPLAY's value.
 std::string waylandSocketPath(std::string_view display, std::string_view runtimeDirectory);
 
+// Closes the connection that displayIsAvailable() left open for the one that follows.
+void releaseProbedDisplay();
+
 } // namespace platform

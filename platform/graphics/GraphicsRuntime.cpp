@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/graphics/GraphicsRuntime_p.h"
 
+#include "platform/graphics/DisplayProbe_p.h"
+
 #include <QtCore/QByteArray>
 #include <QtGui/QGuiApplication>
 
-#include <atomic>
 #include <cstdio>
 #include <dlfcn.h>
 #include <memory>
@@ -68,6 +69,7 @@ struct Runtime {
         QGuiApplication::setAttribute(Qt::AA_DisableSessionManager);
         QGuiApplication::setDesktopSettingsAware(false);
         application = std::make_unique<QGuiApplication>(argumentCount, arguments.data());
+        releaseProbedDisplay();
     }
 };
 

@@ -23,8 +23,9 @@ void stopGraphics();
 
 bool graphicsIsStarted();
 
-// Whether startGraphics(DisplayMode::window) would find a display that answers: it connects and hangs up.
-// Under a millisecond for a display of this machine; one across a network takes its own time.
+// Whether startGraphics(DisplayMode::window) would find a display that answers. It connects for real, and
+// stays connected until graphics start. Main thread. Under a millisecond for a display of this machine; one
+// across a network takes its own time.
 bool displayIsAvailable();
 
 } // namespace platform

@@ -53,6 +53,11 @@ int columnsOf(char32_t character)
 {
     if (character < 0x300)
         return character == 0xAD ? 0 : 1;
+    // Most text outside of Latin, without a table: Greek, Cyrillic, Armenian; ideographs, Hangul.
+    if ((character >= 0x370 && character < 0x483) || (character >= 0x48A && character < 0x590))
+        return 1;
+    if ((character >= 0x4E00 && character < 0xA000) || (character >= 0xAC00 && character < 0xD7A4))
+        return 2;
     switch (QChar::category(character)) {
     case QChar::Mark_NonSpacing:
     case QChar::Mark_Enclosing:
