@@ -78,7 +78,7 @@ FileFault faultOf(int errorNumber)
     default: {
         char buffer[256];
         const char* text = strerror_r(errorNumber, buffer, sizeof buffer);
-        return {NSCocoaError::fileReadUnknown, "of a system error: " + std::string(text)};
+        return {NSCocoaError::fileReadUnknown, "the system answered “" + std::string(text) + "”"};
     }
     }
 }
@@ -102,13 +102,20 @@ Error fileError(int errorNumber, const URL& file)
     return fileError(fault.code, file, fault.clause);
 }
 
+ssize_t readSome(ByteSource& source, std::span<char> into, std::uint64_t offset)
+{
+    while (true) {
+        auto count = source.read(into, offset);
+        if (count != -EINTR)
+            return count;
+    }
+}
+
 ssize_t readFully(ByteSource& source, std::span<char> into, std::uint64_t offset)
 {
     std::size_t filled = 0;
     while (filled < into.size()) {
-        auto count = source.read(into.subspan(filled), offset + filled);
-        if (count == -EINTR)
-            continue;
+        auto count = readSome(source, into.subspan(filled), offset + filled);
         if (count < 0)
             return count;
         if (count == 0)

@@ -44,6 +44,8 @@ public:
     virtual ssize_t read(std::span<char> into, std::uint64_t offset) = 0;
 };
 
+// Reads once, not counting reads that a signal interrupts.
+ssize_t readSome(ByteSource& source, std::span<char> into, std::uint64_t offset);
 // Reads until `into` is full or the end is met, and gives how many bytes, or a negated error number.
 ssize_t readFully(ByteSource& source, std::span<char> into, std::uint64_t offset);
 

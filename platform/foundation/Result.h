@@ -27,11 +27,14 @@ inline std::unexpected<Error> failure(NSCocoaError code, NSError::UserInfo userI
 } // namespace platform
 
 // Gives the value of a Result, or returns its error from the enclosing function. A statement expression,
-// as GCC and clang have it, so that it can stand inside an expression.
-#define TRY(expression)                                                                                      \
+// as GCC and clang have it, so that it can stand inside an expression, another TRY included: each has a
+// variable of its own name.
+#define TRY(expression) ZELK_TRY_AS(expression, __COUNTER__)
+#define ZELK_TRY_AS(expression, number) ZELK_TRY_NAMED(expression, number)
+#define ZELK_TRY_NAMED(expression, number)                                                                   \
     __extension__({                                                                                          \
-        auto tryResult_ = (expression);                                                                      \
-        if (!tryResult_.has_value())                                                                         \
-            return ::std::unexpected(::std::move(tryResult_).error());                                       \
-        ::std::move(tryResult_).value();                                                                     \
+        auto tryResult##number = (expression);                                                               \
+        if (!tryResult##number.has_value())                                                                  \
+            return ::std::unexpected(::std::move(tryResult##number).error());                                \
+        ::std::move(tryResult##number).value();                                                              \
     })

@@ -33,7 +33,7 @@ DecodedText decoded(AnonymousMemory memory, std::size_t begin, TextSurvey survey
             .evidence = detection.evidence};
 }
 
-TextOutcome<DecodedText> decodeTranscoding(AnonymousMemory memory, std::string_view bytes,
+FileOutcome<DecodedText> decodeTranscoding(AnonymousMemory memory, std::string_view bytes,
                                            const TextDetection& detection, const TextScanOptions& options)
 {
     auto output = AnonymousMemory::allocate(transcodedCapacity(detection.encoding, bytes.size()));
@@ -73,7 +73,7 @@ FileFault unknownEncoding()
             "the text encoding of its contents can’t be determined"};
 }
 
-TextOutcome<DecodedText> decodeDetected(AnonymousMemory memory, std::size_t size,
+FileOutcome<DecodedText> decodeDetected(AnonymousMemory memory, std::size_t size,
                                         const TextDetection& detection, const TextScanResult* scanned,
                                         const TextScanOptions& options)
 {
@@ -90,7 +90,7 @@ TextOutcome<DecodedText> decodeDetected(AnonymousMemory memory, std::size_t size
 
 Result<DecodedText> decodeText(std::string_view bytes, const TextScanOptions& options)
 {
-    auto outcome = [&]() -> TextOutcome<DecodedText> {
+    auto outcome = [&]() -> FileOutcome<DecodedText> {
         auto detection = detectTextEncoding(bytes);
         if (!detection)
             return std::unexpected(unknownEncoding());

@@ -63,9 +63,9 @@ struct DecodedText {
 // Reads a file as String::contentsOf does, and tells its encoding.
 //
 // Only regular files are read: a directory, device, pipe or socket is refused unopened. The file is copied,
-// never mapped, so that it may shrink meanwhile: what counts is the end of file that was met. When a file
-// grows, what was added is read too, a few times over; when it shrinks or is rewritten, it is read again, and
-// refused with fileReadUnknown when it does not come to rest in three attempts.
+// never mapped, so that it may shrink meanwhile. A file that was written to while it was read is read again,
+// three times at most; then the text counts if the file still begins with it, as a growing log does, and
+// is refused with fileReadUnknown if not: a text is not made of two states of a file.
 // Errors: those of decodeText; fileReadNoSuchFile, fileReadNoPermission, fileReadInvalidFileName,
 // fileReadUnsupportedScheme (not a file URL), fileReadTooLarge (does not fit into memory), fileReadUnknown (anything
 // else). The user info has a description, a failure reason and under NSFilePath the last path component.

@@ -44,17 +44,19 @@ bool isControl(unsigned char byte)
     return byte < 0x20 && !(byte >= '\t' && byte <= '\r') && byte != 0x1B;
 }
 
-// UTF-32 gives itself away in every character: the upper byte is zero and the next at most 16.
+// UTF-32 gives itself away in every character: the upper byte is zero and the next one the number of a plane in
+// use. Planes 9, 10 and 13 would be tabs and line ends of UTF-16.
 bool looksLikeUTF32(std::string_view bytes, std::size_t upper, std::size_t next)
 {
     auto units = bytes.size() / 4;
     // A few zero bytes at the end of a short text are no proof when the size is no multiple of four either.
-    if (units < (bytes.size() % 4 == 0 ? 1u : 4u))
+    if (units < (bytes.size() % 4 == 0 ? 1u : 2u))
         return false;
     std::size_t zeroes = 0;
     for (std::size_t i = 0; i < units; ++i) {
         auto unit = bytes.substr(i * 4, 4);
-        if (unit[upper] != 0 || static_cast<unsigned char>(unit[next]) > 0x10)
+        auto plane = static_cast<unsigned char>(unit[next]);
+        if (unit[upper] != 0 || (plane > 3 && plane != 14))
             return false;
         zeroes += unit == "\0\0\0\0"sv;
     }

@@ -14,6 +14,7 @@ namespace platform {
 namespace {
 
 constexpr int mostAttempts = 3;
+constexpr int mostGrowths = 3; // in one attempt
 // What is asked for at a time where a file goes on beyond its size.
 constexpr std::size_t growth = 256 * 1024;
 
@@ -35,23 +36,21 @@ public:
     {
     }
 
-    TextOutcome<DecodedText> read();
-    // What there was of the file, mark included; told once read() has returned a text.
-    std::size_t size() const { return size_; }
+    FileOutcome<DecodedText> read();
 
 private:
-    TextOutcome<TextScanResult> readRest(const TextDetection& detection, std::size_t headSize);
+    FileOutcome<TextScanResult> readRest(const TextDetection& detection, std::size_t headSize);
     // Whether there was more than expected.
-    TextOutcome<bool> readGrowth();
+    FileOutcome<bool> readGrowth();
 
     ByteSource& source_;
     AnonymousMemory memory_;
     const std::size_t expected_;
     const TextScanOptions& options_;
-    std::size_t size_ = 0;
+    std::size_t size_ = 0; // what there is of the file, mark included
 };
 
-TextOutcome<DecodedText> ReadingAttempt::read()
+FileOutcome<DecodedText> ReadingAttempt::read()
 {
     auto headSize = readFully(source_, {memory_.data(), std::min(expected_, textDetectionSample)}, 0);
     if (headSize < 0)
@@ -61,7 +60,7 @@ TextOutcome<DecodedText> ReadingAttempt::read()
     if (!detection)
         return std::unexpected(unknownEncoding());
 
-    TextOutcome<TextScanResult> scanned = readRest(*detection, size_);
+    FileOutcome<TextScanResult> scanned = readRest(*detection, size_);
     if (!scanned)
         return std::unexpected(scanned.error());
     if (scanned->isWellFormed)
@@ -77,7 +76,7 @@ TextOutcome<DecodedText> ReadingAttempt::read()
     return decodeDetected(std::move(memory_), size_, *detection, *grown ? nullptr : &*scanned, options_);
 }
 
-TextOutcome<TextScanResult> ReadingAttempt::readRest(const TextDetection& detection, std::size_t headSize)
+FileOutcome<TextScanResult> ReadingAttempt::readRest(const TextDetection& detection, std::size_t headSize)
 {
     auto shift = detection.markSize;
     auto fill = [&](std::size_t begin, std::size_t end) -> ssize_t {
@@ -93,29 +92,58 @@ TextOutcome<TextScanResult> ReadingAttempt::readRest(const TextDetection& detect
     return result;
 }
 
-TextOutcome<bool> ReadingAttempt::readGrowth()
+// The size that the system tells is the goal, so that a file that is written all the time comes to an end.
+// When it tells no more than there is already, one read more shows whether that is the truth: files of the
+// kernel have contents beyond their size.
+FileOutcome<bool> ReadingAttempt::readGrowth()
 {
     auto before = size_;
-    while (true) {
-        // A byte that is not there does not touch memory: most files end here.
-        if (size_ == memory_.capacity()
-            && !memory_.grow(memory_.capacity() + std::max(growth, memory_.capacity() / 4)))
+    for (int rounds = 0; rounds < mostGrowths;) {
+        auto status = source_.status();
+        if (!status)
+            return std::unexpected(faultOf(status.error()));
+        if (std::max<std::uint64_t>(status->size, size_) > physicalMemory())
+            return std::unexpected(faultOf(EFBIG));
+        bool hasGrown = status->size > size_;
+        rounds += hasGrown;
+        auto goal = hasGrown ? static_cast<std::size_t>(status->size) : size_ + 1;
+        if (goal > memory_.capacity() && !memory_.grow(std::max(goal, size_ + size_ / 4 + growth)))
             return std::unexpected(faultOf(ENOMEM));
-        auto room = std::min(memory_.capacity() - size_, growth);
-        auto count = readFully(source_, {memory_.data() + size_, room}, size_);
+        if (!hasGrown)
+            goal = std::min(memory_.capacity(), size_ + growth);
+        std::span<char> room(memory_.data() + size_, goal - size_);
+        auto count = hasGrown ? readFully(source_, room, size_) : readSome(source_, room, size_);
         if (count < 0)
             return std::unexpected(faultOf(static_cast<int>(-count)));
+        if (count == 0)
+            break;
         size_ += static_cast<std::size_t>(count);
-        if (static_cast<std::size_t>(count) < room)
-            return size_ != before;
-        if (size_ > physicalMemory())
-            return std::unexpected(faultOf(EFBIG));
     }
+    return size_ != before;
+}
+
+// Whether the file's beginning is, at this later time, what was read: then no two states of it are mixed. One
+// more pass over the file, for files that change under three attempts. False for a text that was transcoded.
+bool stillBeginsWith(ByteSource& source, const DecodedText& decoded)
+{
+    if (decoded.encoding != TextEncoding::utf8)
+        return false;
+    std::uint64_t offset = decoded.hadMark() ? 3 : 0;
+    std::string buffer(growth, '\0');
+    for (auto rest = decoded.text.utf8(); !rest.empty();) {
+        auto part = rest.substr(0, buffer.size());
+        auto count = readFully(source, std::span(buffer).first(part.size()), offset);
+        if (count != static_cast<ssize_t>(part.size()) || !buffer.starts_with(part))
+            return false;
+        offset += part.size();
+        rest.remove_prefix(part.size());
+    }
+    return true;
 }
 
 } // namespace
 
-TextOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions& options)
+FileOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions& options)
 {
     for (int attempt = 1;; ++attempt) {
         auto before = source.status();
@@ -137,8 +165,8 @@ TextOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions&
             return text;
         if (attempt < mostAttempts)
             continue;
-        // A log that is being written never rests; what it had at the beginning of the attempt is in the text.
-        if (text && before->size <= reading.size() && reading.size() <= after->size)
+        // A log that is being written never rests, but what was read of it stays.
+        if (text && stillBeginsWith(source, *text))
             return text;
         return std::unexpected(
             FileFault{NSCocoaError::fileReadUnknown, "it changed while it was being read"});

@@ -12,17 +12,17 @@
 namespace platform {
 
 template <class Value>
-using TextOutcome = std::expected<Value, FileFault>;
+using FileOutcome = std::expected<Value, FileFault>;
 
 FileFault unknownEncoding();
 
 // Decodes `size` bytes at the beginning of `memory`, in the encoding that was detected. The UTF-8 of a file is
 // scanned while it is read; `scanned` is then what that gave, and the bytes are not walked again.
-TextOutcome<DecodedText> decodeDetected(AnonymousMemory memory, std::size_t size,
+FileOutcome<DecodedText> decodeDetected(AnonymousMemory memory, std::size_t size,
                                         const TextDetection& detection, const TextScanResult* scanned,
                                         const TextScanOptions& options);
 
 // readText, from any source.
-TextOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions& options);
+FileOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions& options);
 
 } // namespace platform

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/ByteScan_p.h"
+
+#include "platform/foundation/UTF8.h"
+
+#include <gtest/gtest.h>
+#include <hwy/targets.h>
+
+#include <random>
+
+namespace platform {
+
+using namespace std::string_view_literals;
+
+namespace {
+
+// Runs the wide versions with one of the instruction sets of this machine.
+class ByteScanTests : public testing::TestWithParam<std::int64_t> {
+protected:
+    void SetUp() override
+    {
+        if (GetParam() != HWY_SCALAR && (hwy::SupportedTargets() & GetParam()) == 0)
+            GTEST_SKIP() << "this machine has no " << hwy::TargetName(GetParam());
+        choose(GetParam());
+    }
+    void TearDown() override { choose(0); }
+
+private:
+    static void choose(std::int64_t target)
+    {
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    }
+};
+
+bool isWellFormedByByte(std::string_view bytes)
+{
+    return wellFormedPrefixByByte(bytes) == bytes.size();
+}
+
+} // namespace
+
+TEST(ByteScanByByteTests, Well_formed_is_what_the_standard_says)
+{
+    struct Case {
+        std::string_view bytes;
+        std::size_t prefix;
+    };
+    const Case cases[] = {
+        {"", 0},
+        {"\0a\x7F"sv, 3},
+        {"\xC2\x80\xDF\xBF", 4},
+        {"\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", 12},
+        {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", 8},
+        {"a\x80", 1},    // a continuation byte alone
+        {"\xC0\x80", 0}, // a longer form
+        {"\xC1\xBF", 0},
+        {"\xE0\x9F\xBF", 0},
+        {"\xF0\x8F\xBF\xBF", 0},
+        {"\xED\xA0\x80", 0}, // surrogates
+        {"\xED\xBF\xBF", 0},
+        {"\xF4\x90\x80\x80", 0}, // beyond Unicode
+        {"\xF5\x80\x80\x80", 0},
+        {"\xFE", 0},
+        {"\xFF", 0},
+        {"é\xC3", 2}, // cut off
+        {"é\xE2\x82", 2},
+        {"é\xF0\x9F\x98", 2},
+        {"\xE2\x82\x41", 0}, // ended too soon
+    };
+    for (auto& [bytes, prefix] : cases)
+        EXPECT_EQ(wellFormedPrefixByByte(bytes), prefix) << testing::PrintToString(bytes);
+}
+
+TEST(ByteScanByByteTests, Each_maximal_faulty_part_is_replaced_once)
+{
+    struct Case {
+        std::string_view bytes, repaired;
+    };
+    const Case cases[] = {
+        {"plain é", "plain é"},
+        {"a\xFF\xFE"
+         "b",
+         "a\uFFFD\uFFFDb"},
+        {"\xE2\x82", "\uFFFD"},
+        {"\xF0\x9F\x98z", "\uFFFDz"},
+        {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},
+        {"\xC3\xC3\xA9", "\uFFFDé"},
+    };
+    for (auto& [bytes, repaired] : cases)
+        EXPECT_EQ(repairedUTF8(bytes), repaired);
+}
+
+TEST_P(ByteScanTests, Sequences_are_judged_alike_at_every_place_of_a_vector)
+{
+    constexpr unsigned char leads[] = {0x41, 0x80, 0xBF, 0xC1, 0xC2, 0xDF, 0xE0, 0xE1,
+                                       0xED, 0xEF, 0xF0, 0xF1, 0xF4, 0xF5, 0xFF};
+    constexpr unsigned char others[] = {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC2, 0xF0};
+    std::string text(300, 'a');
+    for (auto lead : leads) {
+        for (auto second : others) {
+            for (auto third : others) {
+                for (auto fourth : others) {
+                    const unsigned char sequence[] = {lead, second, third, fourth};
+                    // around vector borders, and between ASCII that takes the short way and text that does not
+                    for (std::size_t at :
+                         {0u, 13u, 14u, 15u, 16u, 30u, 31u, 61u, 126u, 127u, 158u, 256u, 296u}) {
+                        auto copy = text;
+                        copy.replace(at, 4, reinterpret_cast<const char*>(sequence), 4);
+                        ASSERT_EQ(isWellFormedUTF8(copy), isWellFormedByByte(copy))
+                            << std::hex << +lead << ' ' << +second << ' ' << +third << ' ' << +fourth
+                            << " at " << at;
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST_P(ByteScanTests, A_text_cut_anywhere_is_well_formed_only_between_characters)
+{
+    std::string text;
+    while (text.size() < 400)
+        text += "aé€😀\r\n";
+    for (std::size_t size = 0; size <= text.size(); ++size) {
+        auto part = std::string_view(text).substr(0, size);
+        ASSERT_EQ(isWellFormedUTF8(part), isWellFormedByByte(part)) << size;
+        auto rest = std::string_view(text).substr(size);
+        ASSERT_EQ(isWellFormedUTF8(rest), isWellFormedByByte(rest)) << size;
+    }
+}
+
+TEST_P(ByteScanTests, Texts_with_one_wrong_bit_are_found_wrong)
+{
+    std::string text;
+    while (text.size() < 600)
+        text += "Ünïcödé 日本語 😀 plain ASCII for a while, so that the short way is taken too.......... ";
+    ASSERT_TRUE(isWellFormedUTF8(text));
+    for (std::size_t bit = 0; bit < text.size() * 8; ++bit) {
+        auto copy = text;
+        copy[bit / 8] = static_cast<char>(copy[bit / 8] ^ 1 << bit % 8);
+        ASSERT_EQ(isWellFormedUTF8(copy), isWellFormedByByte(copy)) << bit;
+    }
+}
+
+TEST_P(ByteScanTests, Line_ends_and_characters_are_counted_alike_for_every_size)
+{
+    std::minstd_rand random(7);
+    constexpr std::string_view alphabet = "\r\n\r\nab\xC3\xA9\xE2\x82\xAC";
+    std::string text(20'000, ' ');
+    for (char& c : text)
+        c = alphabet[random() % alphabet.size()];
+    for (auto next : {NextByte::lineFeed, NextByte::other}) {
+        for (std::size_t size = 0; size < 300; ++size) {
+            auto block = std::string_view(text).substr(size, size);
+            ASSERT_EQ(countBlock(block, next), countBlockByByte(block, next)) << size;
+        }
+        // beyond what counters of one byte hold
+        EXPECT_EQ(countBlock(text, next), countBlockByByte(text, next));
+        std::string lineFeeds(20'000, '\n');
+        EXPECT_EQ(countBlock(lineFeeds, next).lineEnds, lineFeeds.size());
+    }
+}
+
+#if HWY_ARCH_X86
+constexpr std::int64_t sets[] = {HWY_AVX2, HWY_SSE4, HWY_SCALAR};
+#else
+constexpr std::int64_t sets[] = {HWY_NEON};
+#endif
+INSTANTIATE_TEST_SUITE_P(Sets, ByteScanTests, testing::ValuesIn(sets),
+                         [](auto& set) { return std::string(hwy::TargetName(set.param)); });
+
+} // namespace platform

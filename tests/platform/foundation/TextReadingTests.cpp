@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/String.h"
+#include "platform/foundation/TextDecoding.h"
+#include "platform/foundation/URL.h"
+#include "tests/platform/foundation/EncodedSamples.h"
+#include "tests/platform/foundation/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace platform {
+
+using namespace std::string_view_literals;
+using tests::TemporaryDirectory;
+
+namespace {
+
+void expectError(const URL& url, NSCocoaError code, std::string_view description, std::string_view reason)
+{
+    auto text = String::contentsOf(url);
+    ASSERT_FALSE(text) << description;
+    auto& error = text.error().bridged();
+    EXPECT_EQ(error, NSError(code)) << error.code();
+    EXPECT_EQ(error.localizedDescription(), description);
+    EXPECT_EQ(error.localizedFailureReason(), reason);
+    EXPECT_EQ(error.userInfo().find(NSFilePathErrorKey)->second, url.lastPathComponent());
+}
+
+} // namespace
+
+TEST(TextReadingTests, A_file_is_read_exactly)
+{
+    TemporaryDirectory directory;
+    for (std::string_view contents :
+         {""sv, "\n"sv, "no newline"sv, "a\r\nb\rc\n\n"sv, "nul \0 stays\x01"sv, "é€😀"sv}) {
+        auto text = String::contentsOf(directory.write("a.srt", contents));
+        ASSERT_TRUE(text);
+        EXPECT_EQ(text->utf8(), contents);
+        ASSERT_TRUE(text->survey());
+        EXPECT_EQ(*text->survey(), surveyText(contents));
+    }
+}
+
+TEST(TextReadingTests, Sizes_around_the_detected_beginning_and_a_piece_are_read_exactly)
+{
+    TemporaryDirectory directory;
+    std::string text;
+    for (int i = 0; text.size() < 3 * textDetectionSample; ++i)
+        text += "Zeile " + std::to_string(i) + " hört auf\r\n";
+    for (std::size_t base : {4096ul, textDetectionSample, 2 * textDetectionSample}) {
+        for (std::size_t size = base - 5; size < base + 5; ++size) {
+            for (std::string_view mark : {"", "\xEF\xBB\xBF"}) {
+                auto contents = text.substr(0, size);
+                while (static_cast<unsigned char>(contents.back()) >= 0x80)
+                    contents.pop_back(); // of a character that is cut
+                for (unsigned threads : {1u, 2u}) {
+                    auto read = readText(directory.write("a.srt", std::string(mark) + contents),
+                                         {.piecesPerTurn = 1, .threads = threads});
+                    ASSERT_TRUE(read);
+                    ASSERT_TRUE(read->text.utf8() == contents) << size;
+                    EXPECT_EQ(*read->text.survey(), surveyText(contents)) << size;
+                    EXPECT_EQ(read->hadMark(), !mark.empty());
+                }
+            }
+        }
+    }
+}
+
+TEST(TextReadingTests, Every_encoding_is_read_from_a_file_in_pieces)
+{
+    TemporaryDirectory directory;
+    for (auto& sample : tests::scriptSamples) {
+        for (auto encoding : tests::allEncodings) {
+            auto bytes = tests::mark(encoding)
+                + (encoding == TextEncoding::utf8 ? std::string(sample.utf8)
+                                                  : tests::encoded(sample.characters, encoding));
+            auto url = directory.write("a.srt", bytes);
+            for (std::size_t piece : {1u, 2u, 3u, 5u, 7u, 64u}) {
+                auto read =
+                    readText(url, {.blockSize = piece, .pieceSize = piece, .piecesPerTurn = 1, .threads = 2});
+                ASSERT_TRUE(read) << sample.name << ' ' << piece;
+                EXPECT_EQ(read->text.utf8(), sample.utf8);
+                EXPECT_EQ(read->encoding, encoding);
+            }
+        }
+    }
+}
+
+TEST(TextReadingTests, A_large_file_is_read_exactly)
+{
+    TemporaryDirectory directory;
+    std::string cue = "1\n00:00:01,000 --> 00:00:02,000\nНикто её не спросил.\n\n", contents;
+    while (contents.size() < 20'000'000)
+        contents += cue;
+    auto text = String::contentsOf(directory.write("large.srt", contents));
+    ASSERT_TRUE(text);
+    EXPECT_TRUE(text->utf8() == contents);
+    EXPECT_EQ(text->survey()->lineEnds, contents.size() / cue.size() * 4);
+    auto copy = *text;
+    EXPECT_EQ(copy.utf8().data(), text->utf8().data());
+}
+
+TEST(TextReadingTests, A_name_that_is_not_UTF8_is_opened_and_shown_repaired)
+{
+    TemporaryDirectory directory;
+    auto text = String::contentsOf(directory.write("\xFF\xFE.srt", "found"));
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->utf8(), "found");
+    expectError(directory.url("\xFF\n.srt"), NSCocoaError::fileReadNoSuchFile,
+                "The file “\uFFFD?.srt” couldn’t be opened because there is no such file.",
+                "There is no such file");
+}
+
+TEST(TextReadingTests, What_is_no_regular_file_is_refused_with_its_kind)
+{
+    TemporaryDirectory directory;
+    ASSERT_EQ(::mkfifo(directory.path("pipe").c_str(), 0600), 0);
+    int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address = {.sun_family = AF_UNIX, .sun_path = {}};
+    directory.path("socket").copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    std::filesystem::create_symlink("pipe", directory.path("link"));
+    std::filesystem::create_symlink("circle", directory.path("circle"));
+    struct Case {
+        std::string path, clause;
+    };
+    const Case cases[] = {
+        {directory.path("pipe"), "it is a named pipe"},
+        {directory.path("link"), "it is a named pipe"},
+        {directory.path("socket"), "it is a socket"},
+        {directory.path(), "it is a directory"},
+        {"/dev/null", "it is a device"},
+        {"/dev/zero", "it is a device"},
+        {directory.path("circle"), "its symbolic links lead in a circle"},
+    };
+    for (auto& [path, clause] : cases) {
+        auto url = URL::fileURL(path);
+        auto reason = "I" + clause.substr(1);
+        expectError(url, NSCocoaError::fileReadUnknown,
+                    "The file “" + url.lastPathComponent() + "” couldn’t be opened because " + clause + ".",
+                    reason);
+    }
+    ::close(socket);
+}
+
+TEST(TextReadingTests, Missing_unnameable_and_foreign_files_have_their_codes)
+{
+    TemporaryDirectory directory;
+    directory.write("file", "");
+    expectError(directory.url("none.srt"), NSCocoaError::fileReadNoSuchFile,
+                "The file “none.srt” couldn’t be opened because there is no such file.",
+                "There is no such file");
+    expectError(directory.url("file/a.srt"), NSCocoaError::fileReadNoSuchFile,
+                "The file “a.srt” couldn’t be opened because there is no such file.",
+                "There is no such file");
+    expectError(*URL::parse("file:///a%00.srt"), NSCocoaError::fileReadInvalidFileName,
+                "The file “a?.srt” couldn’t be opened because its name is not one that a file can have.",
+                "Its name is not one that a file can have");
+    std::string tooLong(300, 'x');
+    EXPECT_EQ(String::contentsOf(directory.url(tooLong)).error(),
+              Error(NSError(NSCocoaError::fileReadInvalidFileName)));
+    expectError(*URL::parse("https://example.org/a.srt"), NSCocoaError::fileReadUnsupportedScheme,
+                "The file “a.srt” couldn’t be opened because URLs of type “https” aren’t supported.",
+                "URLs of type “https” aren’t supported");
+    expectError(directory.write("latin.srt", "caf\xE9"), NSCocoaError::fileReadUnknownStringEncoding,
+                "The file “latin.srt” couldn’t be opened because the text encoding of its contents can’t be "
+                "determined.",
+                "The text encoding of its contents can’t be determined");
+    expectError(
+        directory.write("cut.srt", "\xFF\xFEz"), NSCocoaError::fileReadInapplicableStringEncoding,
+        "The file “cut.srt” couldn’t be opened because its contents are not valid in the text encoding "
+        "Unicode (UTF-16LE) that they begin in.",
+        "Its contents are not valid in the text encoding Unicode (UTF-16LE) that they begin in");
+}
+
+TEST(TextReadingTests, An_unreadable_file_says_that_the_permission_is_missing)
+{
+    TemporaryDirectory directory;
+    auto url = directory.write("secret.srt", "x");
+    ASSERT_EQ(::chmod(directory.path("secret.srt").c_str(), 0), 0);
+    // The superuser may read everything: become somebody else for a moment.
+    bool isRoot = ::geteuid() == 0;
+    if (isRoot) {
+        ASSERT_EQ(::chmod(directory.path().c_str(), 0755), 0);
+        ASSERT_EQ(::seteuid(65534), 0);
+    }
+    auto text = String::contentsOf(url);
+    if (isRoot) {
+        ASSERT_EQ(::seteuid(0), 0);
+    }
+    ASSERT_FALSE(text);
+    EXPECT_EQ(text.error(), Error(NSError(NSCocoaError::fileReadNoPermission)));
+    EXPECT_EQ(text.error().localizedDescription(),
+              "The file “secret.srt” couldn’t be opened because you don’t have permission to view it.");
+}
+
+TEST(TextReadingTests, A_file_that_cannot_fit_into_memory_is_refused_at_once)
+{
+    TemporaryDirectory directory;
+    auto url = directory.write("huge.srt", "");
+    if (::truncate(directory.path("huge.srt").c_str(), 1L << 42) != 0)
+        GTEST_SKIP() << "this file system has no sparse files of 4 TiB";
+    EXPECT_EQ(String::contentsOf(url).error(), Error(NSError(NSCocoaError::fileReadTooLarge)));
+}
+
+TEST(TextReadingTests, Files_of_the_kernel_that_lie_about_their_size_are_read)
+{
+    auto status = String::contentsOf(URL::fileURL("/proc/self/status")); // size 0
+    ASSERT_TRUE(status);
+    EXPECT_NE(status->utf8().find("VmRSS"), std::string_view::npos);
+    EXPECT_EQ(status->survey()->size, status->size());
+}
+
+} // namespace platform
