@@ -146,7 +146,6 @@ void UIView::adopt(std::shared_ptr<UIView> view, std::size_t index)
     view->willMoveToSuperview(this);
     view->leaveWindowFor(window_);
     precondition(!isDescendant(*view), "a view was added to a view inside of it while it was on its way");
-    auto* formerWindow = view->window_;
     if (view->superview_)
         view->superview_->release(*view);
 
@@ -159,21 +158,20 @@ void UIView::adopt(std::shared_ptr<UIView> view, std::size_t index)
     view->markPlaceDirty();
     view->updateSafeArea();
 
-    view->finishMove(formerWindow, formerTint);
+    view->finishMove(formerTint);
     view->didMoveToSuperview();
     if (view->superview_ == this)
         didAddSubview(*view);
 }
 
 // After the tree is as it shall be: what the view has inherited, and the did-calls.
-void UIView::finishMove(UIWindow* former, const UIColor& formerTint)
+void UIView::finishMove(const UIColor& formerTint)
 {
-    auto* window = window_;
     inheritTraits();
     if (!tintColor_ && tintColor() != formerTint)
         tellTintColorChanged();
-    if (former != window && window_ == window)
-        tellDidMoveToWindow(former, window);
+    if (toldWindow_ != window_)
+        tellDidMoveToWindow();
 }
 
 // Takes a subview, or the mask, out without the calls that the view itself gets.
@@ -203,12 +201,11 @@ void UIView::removeFromSuperview()
     leaveWindowFor(nullptr);
     if (!superview_)
         return; // one of the two has done it
-    auto* formerWindow = window_;
     superview_->release(*this);
     if (superview_)
         return;
     setWindow(nullptr);
-    finishMove(formerWindow, formerTint);
+    finishMove(formerTint);
     didMoveToSuperview();
 }
 

@@ -247,8 +247,8 @@ private:
     void leaveWindowFor(UIWindow* window);
     void tellWillMoveToWindow(UIWindow* window);
     void setWindow(UIWindow* window);
-    void tellDidMoveToWindow(UIWindow* former, UIWindow* window);
-    void finishMove(UIWindow* former, const UIColor& formerTint);
+    void tellDidMoveToWindow();
+    void finishMove(const UIColor& formerTint);
 
     void inheritTraits();
     void tellTintColorChanged();
@@ -269,6 +269,7 @@ private:
     // The superview and the window outlive their place here: each clears it before it goes.
     UIView* superview_ = nullptr;
     UIWindow* window_ = nullptr;
+    UIWindow* toldWindow_ = nullptr; // the last that didMoveToWindow was about; never looked into
     std::vector<std::shared_ptr<UIView>> subviews_;
     std::weak_ptr<UIViewController> viewController_;
 

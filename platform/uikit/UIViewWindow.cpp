@@ -50,22 +50,28 @@ void UIView::setWindow(UIWindow* window)
         mask_->setWindow(window);
 }
 
-void UIView::tellDidMoveToWindow(UIWindow* former, UIWindow* window)
+// Each view hears of each window once, and of leaving it once, whatever happened between the will-call and this.
+void UIView::tellDidMoveToWindow()
 {
-    didMoveToWindow();
+    auto keptAlive = weak_from_this().lock();
+    if (toldWindow_ != window_) {
+        toldWindow_ = window_;
+        didMoveToWindow();
+    }
     auto subviews = subviews_;
     for (const auto& subview : subviews) {
-        // One that was added or moved by a call before has been told already.
-        if (subview->superview_ == this && subview->window_ == window && window_ == window)
-            subview->tellDidMoveToWindow(former, window);
+        if (subview->superview_ == this)
+            subview->tellDidMoveToWindow();
     }
     auto controller = viewController_.lock();
-    if (!controller || window_ != window)
+    if (!controller)
         return;
-    if (window && window->isVisible())
-        window->appearing_.push_back(controller);
-    else if (former)
+    if (window_ && window_->isVisible()) {
+        window_->appearing_.push_back(controller);
+    } else {
+        controller->beginAppearance(UIViewController::Direction::disappear); // of a window closed meanwhile
         controller->endAppearance();
+    }
 }
 
 } // namespace platform

@@ -34,7 +34,7 @@ UIWindow::UIWindow(CGRect frame)
     : UIView(frame)
     , dispatch_(std::make_unique<Dispatch>(*this))
 {
-    window_ = this;
+    window_ = toldWindow_ = this;
     setBackgroundColor(UIColor::systemBackground());
 }
 
@@ -42,9 +42,12 @@ UIWindow::~UIWindow()
 {
     onClose = nullptr;
     close();
-    // From here on the views' calls find no window, though the views may outlive it.
-    for (const auto& subview : std::vector(subviews()))
+    // Views may outlive it; they find no window from here on.
+    for (const auto& subview : std::vector(subviews())) {
+        subview->leaveWindowFor(nullptr);
         subview->setWindow(nullptr);
+        subview->tellDidMoveToWindow();
+    }
     window_ = nullptr;
 }
 

@@ -159,10 +159,10 @@ void ViewHarness::hover(CGPoint place)
 
 bool ViewHarness::scroll(CGPoint place, CGVector delta)
 {
-    return scroll(place, UIScrollWheel{.delta = delta});
+    return turnWheel(place, UIScrollWheel{.delta = delta});
 }
 
-bool ViewHarness::scroll(CGPoint place, const UIScrollWheel& wheel)
+bool ViewHarness::turnWheel(CGPoint place, const UIScrollWheel& wheel)
 {
     auto sent = wheel;
     sent.windowLocation = place;
@@ -178,8 +178,8 @@ bool ViewHarness::press(UIKeyCode key, std::uint8_t modifiers)
     if (key == UIKeyCode::space)
         press.characters = press.charactersIgnoringModifiers = " ";
     auto keptAlive = window_;
-    auto wasHandled = window_->sendPress(press);
-    window_->sendPressEnded(press);
+    auto wasHandled = keptAlive->sendPress(press);
+    keptAlive->sendPressEnded(press); // though it may be closed
     clock_.settle();
     return wasHandled;
 }
@@ -195,8 +195,8 @@ bool ViewHarness::press(std::string_view character, std::uint8_t modifiers)
     if ((modifiers & silent) == 0)
         press.characters = character;
     auto keptAlive = window_;
-    auto wasHandled = window_->sendPress(press);
-    window_->sendPressEnded(press);
+    auto wasHandled = keptAlive->sendPress(press);
+    keptAlive->sendPressEnded(press); // though it may be closed
     clock_.settle();
     return wasHandled;
 }

@@ -58,7 +58,7 @@ public:
     void drag(platform::CGPoint from, platform::CGPoint to, platform::Duration time, const Press& press);
     void hover(platform::CGPoint place);
     bool scroll(platform::CGPoint place, platform::CGVector delta);
-    bool scroll(platform::CGPoint place, const platform::UIScrollWheel& wheel);
+    bool turnWheel(platform::CGPoint place, const platform::UIScrollWheel& wheel);
 
     // --- Keyboard --------------------------------------------------------------------------------
     bool press(platform::UIKeyCode key, std::uint8_t modifiers = 0);

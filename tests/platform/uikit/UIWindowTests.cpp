@@ -1,0 +1,445 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/UIWindow.h"
+
+#include "platform/graphics/CGContext.h"
+#include "platform/graphics/UIImage.h"
+#include "tests/support/harness/ViewHarness.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace platform;
+using harness::ViewHarness;
+
+std::shared_ptr<UIView> viewAt(CGFloat x, CGFloat y, CGFloat width, CGFloat height)
+{
+    return std::make_shared<UIView>(CGRect::make(x, y, width, height));
+}
+
+class DrawnView : public UIView {
+public:
+    using UIView::UIView;
+    void draw(CGContext&, CGRect dirty) override
+    {
+        ++draws;
+        lastDirty = dirty;
+        if (onDraw)
+            onDraw();
+    }
+    int draws = 0;
+    CGRect lastDirty;
+    std::function<void()> onDraw;
+};
+
+// A hundred rows of ten points and what each change of one of them costs.
+TEST(UIWindow, paints_only_what_has_changed)
+{
+    ViewHarness harness({200, 1000});
+    auto root = std::make_shared<UIView>();
+    std::vector<std::shared_ptr<DrawnView>> rows;
+    for (int i = 0; i < 100; ++i) {
+        rows.push_back(std::make_shared<DrawnView>(CGRect::make(0, i * 10, 200, 10)));
+        root->addSubview(rows.back());
+    }
+    harness.show(root);
+    EXPECT_EQ(harness.paintFrame(), (std::vector{CGRect::make(0, 0, 200, 1000)}));
+    EXPECT_TRUE(harness.paintFrame().empty());
+
+    auto& row = *rows[5];
+    auto inner = viewAt(-5, 2, 20, 4);
+    row.addSubview(inner);
+    harness.paintFrame();
+    struct Case {
+        std::string_view name;
+        std::function<void()> change;
+        std::vector<CGRect> painted;
+        std::optional<int> rowsDrawn;
+    };
+    const Case cases[] = {
+        {"all of a row", [&] { row.setNeedsDisplay(); }, {CGRect::make(0, 50, 200, 10)}, 1},
+        {"a part of a row",
+         [&] { row.setNeedsDisplay(CGRect::make(5, 2, 10, 3)); },
+         {CGRect::make(5, 52, 10, 3)},
+         1},
+        {"a fraction of a point takes whole ones",
+         [&] { row.setNeedsDisplay(CGRect::make(5.5, 2.5, 1, 1)); },
+         {CGRect::make(5, 52, 2, 2)},
+         1},
+        {"more than the row has",
+         [&] { row.setNeedsDisplay(CGRect::make(-9, -9, 999, 999)); },
+         {CGRect::make(0, 50, 200, 10)},
+         1},
+        {"the same value again", [&] { row.setAlpha(1); }, {}, 0},
+        {"two rows apart",
+         [&] {
+             rows[1]->setNeedsDisplay();
+             rows[90]->setNeedsDisplay();
+         },
+         {CGRect::make(0, 10, 200, 10), CGRect::make(0, 900, 200, 10)},
+         2},
+        {"a view that moves leaves one place and takes another",
+         [&] { inner->setCenter({105, 4}); },
+         {CGRect::make(0, 52, 15, 4), CGRect::make(95, 52, 20, 4)},
+         2},
+        {"what shows outside of its superview counts",
+         [&] { inner->setFrame(CGRect::make(95, -8, 20, 4)); },
+         {CGRect::make(95, 52, 20, 4), CGRect::make(95, 42, 20, 4)},
+         2},
+        {"a clipped view shows nothing there",
+         [&] {
+             row.setClipsToBounds(true);
+             harness.paintFrame();
+             inner->setNeedsDisplay();
+         },
+         {},
+         std::nullopt},
+        {"nothing of a hidden view",
+         [&] {
+             rows[7]->setHidden(true);
+             harness.paintFrame();
+             for (const auto& each : rows)
+                 each->draws = 0;
+             rows[7]->setNeedsDisplay();
+             rows[7]->setBackgroundColor(UIColor::red());
+         },
+         {},
+         0},
+    };
+    for (const auto& [name, change, painted, rowsDrawn] : cases) {
+        SCOPED_TRACE(name);
+        for (const auto& each : rows)
+            each->draws = 0;
+        change();
+        EXPECT_EQ(harness.paintFrame(), painted);
+        int drawn = 0;
+        for (const auto& each : rows)
+            drawn += each->draws;
+        EXPECT_EQ(drawn, rowsDrawn.value_or(drawn));
+    }
+}
+
+TEST(UIWindow, gives_a_view_the_dirty_part_of_it_to_draw)
+{
+    ViewHarness harness({100, 100});
+    auto root = std::make_shared<UIView>();
+    auto drawn = std::make_shared<DrawnView>(CGRect::make(10, 10, 50, 50));
+    drawn->setBounds(CGRect::make(0, 300, 50, 50)); // scrolled
+    root->addSubview(drawn);
+    harness.show(root);
+    harness.paintFrame();
+    drawn->setNeedsDisplay(CGRect::make(5, 310, 10, 10));
+    harness.paintFrame();
+    EXPECT_EQ(drawn->lastDirty, CGRect::make(5, 310, 10, 10));
+}
+
+TEST(UIWindow, does_not_draw_what_an_opaque_view_covers)
+{
+    ViewHarness harness({100, 100});
+    auto root = std::make_shared<DrawnView>();
+    auto below = std::make_shared<DrawnView>(CGRect::make(0, 0, 100, 100));
+    auto cover = viewAt(0, 0, 100, 100);
+    cover->setBackgroundColor(UIColor::white());
+    root->setSubviews({below, cover});
+    harness.show(root);
+    harness.paintFrame();
+    EXPECT_EQ(root->draws + below->draws, 0);
+    cover->setAlpha(0.5);
+    harness.paintFrame();
+    EXPECT_EQ(root->draws + below->draws, 2);
+}
+
+TEST(UIWindow, marks_made_while_painting_belong_to_the_next_frame)
+{
+    ViewHarness harness({100, 100});
+    auto root = std::make_shared<DrawnView>();
+    harness.show(root);
+    root->onDraw = [&] {
+        if (root->draws == 1)
+            root->setNeedsDisplay(CGRect::make(1, 1, 2, 2));
+    };
+    harness.paintFrame();
+    EXPECT_EQ(harness.paintFrame(), (std::vector{CGRect::make(1, 1, 2, 2)}));
+    EXPECT_TRUE(harness.paintFrame().empty());
+}
+
+TEST(UIWindowDeathTest, refuses_phases_out_of_order)
+{
+    auto inPaint = [](auto act) {
+        ViewHarness harness({10, 10});
+        auto root = std::make_shared<DrawnView>();
+        harness.show(root);
+        root->onDraw = [&] { act(harness, *root); };
+        harness.paintFrame();
+    };
+    EXPECT_DEATH(inPaint([](ViewHarness&, UIView& view) { view.layoutIfNeeded(); }),
+                 "layout asked during paint");
+    EXPECT_DEATH(inPaint([](ViewHarness& harness, UIView&) { harness.window().layoutNow(); }),
+                 "layout asked during paint");
+    EXPECT_DEATH(inPaint([](ViewHarness& harness, UIView&) { harness.snapshot(); }),
+                 "paint asked during paint");
+}
+
+class KeyView : public UIView, public UITextInput {
+public:
+    explicit KeyView(std::string label, CGRect frame = CGRect::make(0, 0, 10, 10))
+        : UIView(frame)
+    {
+        accessibility().label = std::move(label);
+    }
+    bool canBecomeFirstResponder() const override { return wants; }
+    bool resignFirstResponder() override { return letsGo && UIView::resignFirstResponder(); }
+    bool pressesBegan(const UIPress& press) override
+    {
+        keys += press.charactersIgnoringModifiers;
+        return takes || UIView::pressesBegan(press);
+    }
+    UITextInput* textInput() override { return takesText ? this : nullptr; }
+    void insertText(std::string_view text) override { typed += text; }
+    void setMarkedText(std::string_view) override { }
+    CGRect caretRectInWindow() const override { return {}; }
+    void keyWindowDidChange() override { ++keyChanges; }
+
+    bool wants = true, letsGo = true, takes = false, takesText = false;
+    int keyChanges = 0;
+    std::string keys, typed;
+};
+
+TEST(UIWindow, sends_keys_to_the_first_responder_and_on_until_somebody_takes_them)
+{
+    ViewHarness harness;
+    auto outer = std::make_shared<KeyView>("outer");
+    auto inner = std::make_shared<KeyView>("inner");
+    outer->addSubview(inner);
+    harness.show(outer);
+    std::string unhandled;
+    harness.window().onUnhandledPress = [&](const UIPress& press) {
+        unhandled += press.charactersIgnoringModifiers;
+        return press.charactersIgnoringModifiers == "q";
+    };
+    EXPECT_FALSE(harness.press("a", 0));
+    EXPECT_EQ(outer->keys, "a") << "without a first responder the root view is asked";
+    EXPECT_EQ(inner->keys, "");
+
+    ASSERT_TRUE(inner->becomeFirstResponder());
+    EXPECT_TRUE(harness.press("q", 0));
+    EXPECT_EQ(inner->keys, "q");
+    EXPECT_EQ(outer->keys, "aq");
+    EXPECT_EQ(unhandled, "aq");
+
+    inner->takes = true;
+    harness.press("x", 0);
+    EXPECT_EQ(outer->keys, "aq");
+    EXPECT_EQ(unhandled, "aq");
+}
+
+TEST(UIWindow, types_what_nobody_took_into_the_first_responders_text)
+{
+    ViewHarness harness;
+    auto view = std::make_shared<KeyView>("text");
+    view->takesText = true;
+    harness.show(view);
+    view->becomeFirstResponder();
+    harness.type("Grün 漢");
+    harness.press("c", UIKeyModifierFlags::control);
+    harness.press(UIKeyCode::escape);
+    harness.press(UIKeyCode::left);
+    EXPECT_EQ(view->typed, "Grün 漢");
+    view->takesText = false;
+    harness.type("x");
+    EXPECT_EQ(view->typed, "Grün 漢");
+}
+
+TEST(UIWindow, moves_the_keyboard_by_tab_in_reading_order)
+{
+    ViewHarness harness({300, 300});
+    auto root = std::make_shared<UIView>();
+    auto a = std::make_shared<KeyView>("a", CGRect::make(0, 0, 10, 10));
+    auto b = std::make_shared<KeyView>("b", CGRect::make(100, 0, 10, 10));
+    auto c = std::make_shared<KeyView>("c", CGRect::make(0, 50, 10, 10));
+    auto unwilling = std::make_shared<KeyView>("no", CGRect::make(50, 50, 10, 10));
+    auto hidden = std::make_shared<KeyView>("hidden", CGRect::make(60, 50, 10, 10));
+    unwilling->wants = false;
+    hidden->setHidden(true);
+    root->setSubviews({c, hidden, b, unwilling, a});
+    harness.show(root);
+    auto focused = [&] {
+        auto view = std::dynamic_pointer_cast<UIView>(harness.window().firstResponder());
+        return view ? view->accessibility().label : "";
+    };
+    std::string order;
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(harness.press(UIKeyCode::tab));
+        order += focused();
+    }
+    for (int i = 0; i < 3; ++i) {
+        harness.press(UIKeyCode::tab, UIKeyModifierFlags::shift);
+        order += focused();
+    }
+    EXPECT_EQ(order, "abcacba");
+
+    UITraitCollection mirrored;
+    mirrored.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
+    harness.window().setBaseTraits(mirrored);
+    harness.press(UIKeyCode::tab);
+    EXPECT_EQ(focused(), "c") << "a is the last of its line now";
+}
+
+TEST(UIWindow, hands_the_keyboard_over_only_when_both_sides_agree)
+{
+    ViewHarness harness;
+    auto root = std::make_shared<UIView>();
+    auto first = std::make_shared<KeyView>("first");
+    auto second = std::make_shared<KeyView>("second");
+    root->setSubviews({first, second});
+    EXPECT_FALSE(first->becomeFirstResponder()) << "it is in no window";
+    harness.show(root);
+    EXPECT_TRUE(first->becomeFirstResponder());
+    first->letsGo = false;
+    EXPECT_FALSE(second->becomeFirstResponder());
+    EXPECT_TRUE(first->isFirstResponder());
+    first->letsGo = true;
+    second->wants = false;
+    EXPECT_FALSE(second->becomeFirstResponder());
+    EXPECT_TRUE(first->isFirstResponder());
+    second->wants = true;
+    EXPECT_TRUE(second->becomeFirstResponder());
+    EXPECT_FALSE(first->isFirstResponder());
+    harness.window().setKeyWindow(true);
+    EXPECT_EQ(second->keyChanges, 1);
+    EXPECT_EQ(first->keyChanges, 0);
+
+    // A view that leaves is not asked.
+    second->letsGo = false;
+    second->removeFromSuperview();
+    EXPECT_EQ(harness.window().firstResponder(), nullptr);
+}
+
+TEST(UIWindow, tells_views_when_the_pointer_comes_and_goes)
+{
+    class Hovered : public UIView {
+    public:
+        Hovered(std::string name, CGRect frame, std::string& log)
+            : UIView(frame)
+            , name_(std::move(name))
+            , log_(log)
+        {
+        }
+        void pointerEntered() override { log_ += "+" + name_; }
+        void pointerExited() override { log_ += "-" + name_; }
+
+    private:
+        std::string name_;
+        std::string& log_;
+    };
+    std::string log;
+    ViewHarness harness({100, 100});
+    auto root = std::make_shared<UIView>();
+    auto outer = std::make_shared<Hovered>("outer", CGRect::make(0, 0, 50, 50), log);
+    auto inner = std::make_shared<Hovered>("inner", CGRect::make(0, 0, 20, 20), log);
+    auto beside = std::make_shared<Hovered>("beside", CGRect::make(50, 0, 50, 50), log);
+    outer->addSubview(inner);
+    root->setSubviews({outer, beside});
+    harness.show(root);
+    auto after = [&](auto act) {
+        log.clear();
+        act();
+        return log;
+    };
+    EXPECT_EQ(after([&] { harness.hover({10, 10}); }), "+outer+inner");
+    EXPECT_EQ(after([&] { harness.hover({30, 10}); }), "-inner");
+    EXPECT_EQ(after([&] { harness.hover({60, 10}); }), "-outer+beside");
+    EXPECT_EQ(after([&] { beside->removeFromSuperview(); }), "-beside");
+    EXPECT_EQ(after([&] { harness.hover({10, 10}); }), "+outer+inner");
+    EXPECT_EQ(after([&] { harness.window().sendHoverExit(); }), "-inner-outer");
+}
+
+TEST(UIWindow, survives_being_closed_and_dropped_by_what_it_calls)
+{
+    class Acting : public KeyView {
+    public:
+        Acting()
+            : KeyView("acting")
+        {
+        }
+        void touchesBegan(UITouch&) override { act("touch"); }
+        bool pressesBegan(const UIPress&) override { return act("key"); }
+        bool scrollWheel(const UIScrollWheel&) override { return act("wheel"); }
+        void pointerEntered() override { act("hover"); }
+        void insertText(std::string_view) override { act("text"); }
+        bool resignFirstResponder() override
+        {
+            act("resign");
+            return KeyView::resignFirstResponder();
+        }
+        bool act(const std::string& event)
+        {
+            if (event == when)
+                std::exchange(what, [] { })();
+            return false;
+        }
+        std::string when;
+        std::function<void()> what = [] { };
+    };
+    for (std::string event : {"touch", "key", "wheel", "hover", "text", "resign", "unhandled", "close"}) {
+        SCOPED_TRACE(event);
+        ViewHarness harness({100, 100});
+        auto view = std::make_shared<Acting>();
+        view->takesText = true;
+        harness.show(view);
+        view->becomeFirstResponder();
+        int closes = 0;
+        auto drop = [&] {
+            harness.window().close();
+            harness.dropWindow();
+        };
+        view->when = event;
+        view->what = drop;
+        harness.window().onClose = [&] {
+            ++closes;
+            if (event == "close")
+                harness.dropWindow();
+        };
+        if (event == "unhandled") {
+            view->takesText = false;
+            harness.window().onUnhandledPress = [&](const UIPress&) {
+                drop();
+                return true;
+            };
+        }
+        std::weak_ptr<UIWindow> window = harness.sharedWindow();
+        UITouch touch{.windowLocation = {5, 5}};
+        if (event == "touch")
+            harness.window().sendTouch(touch);
+        else if (event == "wheel")
+            harness.scroll({5, 5}, {0, 5});
+        else if (event == "hover")
+            harness.hover({5, 5});
+        else if (event == "resign")
+            harness.window().makeFirstResponder(nullptr);
+        else if (event == "close")
+            harness.window().close();
+        else
+            harness.type("x");
+        view.reset();
+        harness.settle();
+        EXPECT_EQ(closes, 1);
+        EXPECT_TRUE(window.expired());
+    }
+}
+
+TEST(UIWindow, paints_a_point_more_where_a_pixel_is_no_whole_part_of_it)
+{
+    UITraitCollection traits;
+    traits.displayScale = 1.25;
+    ViewHarness harness({100, 100}, traits);
+    auto view = viewAt(10, 10, 10, 10);
+    auto root = std::make_shared<UIView>();
+    root->addSubview(view);
+    harness.show(root);
+    harness.paintFrame();
+    view->setNeedsDisplay();
+    EXPECT_EQ(harness.paintFrame(), (std::vector{CGRect::make(9, 9, 12, 12)}));
+}
+
+} // namespace
