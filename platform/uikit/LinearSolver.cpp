@@ -3,6 +3,7 @@
 
 #include "platform/foundation/Precondition.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -20,43 +21,66 @@ constexpr LinearSolver::Variable none = -1;
 
 double LinearSolver::Row::coefficient(Symbol symbol) const
 {
-    auto found = cells.find(symbol);
-    return found == cells.end() ? 0 : found->second;
+    auto found = std::ranges::lower_bound(cells, symbol, {}, &Cell::symbol);
+    return found != cells.end() && found->symbol == symbol ? found->coefficient : 0;
+}
+
+void LinearSolver::Row::remove(Symbol symbol)
+{
+    auto found = std::ranges::lower_bound(cells, symbol, {}, &Cell::symbol);
+    if (found != cells.end() && found->symbol == symbol)
+        cells.erase(found);
 }
 
 void LinearSolver::Row::add(Symbol symbol, double coefficient)
 {
-    auto [cell, isNew] = cells.try_emplace(symbol, 0.0);
-    cell->second += coefficient;
-    if (std::abs(cell->second) < epsilon)
-        cells.erase(cell);
+    auto found = std::ranges::lower_bound(cells, symbol, {}, &Cell::symbol);
+    if (found == cells.end() || found->symbol != symbol)
+        found = cells.insert(found, {symbol, 0});
+    found->coefficient += coefficient;
+    if (std::abs(found->coefficient) < epsilon)
+        cells.erase(found);
 }
 
+// Both are sorted: one pass merges them.
 void LinearSolver::Row::add(const Row& other, double factor)
 {
     constant += other.constant * factor;
-    for (auto& [symbol, coefficient] : other.cells)
-        add(symbol, coefficient * factor);
+    std::vector<Cell> sum;
+    sum.reserve(cells.size() + other.cells.size());
+    auto mine = cells.begin();
+    auto put = [&](Cell cell) {
+        if (std::abs(cell.coefficient) >= epsilon)
+            sum.push_back(cell);
+    };
+    for (auto& cell : other.cells) {
+        for (; mine != cells.end() && mine->symbol < cell.symbol; ++mine)
+            sum.push_back(*mine);
+        if (mine != cells.end() && mine->symbol == cell.symbol)
+            put({cell.symbol, (mine++)->coefficient + cell.coefficient * factor});
+        else
+            put({cell.symbol, cell.coefficient * factor});
+    }
+    sum.insert(sum.end(), mine, cells.end());
+    cells = std::move(sum);
 }
 
 void LinearSolver::Row::replace(Symbol symbol, const Row& by)
 {
-    auto found = cells.find(symbol);
-    if (found == cells.end())
+    auto factor = coefficient(symbol);
+    if (factor == 0)
         return;
-    auto factor = found->second;
-    cells.erase(found);
+    remove(symbol);
     add(by, factor);
 }
 
 void LinearSolver::Row::solveFor(Symbol symbol)
 {
-    auto found = cells.find(symbol);
-    auto factor = -1 / found->second;
-    cells.erase(found);
+    auto factor = -1 / coefficient(symbol);
+    remove(symbol);
     constant *= factor;
     for (auto& cell : cells)
-        cell.second *= factor;
+        cell.coefficient *= factor;
 }
 
 LinearSolver::LinearSolver(std::size_t levels)
@@ -67,6 +91,7 @@ LinearSolver::LinearSolver(std::size_t levels)
 LinearSolver::Symbol LinearSolver::addSymbol(bool isRestricted)
 {
     isRestricted_.push_back(isRestricted);
+    columns_.emplace_back();
     return static_cast<Symbol>(isRestricted_.size()) - 1;
 }
 
@@ -92,11 +117,39 @@ LinearSolver::Row LinearSolver::rowFor(std::span<const Term> terms, double const
 void LinearSolver::place(Symbol basic, Row row)
 {
     row.solveFor(basic);
-    for (auto& entry : rows_)
-        entry.second.replace(basic, row);
-    for (auto& level : objective_)
-        level.replace(basic, row);
+    substitute(basic, row);
+    insert(basic, std::move(row));
+}
+
+void LinearSolver::insert(Symbol basic, Row row)
+{
+    for (auto& cell : row.cells)
+        columns_[static_cast<std::size_t>(cell.symbol)].push_back(basic);
     rows_.insert_or_assign(basic, std::move(row));
+}
+
+void LinearSolver::substitute(Symbol symbol, const Row& by)
+{
+    for (auto basic : rowsWith(symbol)) {
+        auto found = rows_.find(basic);
+        if (found == rows_.end())
+            continue;
+        found->second.replace(symbol, by);
+        for (auto& cell : by.cells)
+            columns_[static_cast<std::size_t>(cell.symbol)].push_back(basic);
+    }
+    columns_[static_cast<std::size_t>(symbol)].clear();
+    for (auto& level : objective_)
+        level.replace(symbol, by);
+}
+
+const std::vector<LinearSolver::Symbol>& LinearSolver::rowsWith(Symbol symbol) const
+{
+    auto& column = columns_[static_cast<std::size_t>(symbol)];
+    std::ranges::sort(column);
+    auto same = std::ranges::unique(column);
+    column.erase(same.begin(), same.end());
+    return column;
 }
 
 bool LinearSolver::require(std::span<const Term> terms, Relation relation, double constant)
@@ -150,30 +203,41 @@ bool LinearSolver::placeWithArtificial(Row row)
     if (row.constant < 0) {
         row.constant = -row.constant;
         for (auto& cell : row.cells)
-            cell.second = -cell.second;
+            cell.coefficient = -cell.coefficient;
     }
     auto artificial = addSymbol(true);
     Row objective[] = {row};
-    rows_.insert_or_assign(artificial, std::move(row));
+    insert(artificial, std::move(row));
     optimise(objective);
 
     auto holds = std::abs(objective[0].constant) < tolerance;
     if (auto found = rows_.find(artificial); found != rows_.end()) {
         if (holds && !found->second.cells.empty())
-            pivot(artificial, found->second.cells.begin()->first, {});
+            pivot(artificial, found->second.cells.front().symbol, {});
         else
             rows_.erase(found);
     }
     for (auto& entry : rows_)
-        entry.second.cells.erase(artificial);
+        entry.second.remove(artificial);
     for (auto& level : objective_)
-        level.cells.erase(artificial);
+        level.remove(artificial);
     return holds;
 }
 
 void LinearSolver::solve()
 {
     optimise(objective_);
+}
+
+bool LinearSolver::isDetermined(std::span<const Term> terms) const
+{
+    // Symbols outside of the basis are zero. Where each of them costs something, all best solutions have them so.
+    auto row = rowFor(terms, 0);
+    return std::ranges::all_of(row.cells, [this](const Cell& cell) {
+        return isRestricted(cell.symbol) && std::ranges::any_of(objective_, [&](const Row& level) {
+                   return std::abs(level.coefficient(cell.symbol)) > epsilon;
+               });
+    });
 }
 
 double LinearSolver::value(Variable variable) const
@@ -220,9 +284,11 @@ LinearSolver::Symbol LinearSolver::leaving(Symbol entering) const
 {
     auto best = none;
     auto least = std::numeric_limits<double>::infinity();
-    for (auto& [symbol, row] : rows_) {
-        if (!isRestricted(symbol))
+    for (auto symbol : rowsWith(entering)) {
+        auto found = rows_.find(symbol);
+        if (found == rows_.end() || !isRestricted(symbol))
             continue;
+        auto& row = found->second;
         auto coefficient = row.coefficient(entering);
         if (coefficient >= -epsilon)
             continue;
@@ -241,13 +307,10 @@ void LinearSolver::pivot(Symbol leaving, Symbol entering, std::span<Row> alsoIn)
     rows_.erase(leaving);
     row.add(leaving, -1);
     row.solveFor(entering);
-    for (auto& entry : rows_)
-        entry.second.replace(entering, row);
-    for (auto& level : objective_)
-        level.replace(entering, row);
+    substitute(entering, row);
     for (auto& level : alsoIn)
         level.replace(entering, row);
-    rows_.insert_or_assign(entering, std::move(row));
+    insert(entering, std::move(row));
 }
 
 } // namespace platform

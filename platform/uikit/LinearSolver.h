@@ -33,17 +33,25 @@ public:
     // Holds as nearly as those of the same and of higher levels allow. Requires: level < levels.
     void prefer(std::span<const Term> terms, Relation relation, double constant, std::size_t level);
 
+    // Values that satisfy all that was asked for so far. More may be asked for afterwards, and solved again.
     void solve();
+    // After solve(): whether the sum of terms can have no other value without a loss on some level.
+    bool isDetermined(std::span<const Term> terms) const;
     double value(Variable variable) const; // after solve()
 
 private:
     // Variables of the tableau: the caller's are unrestricted, all others are not negative.
     using Symbol = int;
+    struct Cell {
+        Symbol symbol = 0;
+        double coefficient = 0;
+    };
     struct Row {
         double constant = 0;
-        std::map<Symbol, double> cells;
+        std::vector<Cell> cells; // by symbol
 
         double coefficient(Symbol symbol) const;
+        void remove(Symbol symbol);
         void add(Symbol symbol, double coefficient);
         void add(const Row& other, double factor);
         void replace(Symbol symbol, const Row& by);
@@ -55,6 +63,9 @@ private:
     Symbol addSymbol(bool isRestricted);
     Row rowFor(std::span<const Term> terms, double constant) const;
     void place(Symbol basic, Row row);
+    void insert(Symbol basic, Row row);
+    void substitute(Symbol symbol, const Row& by);
+    const std::vector<Symbol>& rowsWith(Symbol symbol) const;
     bool placeWithArtificial(Row row);
     void optimise(std::span<Row> objective);
     Symbol entering(std::span<const Row> objective) const;
@@ -63,7 +74,9 @@ private:
 
     std::vector<bool> isRestricted_; // by symbol
     std::map<Symbol, Row> rows_;     // basic symbol = row of non-basic ones
-    std::vector<Row> objective_;     // by level: what is to become small
+    // By symbol: the rows that have it, and some that had it once; put in order when it is read.
+    mutable std::vector<std::vector<Symbol>> columns_;
+    std::vector<Row> objective_; // by level: what is to become small
 };
 
 } // namespace platform

@@ -76,7 +76,7 @@ void UIGestureRecognizer::touchEnded(UITouch& touch)
 
 void UIGestureRecognizer::touchCancelled(UITouch& touch)
 {
-    touchEnded(touch);
+    UIGestureRecognizer::touchEnded(touch); // not the subclass's, which may recognise in it
     if (!touches_.empty())
         return;
     if (state_ == UIGestureRecognizerState::began || state_ == UIGestureRecognizerState::changed)

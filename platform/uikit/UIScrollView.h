@@ -116,7 +116,7 @@ protected:
     virtual ScrollIndicatorState indicatorState(UILayoutAxis axis) const;
     // Moves the content by up to `delta` points and gives the part that was used. Calls contentDidScroll when it moved.
     virtual CGVector scrollContent(CGVector delta);
-    // A scroll bar was dragged to, or paged to, 0...1 of the way.
+    // A scroll bar was dragged to 0...1 of the way. Calls contentDidScroll when it moved.
     virtual void setScrollFraction(UILayoutAxis axis, double fraction);
     // The size, the insets or the content has changed: brings the place that is seen back inside of the content.
     virtual void clampToContent();

@@ -350,16 +350,30 @@ void ViewLayout::System::wish(Expression expression, Relation relation, UILayout
 
 void ViewLayout::System::solve()
 {
-    std::set<UILayoutPriority, std::greater<>> priorities;
+    std::set<UILayoutPriority, std::greater<>> priorities{stayPriority};
     for (auto& wish : wishes_)
         priorities.insert(wish.priority);
     std::map<UILayoutPriority, std::size_t> levels;
     for (auto priority : priorities)
         levels.emplace(priority, std::min(levels.size(), levelLimit - 1));
-    for (auto& wish : wishes_)
+    auto prefer = [&](const Wish& wish) {
         solver_.prefer(wish.expression.terms, wish.relation, wish.expression.constant,
                        levels.at(wish.priority));
+    };
+    std::vector<const Wish*> stays;
+    for (auto& wish : wishes_) {
+        if (wish.priority == stayPriority)
+            stays.push_back(&wish);
+        else
+            prefer(wish);
+    }
     solver_.solve();
+    // Nearly everything is determined by now, so hardly any of these enters the system.
+    for (auto* stay : stays)
+        if (!solver_.isDetermined(stay->expression.terms)) {
+            prefer(*stay);
+            solver_.solve();
+        }
 }
 
 double ViewLayout::System::evaluate(const Expression& expression) const

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/UIButton.h"
+#include "platform/uikit/UIImageView.h"
+#include "platform/uikit/UILabel.h"
+#include "platform/uikit/UIPanGestureRecognizer.h"
+#include "platform/uikit/UITapGestureRecognizer.h"
+#include "platform/uikit/snapshot.h"
+#include "tests/platform/uikit/TouchTestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace platform {
+namespace {
+
+using Events = UIControlEvents;
+
+struct Controls : Stage {
+    std::shared_ptr<UIControl> control = add<UIControl>(CGRect::make(100, 100, 100, 40));
+    std::string log;
+
+    Controls()
+    {
+        constexpr std::pair<unsigned, const char*> names[] = {{Events::touchDown, "down"},
+                                                              {Events::touchDragEnter, "enter"},
+                                                              {Events::touchDragExit, "exit"},
+                                                              {Events::touchUpInside, "up"},
+                                                              {Events::touchUpOutside, "off"},
+                                                              {Events::touchCancel, "cancel"},
+                                                              {Events::primaryActionTriggered, "act"}};
+        for (auto [event, name] : names)
+            control->addAction([this, name = std::string(name)](UIControl&) { log += name + " "; }, {event});
+    }
+};
+
+TEST(UIControl, TheCourseOfATouch)
+{
+    struct Case {
+        std::string_view name;
+        UITouchType type;
+        std::function<void(Finger&)> act;
+        std::string log;
+    };
+    using enum UITouchType;
+    const Case cases[] = {
+        {"a click", mouse, [](auto& f) { f.tap({150, 120}); }, "down up act "},
+        {"left and let go", mouse, [](auto& f) { f.down({150, 120}).moveTo({50, 120}).up(); },
+         "down exit off "},
+        {"left and back", mouse,
+         [](auto& f) { f.down({150, 120}).moveTo({50, 120}).moveTo({150, 120}).up(); },
+         "down exit enter up act "},
+        {"a finger may slip a little", finger, [](auto& f) { f.down({150, 120}).moveTo({50, 120}).up(); },
+         "down up act "},
+        {"but not far", finger, [](auto& f) { f.down({150, 120}).moveTo({150, 300}).up(); },
+         "down exit off "},
+        {"cancelled", finger, [](auto& f) { f.down({150, 120}).cancel(); }, "down cancel "},
+        {"another button", mouse, [](auto& f) { f.down({150, 120}, UIPointerButton::secondary).up(); }, ""},
+    };
+    for (auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        Controls stage;
+        Finger finger(stage, test.type);
+        test.act(finger);
+        EXPECT_EQ(stage.log, test.log);
+        EXPECT_FALSE(stage.control->isTracking());
+        EXPECT_FALSE(stage.control->isHighlighted());
+    }
+}
+
+TEST(UIControl, IsHighlightedWhileThePointerIsOverIt)
+{
+    Controls stage;
+    Finger finger(stage, UITouchType::mouse);
+    finger.down({150, 120});
+    EXPECT_TRUE(stage.control->isHighlighted());
+    finger.moveTo({10, 10});
+    EXPECT_FALSE(stage.control->isHighlighted());
+    finger.moveTo({150, 120});
+    EXPECT_TRUE(stage.control->isHighlighted());
+    finger.up();
+}
+
+TEST(UIControl, KeysPressItWhileItHasTheKeyboard)
+{
+    Controls stage;
+    UIPress space{.key = UIKeyCode::space, .characters = " "};
+    UIPress enter{.key = UIKeyCode::returnKey};
+    EXPECT_FALSE(stage.control->pressesBegan(space));
+    ASSERT_TRUE(stage.control->becomeFirstResponder());
+    EXPECT_TRUE(stage.window->sendPress(space));
+    EXPECT_TRUE(stage.window->sendPress(enter));
+    enter.isRepeat = true;
+    EXPECT_TRUE(stage.window->sendPress(enter)); // held down: once is enough
+    space.modifiers.rawValue = UIKeyModifierFlags::control;
+    EXPECT_FALSE(stage.window->sendPress(space));
+    EXPECT_EQ(stage.log, "up act up act ");
+}
+
+TEST(UIControl, ADisabledOneTakesNothingAndTellsSo)
+{
+    Controls stage;
+    Finger finger(stage, UITouchType::mouse);
+    finger.down({150, 120});
+    stage.control->setEnabled(false);
+    EXPECT_EQ(stage.log, "down cancel ");
+    finger.up().tap({150, 120});
+    EXPECT_FALSE(stage.control->accessibilityActivate());
+    EXPECT_FALSE(stage.control->becomeFirstResponder());
+    EXPECT_FALSE(stage.control->accessibilityNow().isEnabled);
+    EXPECT_EQ(stage.log, "down cancel ");
+}
+
+TEST(UIControl, ActionsMayRemoveTheControlAndEachOther)
+{
+    Controls stage;
+    std::weak_ptr<UIControl> gone = stage.control;
+    UIControl::ActionIdentifier second = 0;
+    stage.control->addAction(
+        [&](UIControl& control) {
+            control.removeAction(second);
+            control.removeFromSuperview();
+            stage.control.reset();
+        },
+        {Events::touchUpInside});
+    second = stage.control->addAction([&](UIControl&) { stage.log += "never "; }, {Events::touchUpInside});
+    Finger(stage).tap({150, 120});
+    EXPECT_EQ(stage.log, "down up act ");
+    EXPECT_TRUE(gone.expired());
+}
+
+TEST(UIControl, LeavingTheWindowEndsTheTouch)
+{
+    Controls stage;
+    Finger finger(stage);
+    finger.down({150, 120});
+    stage.control->removeFromSuperview();
+    EXPECT_EQ(stage.log, "down cancel ");
+    finger.up();
+    EXPECT_EQ(stage.log, "down cancel ");
+}
+
+TEST(UIControl, ATapAroundItDoesNotSeeItsTouchesAPanDoes)
+{
+    Controls stage;
+    auto note = [&](const char* what) { return [&, what](UIGestureRecognizer&) { stage.log += what; }; };
+    stage.window->addGestureRecognizer(std::make_shared<UITapGestureRecognizer>(note("tap ")));
+    stage.window->addGestureRecognizer(std::make_shared<UIPanGestureRecognizer>(note("pan ")));
+    Finger finger(stage);
+    finger.tap({150, 120});
+    EXPECT_EQ(stage.log, "down up act ");
+    finger.tap({10, 10});
+    EXPECT_EQ(stage.log, "down up act tap ");
+    stage.log.clear();
+    finger.down({150, 120}).moveTo({150, 150}).up();
+    EXPECT_EQ(stage.log, "down cancel pan pan "); // began, ended
+}
+
+TEST(UIButton, IsAsLargeAsWhatItHoldsAndMirrorsIt)
+{
+    Stage stage;
+    auto picture = makeImage({20, 10}, 1, [](CGContext&) { });
+    ASSERT_TRUE(picture);
+    auto button = stage.add<UIButton>(CGRect::make(0, 0, 200, 50), UIButtonStyle::bordered);
+    auto empty = button->intrinsicContentSize();
+    button->setTitle("Open");
+    auto titled = button->intrinsicContentSize();
+    EXPECT_GT(titled.width, empty.width);
+    button->setImage(*picture);
+    EXPECT_EQ(button->intrinsicContentSize().width, titled.width + 20 + 6);
+    stage.window->layoutNow();
+    EXPECT_LT(button->imageView()->frame().maxX(), button->titleLabel()->frame().minX());
+    button->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    button->setNeedsLayout();
+    stage.window->layoutNow();
+    EXPECT_GT(button->imageView()->frame().minX(), button->titleLabel()->frame().maxX());
+    button->setFrame(CGRect::make(0, 0, 3, 2)); // narrower than its insets
+    stage.window->layoutNow();
+    EXPECT_GE(button->titleLabel()->frame().width(), 0);
+}
+
+TEST(UIButton, TellsAssistiveTechnologyItsTitleAndCanBePressedByIt)
+{
+    Stage stage;
+    auto button = stage.add<UIButton>(CGRect::make(0, 0, 100, 40));
+    button->setTitle("Close");
+    int presses = 0;
+    button->addAction([&](UIControl&) { ++presses; }, {Events::primaryActionTriggered});
+    auto properties = button->accessibilityNow();
+    EXPECT_EQ(properties.role, AccessibilityRole::button);
+    EXPECT_EQ(properties.label, "Close");
+    EXPECT_TRUE(button->titleLabel()->accessibilityNow().isHidden);
+    EXPECT_TRUE(button->accessibilityActivate());
+    EXPECT_EQ(presses, 1);
+}
+
+TEST(UIButton, ItsLookTellsItsState)
+{
+    auto middleLeft = [](UIButton& button) {
+        auto image = snapshot(button, {100, 40}, 1);
+        EXPECT_TRUE(image);
+        return image ? image->pixel(4, 20).components() : ColorComponents{};
+    };
+    auto button = std::make_shared<UIButton>(UIButtonStyle::filled);
+    button->setFrame(CGRect::make(0, 0, 100, 40));
+    button->setTintColor(UIColor(0, 0, 1));
+    auto normal = middleLeft(*button);
+    EXPECT_GT(normal.blue, 0.95);
+    EXPECT_LT(normal.red, 0.05);
+    button->setHighlighted(true);
+    EXPECT_LT(middleLeft(*button).blue, 0.9);
+    button->setHighlighted(false);
+    button->setEnabled(false);
+    EXPECT_LT(middleLeft(*button).alpha, 0.95); // the tint is gone
+}
+
+} // namespace
+} // namespace platform
