@@ -164,7 +164,7 @@ bool UITextView::copy()
     assertOnMainThread();
     if (selection_.isEmpty() || !isSelectable_)
         return false;
-    UIPasteboard::general().setString(buffer_.string(selection_.range()));
+    UIPasteboard::general().setProvider(buffer_.deferredString(selection_.range()));
     return true;
 }
 

@@ -129,9 +129,7 @@ void UITextView::move(TextMovement movement, Extend extend)
             didScroll();
     }
     select(selection, Reveal::yes);
-    // A copy of a large edited text at every key would be felt.
-    constexpr std::int64_t cheap = 1 << 20; // bytes
-    if (extend == Extend::yes && (!history_.canUndo() || selection_.range().size() <= cheap))
+    if (extend == Extend::yes)
         offerPrimarySelection();
 }
 
@@ -139,10 +137,12 @@ bool UITextView::handleReadingKey(const UIPress& press)
 {
     if (press.modifiers.contains(Flags::control)) {
         if (press.key == UIKeyCode::home)
-            return scrollToStart() || true;
-        if (press.key == UIKeyCode::end)
-            return scrollToEnd() || true;
-        return false;
+            scrollToStart();
+        else if (press.key == UIKeyCode::end)
+            scrollToEnd();
+        else
+            return false;
+        return true;
     }
     // Space is left to whoever shows the text.
     if (press.key == UIKeyCode::space || !isPlain(press))

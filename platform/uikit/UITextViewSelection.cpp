@@ -237,7 +237,7 @@ std::optional<UIView::Cursor> UITextView::cursorAt(CGPoint) const
 void UITextView::offerPrimarySelection()
 {
     if (!selection_.isEmpty() && isSelectable_)
-        UIPasteboard::primarySelection().setString(buffer_.string(selection_.range()));
+        UIPasteboard::primarySelection().setProvider(buffer_.deferredString(selection_.range()));
 }
 
 void UITextView::pastePrimarySelection(CGPoint point)

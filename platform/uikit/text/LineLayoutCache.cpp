@@ -107,8 +107,8 @@ void LineLayoutCache::evict()
     for (auto& [start, entry] : entries_)
         byUse.emplace_back(entry.lastUse, start);
     std::ranges::sort(byUse);
-    // Half of them, so that this is rare; the newest stays.
-    for (std::size_t i = 0; i < byUse.size() / 2; ++i) {
+    // An eighth of them: to give up hundreds at once would be felt in that frame.
+    for (std::size_t i = 0; i < byUse.size() / 8; ++i) {
         auto it = entries_.find(byUse[i].second);
         bytes_ -= it->second.shaped->fragment.range.size();
         entries_.erase(it);

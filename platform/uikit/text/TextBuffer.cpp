@@ -71,21 +71,46 @@ String TextBuffer::text() const
     return flat_;
 }
 
+bool TextBuffer::isPartOfOriginal(std::string_view bytes) const
+{
+    auto original = original_.utf8();
+    std::less_equal<const char*> isNotAfter;
+    return isNotAfter(original.data(), bytes.data())
+        && isNotAfter(bytes.data() + bytes.size(), original.data() + original.size());
+}
+
 String TextBuffer::string(TextRange range) const
 {
     std::string scratch;
     auto bytes = view(range, scratch);
-    auto original = original_.utf8();
-    std::less_equal<const char*> isNotAfter;
-    if (isNotAfter(original.data(), bytes.data())
-        && isNotAfter(bytes.data() + bytes.size(), original.data() + original.size())) {
-        if (bytes.size() == original.size())
+    if (isPartOfOriginal(bytes)) {
+        if (bytes.size() == original_.size())
             return original_;
         return String::adopting(std::make_shared<const String>(original_), bytes);
     }
     auto copy =
         std::make_shared<const std::string>(scratch.empty() ? std::string(bytes) : std::move(scratch));
     return String::adopting(copy, *copy);
+}
+
+std::function<String()> TextBuffer::deferredString(TextRange range) const
+{
+    if (auto bytes = contiguous(range); bytes && isPartOfOriginal(*bytes))
+        return [text = string(range)] { return text; };
+    auto [first, offset] = pieces_.find(range.start);
+    auto last = pieces_.find(range.end);
+    std::vector<TextPiece> pieces;
+    for (auto piece = first; piece < pieces_.size() && piece <= last.piece; ++piece)
+        pieces.push_back(pieces_[piece]);
+    // The original is kept by its text, everything else by the storage.
+    return [original = original_, storage = storage_, pieces = std::move(pieces), offset = offset,
+            size = static_cast<std::size_t>(range.size())] {
+        auto copy = std::make_shared<std::string>();
+        copy->reserve(size + offset);
+        for (auto& piece : pieces)
+            copy->append(piece.bytes());
+        return String::adopting(copy, std::string_view(*copy).substr(offset, size));
+    };
 }
 
 std::string TextBuffer::text(TextRange range) const
@@ -100,18 +125,25 @@ std::string TextBuffer::text(TextRange range) const
     return copy;
 }
 
-std::string_view TextBuffer::view(TextRange range, std::string& scratch) const
+std::optional<std::string_view> TextBuffer::contiguous(TextRange range) const
 {
     if (range.isEmpty())
-        return {};
+        return std::string_view();
     auto [piece, offset] = pieces_.find(range.start);
     auto bytes = pieces_[piece].bytes().substr(offset);
     auto size = static_cast<std::size_t>(range.size());
-    auto contiguous = bytes.size();
-    while (contiguous < size && pieces_[piece + 1].bytes().data() == bytes.data() + contiguous)
-        contiguous += pieces_[++piece].bytes().size();
-    if (contiguous >= size)
-        return {bytes.data(), size};
+    auto together = bytes.size();
+    while (together < size && pieces_[piece + 1].bytes().data() == bytes.data() + together)
+        together += pieces_[++piece].bytes().size();
+    if (together < size)
+        return std::nullopt;
+    return std::string_view(bytes.data(), size);
+}
+
+std::string_view TextBuffer::view(TextRange range, std::string& scratch) const
+{
+    if (auto bytes = contiguous(range))
+        return *bytes;
     scratch = text(range);
     return scratch;
 }
@@ -205,14 +237,14 @@ Utf8Offset TextBuffer::utf8Offset(Utf16Offset offset) const
 
 TextEdit TextBuffer::replace(TextRange range, std::string_view text)
 {
-    return splice(range, storage_.keep(text));
+    return splice(range, storage_->keep(text));
 }
 
 TextEdit TextBuffer::replaceSharing(TextRange range, const String& text)
 {
     // A small text is copied: kept alone, it would keep all that it is a part of.
     constexpr std::size_t worthSharing = 64 * 1024;
-    return splice(range, text.size() < worthSharing ? storage_.keep(text.utf8()) : storage_.keep(text));
+    return splice(range, text.size() < worthSharing ? storage_->keep(text.utf8()) : storage_->keep(text));
 }
 
 TextEdit TextBuffer::splice(TextRange range, std::string_view kept)

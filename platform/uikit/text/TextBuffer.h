@@ -7,6 +7,9 @@
 #include "platform/uikit/text/TextStorage.h"
 
 #include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +48,9 @@ public:
     std::string text(TextRange range) const;
     // As a text of its own, which lives on whatever happens here: shared where it is a part of the original.
     String string(TextRange range) const;
+    // Makes that text when it is called, however this buffer is edited or whether it is gone by then. Costs
+    // nothing before but its pieces, 16 KiB each.
+    std::function<String()> deferredString(TextRange range) const;
     // The bytes of `range` without a copy where they are neighbours in memory, else in `scratch`. Valid until
     // `scratch` changes.
     std::string_view view(TextRange range, std::string& scratch) const;
@@ -89,9 +95,12 @@ private:
     struct Window;
 
     TextEdit splice(TextRange range, std::string_view kept);
+    // The bytes where they are; nothing when they are not neighbours.
+    std::optional<std::string_view> contiguous(TextRange range) const;
+    bool isPartOfOriginal(std::string_view bytes) const;
     Window windowAround(Utf8Offset offset, std::string& scratch) const;
 
-    TextStorage storage_;
+    std::shared_ptr<TextStorage> storage_ = std::make_shared<TextStorage>();
     String original_;
     PieceTable pieces_;
     mutable String flat_; // the whole text, when it had to be copied

@@ -97,6 +97,22 @@ TEST(TextBuffer, GivesThePartThatWasCopiedEvenWhenTheBufferIsGone)
     EXPECT_EQ(part.toStdString(), subtitles(100'000).substr(5, 29));
 }
 
+TEST(TextBuffer, MakesADeferredTextFromWhatItWasWhateverHappensMeanwhile)
+{
+    auto model = subtitles(50'000);
+    std::function<String()> deferred;
+    {
+        TextBuffer buffer{String(model)};
+        buffer.replace({{20'000}, {20'010}}, "typed in between");
+        model.replace(20'000, 10, "typed in between");
+        deferred = buffer.deferredString({{19'000}, {40'003}});
+        buffer.replace({{0}, {30'000}}, "gone");
+    }
+    EXPECT_EQ(deferred().toStdString(), model.substr(19'000, 21'003));
+    TextBuffer empty;
+    EXPECT_TRUE(empty.deferredString({})().isEmpty());
+}
+
 // The same edits on a plain string; every one is undone and done again now and then.
 TEST(TextBuffer, AgreesWithAPlainStringAfterThousandsOfEdits)
 {
