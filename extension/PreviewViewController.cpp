@@ -17,7 +17,8 @@ void PreviewViewController::preparePreviewOfFile(const URL& url, CompletionHandl
     if (!text)
         return completionHandler(_convertErrorToNSError(text.error()));
 
-    auto hosting = std::make_shared<UIHostingController<ReadOnlyTextView>>(readOnlyTextView(std::move(*text)));
+    auto hosting =
+        std::make_shared<UIHostingController<ReadOnlyTextView>>(readOnlyTextView(std::move(*text)));
     auto hosted = hosting->view();
     hosted->setTranslatesAutoresizingMaskIntoConstraints(false);
     view()->addSubview(hosted);

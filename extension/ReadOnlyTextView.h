@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "introspect/ViewTypes/TextEditorType.h"
 #include "introspect/introspect.h"
-#include "introspect/ViewTypes/TextEditor.h"
 #include "platform/foundation/String.h"
 #include "platform/swiftui/Binding.h"
 #include "platform/swiftui/Font.h"
@@ -20,10 +20,11 @@ namespace preview {
 inline auto readOnlyTextView(platform::String text)
 {
     using introspect::textEditor;
-    return platform::TextEditor {platform::Binding<platform::String>::constant(std::move(text))}
-        | introspect::introspect(textEditor,
-                                 introspect::iOS(textEditor.iOS.v14, textEditor.iOS.v15, textEditor.iOS.v16, textEditor.iOS.v17),
-                                 [](platform::UITextView& textView) { textView.setEditable(false); })
+    return platform::TextEditor{platform::Binding<platform::String>::constant(std::move(text))}
+    | introspect::introspect(textEditor,
+                             introspect::iOS(textEditor.iOS.v14, textEditor.iOS.v15, textEditor.iOS.v16,
+                                             textEditor.iOS.v17),
+                             [](platform::UITextView& textView) { textView.setEditable(false); })
         | platform::font(platform::Font::body().monospaced());
 }
 

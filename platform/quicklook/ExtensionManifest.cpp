@@ -11,9 +11,10 @@ namespace {
 
 std::unexpected<Error> fault(std::string reason)
 {
-    return failure(NSCocoaError::propertyListReadCorrupt,
-                   {{std::string(NSLocalizedDescriptionKey), "The extension’s manifest can’t be used: " + reason + "."},
-                    {std::string(NSLocalizedFailureReasonErrorKey), reason}});
+    return failure(
+        NSCocoaError::propertyListReadCorrupt,
+        {{std::string(NSLocalizedDescriptionKey), "The extension’s manifest can’t be used: " + reason + "."},
+         {std::string(NSLocalizedFailureReasonErrorKey), reason}});
 }
 
 // Follows keys through nested dictionaries; null where one is missing.
@@ -71,8 +72,8 @@ Result<ExtensionManifest> ExtensionManifest::read(const Bundle& bundle)
     if (manifest.extensionPoint != QLPreviewExtensionPoint)
         return fault("the extension point " + manifest.extensionPoint + " is not that of previews");
     manifest.principalClass = TRY(text(bundle, {"NSExtension", "NSExtensionPrincipalClass"}));
-    manifest.supportedContentTypes
-        = TRY(texts(bundle, {"NSExtension", "NSExtensionAttributes", "QLSupportedContentTypes"}));
+    manifest.supportedContentTypes =
+        TRY(texts(bundle, {"NSExtension", "NSExtensionAttributes", "QLSupportedContentTypes"}));
     return manifest;
 }
 

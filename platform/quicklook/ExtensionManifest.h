@@ -17,8 +17,8 @@ inline constexpr std::string_view QLPreviewExtensionPoint = "org.zelk.quicklook.
 // What an extension's information dictionary says of it, checked.
 struct ExtensionManifest {
     std::string identifier; // CFBundleIdentifier
-    std::string name; // CFBundleName, or the identifier
-    std::string version; // CFBundleShortVersionString
+    std::string name;       // CFBundleName, or the identifier
+    std::string version;    // CFBundleShortVersionString
     std::string extensionPoint;
     std::string principalClass;
     std::vector<std::string> supportedContentTypes; // MIME types

@@ -27,8 +27,9 @@ Result<URL> fileNamed(const std::string& file)
         return URL::fileURL(file);
     if (auto url = URL::parse(file))
         return *url;
-    return failure(NSCocoaError::fileReadInvalidFileName,
-                   {{std::string(NSLocalizedFailureReasonErrorKey), "This is not the URL of a file on this machine."}});
+    return failure(
+        NSCocoaError::fileReadInvalidFileName,
+        {{std::string(NSLocalizedFailureReasonErrorKey), "This is not the URL of a file on this machine."}});
 }
 
 int reportFailure(std::string_view program, std::string_view file, const NSError& error)
@@ -55,7 +56,8 @@ int printText(std::string_view program, const std::string& file)
             return shown;
         else if (written == 0 || errno != EINTR) {
             auto reason = written == 0 ? "nothing can be written" : std::strerror(errno);
-            std::fprintf(stderr, "%.*s: standard output: %s\n", static_cast<int>(program.size()), program.data(), reason);
+            std::fprintf(stderr, "%.*s: standard output: %s\n", static_cast<int>(program.size()),
+                         program.data(), reason);
             return notShown;
         }
     }

@@ -16,7 +16,8 @@ constexpr double largestScale = 16;
 std::optional<double> numberIn(std::string_view text)
 {
     double value = 0;
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
         return std::nullopt;
     return value;
@@ -32,7 +33,7 @@ std::optional<CGSize> sizeIn(std::string_view text)
     auto isSide = [](std::optional<double> side) { return side && *side >= 1 && *side <= largestSide; };
     if (!isSide(width) || !isSide(height))
         return std::nullopt;
-    return CGSize {*width, *height};
+    return CGSize{*width, *height};
 }
 
 // Takes the arguments one by one; the first fault ends it.
@@ -80,7 +81,8 @@ private:
     }
 
     // The value of an option: behind its equals sign, or the next argument.
-    std::optional<std::string_view> valueOf(std::string_view option, std::string_view inlineValue, bool hasInline)
+    std::optional<std::string_view> valueOf(std::string_view option, std::string_view inlineValue,
+                                            bool hasInline)
     {
         if (hasInline)
             return inlineValue;
@@ -135,7 +137,8 @@ private:
         if (option == "--size") {
             result_.size = sizeIn(value);
             if (!result_.size)
-                fault_ = "--size takes WIDTHxHEIGHT in points, each from 1 to 32767, not " + std::string(value);
+                fault_ =
+                    "--size takes WIDTHxHEIGHT in points, each from 1 to 32767, not " + std::string(value);
         } else if (option == "--scale") {
             auto scale = numberIn(value);
             if (!scale || *scale < 0.5 || *scale > largestScale)
@@ -172,7 +175,8 @@ private:
 
 } // namespace
 
-std::expected<PreviewArguments, std::string> parsePreviewArguments(std::span<const std::string_view> arguments)
+std::expected<PreviewArguments, std::string>
+parsePreviewArguments(std::span<const std::string_view> arguments)
 {
     return ArgumentReader(arguments).read();
 }
@@ -180,23 +184,24 @@ std::expected<PreviewArguments, std::string> parsePreviewArguments(std::span<con
 std::string previewUsage(std::string_view program)
 {
     std::string name(program);
-    return "Usage: " + name + " [OPTION]... FILE\n"
-        "Shows FILE, whole and unchanged, in a window.\n"
-        "\n"
-        "FILE is a path or a file: URL.\n"
-        "\n"
-        "  --snapshot OUT.png       paint the preview into a picture; needs no display\n"
-        "  --size WIDTHxHEIGHT      the size of the window or the picture, in points\n"
-        "  --scale NUMBER           pixels a point, for --snapshot (default 1)\n"
-        "  --appearance light|dark  the appearance, instead of the desktop's\n"
-        "  --text                   print the decoded text as UTF-8, exactly\n"
-        "  --help, --version\n"
-        "\n"
-        "In the window: Escape, Space, q and Ctrl+W close; Ctrl+A and Ctrl+C select and copy;\n"
-        "Ctrl++, Ctrl+- and Ctrl+0 change the text size; arrows, Page Up, Page Down, Home, End,\n"
-        "Ctrl+Home and Ctrl+End scroll.\n"
-        "\n"
-        "Exit status: 0 shown, 1 could not be read or shown, 2 wrong usage.\n";
+    return "Usage: " + name
+        + " [OPTION]... FILE\n"
+          "Shows FILE, whole and unchanged, in a window.\n"
+          "\n"
+          "FILE is a path or a file: URL.\n"
+          "\n"
+          "  --snapshot OUT.png       paint the preview into a picture; needs no display\n"
+          "  --size WIDTHxHEIGHT      the size of the window or the picture, in points\n"
+          "  --scale NUMBER           pixels a point, for --snapshot (default 1)\n"
+          "  --appearance light|dark  the appearance, instead of the desktop's\n"
+          "  --text                   print the decoded text as UTF-8, exactly\n"
+          "  --help, --version\n"
+          "\n"
+          "In the window: Escape, Space, q and Ctrl+W close; Ctrl+A and Ctrl+C select and copy;\n"
+          "Ctrl++, Ctrl+- and Ctrl+0 change the text size; arrows, Page Up, Page Down, Home, End,\n"
+          "Ctrl+Home and Ctrl+End scroll.\n"
+          "\n"
+          "Exit status: 0 shown, 1 could not be read or shown, 2 wrong usage.\n";
 }
 
 } // namespace platform

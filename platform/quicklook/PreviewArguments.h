@@ -20,13 +20,14 @@ struct PreviewArguments {
     std::string file; // a path or a file: URL, as given
     std::string snapshotPath;
     std::optional<CGSize> size; // points; the text's own size when absent
-    double scale = 1; // pixels a point
+    double scale = 1;           // pixels a point
     UIUserInterfaceStyle appearance = UIUserInterfaceStyle::unspecified; // the desktop's
     bool operator==(const PreviewArguments&) const = default;
 };
 
 // `arguments` without the program's name. The unexpected value is one line that says what is wrong.
-std::expected<PreviewArguments, std::string> parsePreviewArguments(std::span<const std::string_view> arguments);
+std::expected<PreviewArguments, std::string>
+parsePreviewArguments(std::span<const std::string_view> arguments);
 
 // What --help prints.
 std::string previewUsage(std::string_view program);

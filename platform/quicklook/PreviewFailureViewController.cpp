@@ -12,7 +12,7 @@ namespace platform {
 namespace {
 
 constexpr CGFloat margin = 24; // points between the texts and the window's edges
-constexpr CGFloat gap = 8; // points between the two texts
+constexpr CGFloat gap = 8;     // points between the two texts
 
 std::shared_ptr<UILabel> makeLabel(std::string text, FontTextStyle style, const UIColor& color)
 {

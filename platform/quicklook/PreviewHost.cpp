@@ -42,11 +42,12 @@ Result<PreparedPreview> prepare(const ExtensionManifest& manifest, const URL& fi
     if (!previewing) {
         auto reason = "the principal class " + manifest.principalClass
             + (controller ? " is no preview controller" : " is not registered");
-        return failure(NSCocoaError::propertyListReadCorrupt,
-                       {{std::string(NSLocalizedDescriptionKey), "The extension can’t be used: " + reason + "."},
-                        {std::string(NSLocalizedFailureReasonErrorKey), reason}});
+        return failure(
+            NSCocoaError::propertyListReadCorrupt,
+            {{std::string(NSLocalizedDescriptionKey), "The extension can’t be used: " + reason + "."},
+             {std::string(NSLocalizedFailureReasonErrorKey), reason}});
     }
-    PreparedPreview preview {controller, std::nullopt};
+    PreparedPreview preview{controller, std::nullopt};
     controller->loadViewIfNeeded();
     int calls = 0;
     previewing->preparePreviewOfFile(file, [&](std::optional<NSError> error) {
@@ -68,9 +69,11 @@ int paintSnapshot(std::string_view program, const PreviewArguments& arguments, c
     if (arguments.appearance != UIUserInterfaceStyle::unspecified)
         traits.userInterfaceStyle = arguments.appearance;
     traits.displayScale = arguments.scale;
-    auto size = arguments.size.value_or(suitablePreviewSize(*preview.controller, traits, UIWindow::availableScreenBounds().size));
+    auto size = arguments.size.value_or(
+        suitablePreviewSize(*preview.controller, traits, UIWindow::availableScreenBounds().size));
     auto image = snapshot(preview.controller, {.size = size, .scale = arguments.scale, .traits = traits});
-    auto written = image ? image->writePNG(arguments.snapshotPath) : Result<void>(std::unexpected(image.error()));
+    auto written =
+        image ? image->writePNG(arguments.snapshotPath) : Result<void>(std::unexpected(image.error()));
     if (!written) {
         auto picture = URL::fileURL(arguments.snapshotPath).lastPathComponent();
         complain(previewFailureLine(program, picture, written.error().bridged()));
@@ -82,7 +85,8 @@ int paintSnapshot(std::string_view program, const PreviewArguments& arguments, c
 // The window of a preview: its size, its keys, its text size.
 class PreviewWindow {
 public:
-    PreviewWindow(const PreviewArguments& arguments, const URL& file, std::shared_ptr<UIViewController> controller)
+    PreviewWindow(const PreviewArguments& arguments, const URL& file,
+                  std::shared_ptr<UIViewController> controller)
         : arguments_(arguments)
         , controller_(std::move(controller))
         , title_(file.lastPathComponent())
@@ -95,7 +99,7 @@ public:
         auto screen = UIWindow::availableScreenBounds();
         auto size = arguments_.size.value_or(suitablePreviewSize(*controller_, traits, screen.size));
         controller_->setTitle(title_);
-        window_ = std::make_shared<UIWindow>(CGRect {screen.origin, size});
+        window_ = std::make_shared<UIWindow>(CGRect{screen.origin, size});
         window_->setTitle(title_);
         window_->setMinimumSize({120, 80});
         if (arguments_.appearance != UIUserInterfaceStyle::unspecified)
@@ -103,14 +107,15 @@ public:
         window_->setRootViewController(controller_);
         window_->onUnhandledPress = [this](const UIPress& press) { return handlePress(press); };
         window_->onClose = [] { UIApplication::shared().terminate(); };
-        if (std::getenv("ZELK_REPORT_FIRST_FRAME")) { // for the start benchmark and for reports of slow starts
+        if (std::getenv(
+                "ZELK_REPORT_FIRST_FRAME")) { // for the start benchmark and for reports of slow starts
             window_->onFirstFrame = [] {
                 std::puts("first-frame");
                 std::fflush(stdout);
             };
         }
         window_->makeKeyAndVisible();
-        window_->advanceFocus(FocusDirection::forward);
+        window_->advanceFocus(false);
     }
 
 private:
@@ -126,7 +131,8 @@ private:
     {
         auto held = press.modifiers;
         bool control = held.contains(UIKeyModifierFlags::control);
-        bool other = held.contains(UIKeyModifierFlags::alternate) || held.contains(UIKeyModifierFlags::command);
+        bool other =
+            held.contains(UIKeyModifierFlags::alternate) || held.contains(UIKeyModifierFlags::command);
         if (other)
             return false;
         auto& character = press.charactersIgnoringModifiers;
@@ -159,7 +165,8 @@ private:
     std::shared_ptr<UIWindow> window_;
 };
 
-int showWindow(std::string_view program, const PreviewArguments& arguments, const URL& file, const PreparedPreview& preview)
+int showWindow(std::string_view program, const PreviewArguments& arguments, const URL& file,
+               const PreparedPreview& preview)
 {
     auto controller = preview.controller;
     if (preview.error) {
@@ -170,6 +177,19 @@ int showWindow(std::string_view program, const PreviewArguments& arguments, cons
     window.open();
     int status = UIApplication::shared().run();
     return preview.error ? notShown : status;
+}
+
+// All views are gone when it returns.
+int prepareAndShow(std::string_view program, const ExtensionManifest& manifest,
+                   const PreviewArguments& arguments, const URL& file)
+{
+    auto preview = prepare(manifest, file);
+    if (!preview) {
+        complain(std::string(program) + ": " + preview.error().localizedDescription());
+        return notShown;
+    }
+    return arguments.action == PreviewAction::window ? showWindow(program, arguments, file, *preview)
+                                                     : paintSnapshot(program, arguments, file, *preview);
 }
 
 } // namespace
@@ -187,14 +207,9 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
         UIApplication::shared().start();
     else
         startGraphics(DisplayMode::offscreen);
-
-    auto preview = prepare(manifest, file);
-    if (!preview) {
-        complain(std::string(program) + ": " + preview.error().localizedDescription());
-        return notShown;
-    }
-    return needsDisplay ? showWindow(program, arguments, file, *preview)
-                        : paintSnapshot(program, arguments, file, *preview);
+    int status = prepareAndShow(program, manifest, arguments, file);
+    stopGraphics(); // hands what was copied to the desktop, which may keep it for when we are gone
+    return status;
 }
 
 std::string previewFailureLine(std::string_view program, std::string_view file, const NSError& error)

@@ -17,8 +17,8 @@ namespace {
 // A preview is looked at, not lived in: no larger than most of the screen, no smaller than a postcard, and as wide as
 // it is without a text to ask.
 constexpr CGFloat partOfScreen = 0.8;
-constexpr CGSize smallest {360, 240}; // points
-constexpr CGSize usual {640, 480}; // points
+constexpr CGSize smallest{360, 240};     // points
+constexpr CGSize usual{640, 480};        // points
 constexpr std::int64_t widestLine = 100; // columns that a window is made wide for; longer lines wrap
 // What of the text is asked for its widest line: enough for thousands of subtitles.
 constexpr std::size_t sampleSize = 64 * 1024; // bytes
@@ -55,7 +55,8 @@ CGSize sizeOfText(UITextView& view, CGSize largest)
     auto insets = view.textContainerInset();
     // One column more than the widest line: a width that is just enough may be rounded below it.
     auto columnWidth = view.font().columnWidth();
-    auto width = widthOfLines(text.utf8(), columnWidth) + columnWidth + 2 * view.lineFragmentPadding() + insets.left + insets.right;
+    auto width = widthOfLines(text.utf8(), columnWidth) + columnWidth + 2 * view.lineFragmentPadding()
+        + insets.left + insets.right;
     width = std::clamp(std::ceil(width), smallest.width, largest.width);
     return {width, view.sizeThatFits({width, largest.height}).height};
 }
@@ -64,12 +65,12 @@ CGSize sizeOfText(UITextView& view, CGSize largest)
 
 CGSize suitablePreviewSize(UIViewController& controller, const UITraitCollection& traits, CGSize screen)
 {
-    CGSize largest {std::max(smallest.width, std::floor(screen.width * partOfScreen)),
-                    std::max(smallest.height, std::floor(screen.height * partOfScreen))};
+    CGSize largest{std::max(smallest.width, std::floor(screen.width * partOfScreen)),
+                   std::max(smallest.height, std::floor(screen.height * partOfScreen))};
     auto wanted = usual;
     auto shared = std::static_pointer_cast<UIViewController>(controller.shared_from_this());
     // One point high: enough to have the controller build its views, and hardly any text to shape.
-    auto window = std::make_shared<UIWindow>(CGRect {{}, {largest.width, 1}});
+    auto window = std::make_shared<UIWindow>(CGRect{{}, {largest.width, 1}});
     window->setBaseTraits(traits);
     window->setRootViewController(shared);
     window->layoutNow();

@@ -15,7 +15,8 @@ const std::string program = ZELK_BINARY_DIR "/bin/subtitle-preview";
 class SessionBus {
 public:
     explicit SessionBus(const Desktop& desktop)
-        : daemon_({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"}, desktop.environment())
+        : daemon_({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"},
+                  desktop.environment())
         , address_(daemon_.readLine().value_or(""))
     {
         EXPECT_FALSE(address_.empty()) << "no session bus";
@@ -76,8 +77,9 @@ TEST(Accessibility, theTextViewIsFoundWithItsRoleStatesTextAndSelection)
     TemporaryFolder folder;
     const std::string content = "first line\nsecond \U0001F600 line\n";
     auto file = folder.file("film.srt", content);
-    Process process({program, file}, desktop.environment({{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
-                                                          {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}}));
+    Process process({program, file},
+                    desktop.environment({{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                         {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}}));
     auto window = desktop.findWindow("film.srt");
     ASSERT_TRUE(window);
     ASSERT_TRUE(desktop.activate(*window));
@@ -88,15 +90,17 @@ TEST(Accessibility, theTextViewIsFoundWithItsRoleStatesTextAndSelection)
         return view != nullptr;
     })) << "no text view on the accessibility bus";
 
-    for (auto state : {ATSPI_STATE_MULTI_LINE, ATSPI_STATE_READ_ONLY, ATSPI_STATE_FOCUSABLE, ATSPI_STATE_ENABLED,
-                       ATSPI_STATE_VISIBLE})
+    for (auto state : {ATSPI_STATE_MULTI_LINE, ATSPI_STATE_READ_ONLY, ATSPI_STATE_FOCUSABLE,
+                       ATSPI_STATE_ENABLED, ATSPI_STATE_VISIBLE})
         EXPECT_TRUE(hasState(view.get(), state)) << "state " << state;
     EXPECT_FALSE(hasState(view.get(), ATSPI_STATE_EDITABLE));
     EXPECT_TRUE(eventually([&] { return hasState(view.get(), ATSPI_STATE_FOCUSED); }));
 
     Reference<AtspiText> text(atspi_accessible_get_text_iface(view.get()));
     ASSERT_TRUE(text);
-    EXPECT_EQ(take(atspi_text_get_text(text.get(), 0, atspi_text_get_character_count(text.get(), nullptr), nullptr)), content);
+    EXPECT_EQ(take(atspi_text_get_text(text.get(), 0, atspi_text_get_character_count(text.get(), nullptr),
+                                       nullptr)),
+              content);
     auto* line = atspi_text_get_string_at_offset(text.get(), 3, ATSPI_TEXT_GRANULARITY_LINE, nullptr);
     ASSERT_NE(line, nullptr);
     EXPECT_EQ(std::string(line->content), "first line\n");

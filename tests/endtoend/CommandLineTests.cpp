@@ -16,7 +16,7 @@ namespace endtoend {
 namespace {
 
 const std::string program = ZELK_BINARY_DIR "/bin/subtitle-preview";
-const Environment noDisplay {{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}, {"QT_QPA_PLATFORM", ""}};
+const Environment noDisplay{{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}, {"QT_QPA_PLATFORM", ""}};
 
 bool isOneLine(const std::string& text)
 {
@@ -35,7 +35,10 @@ TEST(CommandLine, textGivesTheDecodedTextExactly)
         {"no newline at the end", "1\n00:00 --> 00:01\nHi", "1\n00:00 --> 00:01\nHi"},
         {"carriage returns stay", "a\r\nb\rc\n", "a\r\nb\rc\n"},
         {"a mark is no text", "\xEF\xBB\xBFmarked", "marked"},
-        {"UTF-16 with a mark", "\xFF\xFE""h\0i\0=\xD8\0\xDE"s, "hi\U0001F600"},
+        {"UTF-16 with a mark",
+         "\xFF\xFE"
+         "h\0i\0=\xD8\0\xDE"s,
+         "hi\U0001F600"},
         {"UTF-16 without a mark", "1\0\r\0\n\0H\0e\0l\0l\0o\0"s, "1\r\nHello"},
         {"UTF-32 big-endian with a mark", "\0\0\xFE\xFF\0\0\0A\0\1\xF6\0"s, "A\U0001F600"},
         {"zero bytes and controls inside a text", "a\0b\x01\x1B[0m tab\there and more text\n"s,
@@ -57,7 +60,8 @@ TEST(CommandLine, aFileUrlAndAPathOutsideOfUtf8NameTheSameFileAsThePlainPath)
     folder.file("a b%\u00E9.srt", "by url\n");
     auto url = "file://" + folder.path("a%20b%25%C3%A9.srt");
     EXPECT_EQ(run({program, "--text", url}, noDisplay).output, "by url\n");
-    EXPECT_EQ(run({program, "--text", folder.file("\xFF\xFE.srt", "odd name\n")}, noDisplay).output, "odd name\n");
+    EXPECT_EQ(run({program, "--text", folder.file("\xFF\xFE.srt", "odd name\n")}, noDisplay).output,
+              "odd name\n");
 }
 
 TEST(CommandLine, whatCannotBeReadIsNamedOnOneLineWithItsReasonAndExitsWithOne)
@@ -65,7 +69,7 @@ TEST(CommandLine, whatCannotBeReadIsNamedOnOneLineWithItsReasonAndExitsWithOne)
     TemporaryFolder folder;
     ASSERT_EQ(mkfifo(folder.path("pipe.srt").c_str(), 0600), 0);
     int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address {.sun_family = AF_UNIX};
+    sockaddr_un address{.sun_family = AF_UNIX};
     auto socketPath = folder.path("socket.srt");
     ASSERT_LT(socketPath.size(), sizeof address.sun_path);
     socketPath.copy(address.sun_path, sizeof address.sun_path - 1);
@@ -81,14 +85,27 @@ TEST(CommandLine, whatCannotBeReadIsNamedOnOneLineWithItsReasonAndExitsWithOne)
         {socketPath, "socket.srt"},
         {"/dev/null", "null"},
         {"/dev/zero", "zero"},
-        {folder.file("cut.srt", std::string("\xFF\xFE""a\0b", 5)), "cut.srt"},
-        {folder.file("lone.srt", std::string("\xFF\xFE\x00\xD8""a\0", 6)), "lone.srt"},
+        {folder.file("cut.srt",
+                     std::string("\xFF\xFE"
+                                 "a\0b",
+                                 5)),
+         "cut.srt"},
+        {folder.file("lone.srt",
+                     std::string("\xFF\xFE\x00\xD8"
+                                 "a\0",
+                                 6)),
+         "lone.srt"},
         {folder.file("latin.srt", "caf\xE9 au lait\n"), "latin.srt"},
-        {folder.file("binary.srt", std::string("\x7F""ELF\2\1\1\0\0\0\xFF\xC0\0\0\1", 15)), "binary.srt"},
+        {folder.file("binary.srt",
+                     std::string("\x7F"
+                                 "ELF\2\1\1\0\0\0\xFF\xC0\0\0\1",
+                                 15)),
+         "binary.srt"},
         {"file://elsewhere/film.srt", "film.srt"},
     };
     for (auto& each : cases) {
-        for (std::vector<std::string> how : {std::vector<std::string> {"--text"}, {"--snapshot", folder.path("out.png")}}) {
+        for (std::vector<std::string> how :
+             {std::vector<std::string>{"--text"}, {"--snapshot", folder.path("out.png")}}) {
             how.insert(how.begin(), program);
             how.push_back(each.file);
             auto outcome = run(how, noDisplay);
@@ -129,7 +146,8 @@ TEST(CommandLine, withoutADisplayItSaysSoInOneLineAndHowToGetAPicture)
 {
     TemporaryFolder folder;
     auto file = folder.file("a.srt", "text\n");
-    for (auto environment : {noDisplay, Environment {{"DISPLAY", ":97531"}, {"WAYLAND_DISPLAY", ""}, {"QT_QPA_PLATFORM", ""}}}) {
+    for (auto environment :
+         {noDisplay, Environment{{"DISPLAY", ":97531"}, {"WAYLAND_DISPLAY", ""}, {"QT_QPA_PLATFORM", ""}}}) {
         auto outcome = run({program, file}, environment);
         EXPECT_EQ(outcome.exitStatus, 1);
         EXPECT_TRUE(isOneLine(outcome.errors)) << outcome.errors;
@@ -146,13 +164,15 @@ TEST(CommandLine, aSnapshotHasTheAskedSizeScaleAndAppearance)
         int width, height;
         bool isDark;
     };
-    const Case cases[] = {{"300x200", "1", "light", 300, 200, false}, {"300x200", "2", "dark", 600, 400, true},
+    const Case cases[] = {{"300x200", "1", "light", 300, 200, false},
+                          {"300x200", "2", "dark", 600, 400, true},
                           {"1x1", "1", "light", 1, 1, false}};
     for (auto& each : cases) {
         SCOPED_TRACE(std::string(each.size) + " " + each.appearance);
         auto picture = folder.path("out.png");
-        auto outcome = run({program, "--snapshot", picture, "--size", each.size, "--scale", each.scale, "--appearance",
-                            each.appearance, file}, noDisplay);
+        auto outcome = run({program, "--snapshot", picture, "--size", each.size, "--scale", each.scale,
+                            "--appearance", each.appearance, file},
+                           noDisplay);
         ASSERT_EQ(outcome.exitStatus, 0) << outcome.errors;
         auto image = platform::UIImage::fromFile(picture);
         ASSERT_TRUE(image);
@@ -180,7 +200,8 @@ TEST(CommandLine, aReaderThatGoesAwayEndsItQuietly)
 {
     TemporaryFolder folder;
     auto file = folder.file("long.srt", std::string(8 << 20, 'x'));
-    auto outcome = run({"bash", "-c", "set -o pipefail; '" + program + "' --text '" + file + "' | head -c 10"}, noDisplay);
+    auto outcome = run(
+        {"bash", "-c", "set -o pipefail; '" + program + "' --text '" + file + "' | head -c 10"}, noDisplay);
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
     EXPECT_EQ(outcome.errors, "");
 }

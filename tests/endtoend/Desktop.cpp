@@ -26,17 +26,19 @@ std::optional<Picture> parseWindowDump(const std::string& bytes)
         return std::nullopt;
     auto word = [&](std::size_t index) { return bigEndian(bytes, index * 4); };
     auto headerSize = word(0);
-    auto width = word(4), height = word(5), bitsPerPixel = word(11), bytesPerLine = word(12), colors = word(19);
+    auto width = word(4), height = word(5), bitsPerPixel = word(11), bytesPerLine = word(12),
+         colors = word(19);
     bool littleEndian = word(7) == 0;
-    std::size_t start = headerSize + std::size_t {12} * colors;
-    if (bitsPerPixel != 32 || !littleEndian || bytes.size() < start + std::size_t {bytesPerLine} * height)
+    std::size_t start = headerSize + std::size_t{12} * colors;
+    if (bitsPerPixel != 32 || !littleEndian || bytes.size() < start + std::size_t{bytesPerLine} * height)
         return std::nullopt;
 
-    Picture picture {static_cast<int>(width), static_cast<int>(height), {}};
-    picture.pixels.reserve(std::size_t {width} * height);
+    Picture picture{static_cast<int>(width), static_cast<int>(height), {}};
+    picture.pixels.reserve(std::size_t{width} * height);
     for (std::uint32_t y = 0; y < height; ++y) {
         for (std::uint32_t x = 0; x < width; ++x) {
-            auto at = reinterpret_cast<const std::uint8_t*>(bytes.data()) + start + std::size_t {y} * bytesPerLine + x * 4;
+            auto at = reinterpret_cast<const std::uint8_t*>(bytes.data()) + start
+                + std::size_t{y} * bytesPerLine + x * 4;
             picture.pixels.push_back({at[2], at[1], at[0]});
         }
     }
@@ -58,8 +60,8 @@ int Picture::darkPixels(int x, int y, int w, int h) const
 Desktop::Desktop(int width, int height)
 {
     auto screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
-    server_ = std::make_unique<Process>(
-        std::vector<std::string> {"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-nolisten", "tcp", "-noreset"});
+    server_ = std::make_unique<Process>(std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
+                                                                 screen, "-nolisten", "tcp", "-noreset"});
     if (auto number = server_->readLine())
         display_ = ":" + *number;
     else
@@ -96,13 +98,14 @@ bool Desktop::activate(const std::string& window)
 {
     tool({"xdotool", "windowmove", "--sync", window, "0", "0"});
     tool({"xdotool", "windowfocus", "--sync", window});
-    return eventually([&] { return run({"xdotool", "getwindowfocus"}, environment()).output.starts_with(window); });
+    return eventually(
+        [&] { return run({"xdotool", "getwindowfocus"}, environment()).output.starts_with(window); });
 }
 
 Picture Desktop::picture(const std::string& window)
 {
     auto dump = run({"xwd", "-silent", "-id", window}, environment());
-    return parseWindowDump(dump.output).value_or(Picture {});
+    return parseWindowDump(dump.output).value_or(Picture{});
 }
 
 void Desktop::key(const std::string& chord)

@@ -77,7 +77,8 @@ TEST(PreviewWindow, theFirstLineIsOnScreenAndEqualsThePictureOfTheSameTree)
     ASSERT_TRUE(preview.shows([](const Picture& picture) { return startsWithBar(picture, topInset, 16); }));
 
     auto snapshot = preview.folder.path("picture.png");
-    auto outcome = run({program, "--snapshot", snapshot, "--size", "700x500", "--appearance", "light", preview.file});
+    auto outcome =
+        run({program, "--snapshot", snapshot, "--size", "700x500", "--appearance", "light", preview.file});
     ASSERT_EQ(outcome.exitStatus, 0) << outcome.errors;
     auto image = platform::UIImage::fromFile(snapshot);
     ASSERT_TRUE(image);
@@ -90,7 +91,8 @@ TEST(PreviewWindow, theFirstLineIsOnScreenAndEqualsThePictureOfTheSameTree)
             auto expected = image->pixel(x, y).components();
             auto near = [](std::uint8_t a, double b) { return std::abs(a - b * 255) < 24; };
             auto& pixel = screen.at(x, y);
-            differing += !(near(pixel.red, expected.red) && near(pixel.green, expected.green) && near(pixel.blue, expected.blue));
+            differing += !(near(pixel.red, expected.red) && near(pixel.green, expected.green)
+                           && near(pixel.blue, expected.blue));
         }
     }
     EXPECT_LT(differing, 60) << "window and snapshot paint different things";
@@ -119,7 +121,8 @@ TEST(PreviewWindow, typingChangesNothingAndTheFileStaysAsItIs)
 TEST(PreviewWindow, aDragSelectsAndCopyGivesExactlyThoseCharacters)
 {
     PreviewWindow preview("0123456789\nab\u0301cdefghi\nlast\n");
-    ASSERT_TRUE(preview.shows([](const Picture& picture) { return picture.darkPixels(0, 0, 700, 100) > 50; }));
+    ASSERT_TRUE(
+        preview.shows([](const Picture& picture) { return picture.darkPixels(0, 0, 700, 100) > 50; }));
     auto font = platform::UIFont::monospacedSystemFont(17);
     auto x = [&](int column) { return static_cast<int>(leftInset + column * font.columnWidth()); };
     auto y = [&](int line) { return static_cast<int>(topInset + (line + 0.5) * font.lineHeight()); };
@@ -164,7 +167,8 @@ TEST(PreviewWindow, theTextSizeFollowsItsKeys)
     PreviewWindow preview(bar + "\nsecond\n");
     auto inkWidth = [&](const Picture& picture) {
         int width = 0;
-        while (leftInset + width < picture.width && picture.at(leftInset + width, topInset + 8).luminance() < 128)
+        while (leftInset + width < picture.width
+               && picture.at(leftInset + width, topInset + 8).luminance() < 128)
             ++width;
         return width;
     };
@@ -184,7 +188,8 @@ TEST(PreviewWindow, theTextSizeFollowsItsKeys)
 TEST(PreviewWindow, onANewerSystemTheEditorTakesTypingAndTheFileIsUntouched)
 {
     PreviewWindow preview("kept\n", {{"ZELK_SYSTEM_VERSION", "18.0"}});
-    ASSERT_TRUE(preview.shows([](const Picture& picture) { return picture.darkPixels(0, 0, 700, 100) > 20; }));
+    ASSERT_TRUE(
+        preview.shows([](const Picture& picture) { return picture.darkPixels(0, 0, 700, 100) > 20; }));
     preview.desktop.click(30, 16);
     preview.desktop.key("ctrl+Home");
     preview.desktop.type("typed q ");
@@ -239,7 +244,8 @@ TEST(PreviewWindow, theScrollBarReachesAnyPlaceAndTheWheelMoves)
     EXPECT_TRUE(preview.shows(barAtTop));
     auto before = preview.picture();
     preview.desktop.drag(695, 12, 695, 250); // the thumb, from its top to the middle
-    EXPECT_TRUE(preview.shows([&](const Picture& picture) { return picture != before && !barAtTop(picture); }));
+    EXPECT_TRUE(
+        preview.shows([&](const Picture& picture) { return picture != before && !barAtTop(picture); }));
 }
 
 } // namespace

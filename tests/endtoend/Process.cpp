@@ -72,8 +72,8 @@ Process::Process(std::vector<std::string> arguments, const Environment& environm
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
 
     auto merged = mergedEnvironment(environment);
-    auto fault = posix_spawnp(&pid_, arguments.front().c_str(), &actions, &attributes, pointersTo(arguments).data(),
-                              pointersTo(merged).data());
+    auto fault = posix_spawnp(&pid_, arguments.front().c_str(), &actions, &attributes,
+                              pointersTo(arguments).data(), pointersTo(merged).data());
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     close(output[1]);
@@ -145,7 +145,7 @@ std::optional<Outcome> Process::wait(std::chrono::milliseconds limit)
             open = false;
         }
     }
-    return Outcome {*status_, output_, errors_};
+    return Outcome{*status_, output_, errors_};
 }
 
 std::optional<std::string> Process::readLine(std::chrono::milliseconds limit)
@@ -168,11 +168,12 @@ void Process::terminate(int signal)
         kill(-pid_, signal);
 }
 
-Outcome run(std::vector<std::string> arguments, const Environment& environment, std::chrono::milliseconds limit)
+Outcome run(std::vector<std::string> arguments, const Environment& environment,
+            std::chrono::milliseconds limit)
 {
     Process process(std::move(arguments), environment);
     auto outcome = process.wait(limit);
-    return outcome ? *outcome : Outcome {-1, {}, "did not end in time"};
+    return outcome ? *outcome : Outcome{-1, {}, "did not end in time"};
 }
 
 void pauseBriefly()

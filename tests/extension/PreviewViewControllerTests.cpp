@@ -53,7 +53,8 @@ struct Preview {
 
 TEST(PreviewViewController, aReadableFileShowsItsExactTextReadOnlySelectableInTheMonospacedBodyFont)
 {
-    const std::string contents[] = {"", "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>Hi</i>\r\n", "\n\n\n", std::string("a\0b", 3)};
+    const std::string contents[] = {"", "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>Hi</i>\r\n", "\n\n\n",
+                                    std::string("a\0b", 3)};
     for (auto& content : contents) {
         Preview preview(content);
         EXPECT_EQ(preview.completions, 1);
@@ -63,14 +64,17 @@ TEST(PreviewViewController, aReadableFileShowsItsExactTextReadOnlySelectableInTh
         EXPECT_EQ(textView->text(), String(content));
         EXPECT_FALSE(textView->isEditable());
         EXPECT_TRUE(textView->isSelectable());
-        EXPECT_EQ(textView->font(), UIFont::preferredFont(FontTextStyle::body, UIContentSizeCategory::large, 1, FontDesign::monospaced));
+        EXPECT_EQ(textView->font(),
+                  UIFont::preferredFont(FontTextStyle::body, UIContentSizeCategory::large, 1,
+                                        FontDesign::monospaced));
     }
 }
 
 TEST(PreviewViewController, aReadErrorIsHandedBackUnchangedOnceAndNothingIsShown)
 {
     endtoend::TemporaryFolder folder;
-    for (auto& url : {URL::fileURL(folder.path("gone.srt")), URL::fileURL(folder.file("bad.srt", "caf\xE9 au lait"))}) {
+    for (auto& url :
+         {URL::fileURL(folder.path("gone.srt")), URL::fileURL(folder.file("bad.srt", "caf\xE9 au lait"))}) {
         auto expected = String::contentsOf(url);
         ASSERT_FALSE(expected);
         Preview preview(url);
@@ -110,7 +114,8 @@ TEST(PreviewViewController, pinsTopBottomLeadingTrailingInThatOrderAndAddsTheChi
     EXPECT_FALSE(hosted->translatesAutoresizingMaskIntoConstraints());
     auto constraints = controller.view()->constraints();
     ASSERT_EQ(constraints.size(), 4U);
-    const NSLayoutAttribute order[] = {NSLayoutAttribute::top, NSLayoutAttribute::bottom, NSLayoutAttribute::leading, NSLayoutAttribute::trailing};
+    const NSLayoutAttribute order[] = {NSLayoutAttribute::top, NSLayoutAttribute::bottom,
+                                       NSLayoutAttribute::leading, NSLayoutAttribute::trailing};
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(constraints[i]->firstAttribute(), order[i]);
         EXPECT_EQ(constraints[i]->secondAttribute(), order[i]);
@@ -124,7 +129,8 @@ TEST(PreviewViewController, pinsTopBottomLeadingTrailingInThatOrderAndAddsTheChi
 TEST(PreviewViewController, aSecondCallPutsAFreshPreviewOnTopOfTheFirst)
 {
     Preview preview("first\n");
-    preview.controller->preparePreviewOfFile(URL::fileURL(preview.folder.file("second.srt", "second\n")), [](auto) { });
+    preview.controller->preparePreviewOfFile(URL::fileURL(preview.folder.file("second.srt", "second\n")),
+                                             [](auto) { });
     preview.window->layoutNow();
     preview.clock.settle();
     auto& subviews = preview.controller->view()->subviews();

@@ -12,7 +12,7 @@ namespace {
 std::string manifestWith(std::string_view piece, std::string_view replacement)
 {
     std::ifstream stream(ZELK_SOURCE_DIR "/extension/Info.plist");
-    std::string text {std::istreambuf_iterator<char>(stream), {}};
+    std::string text{std::istreambuf_iterator<char>(stream), {}};
     if (!piece.empty()) {
         auto at = text.find(piece);
         EXPECT_NE(at, std::string::npos) << piece;
@@ -37,7 +37,7 @@ TEST(ExtensionManifest, thePreviewsOwnManifestNamesItsPointClassAndContentType)
     ASSERT_TRUE(manifest) << manifest.error().localizedDescription();
     EXPECT_EQ(manifest->extensionPoint, QLPreviewExtensionPoint);
     EXPECT_EQ(manifest->principalClass, "PreviewViewController");
-    EXPECT_EQ(manifest->supportedContentTypes, std::vector<std::string> {"application/x-subrip"});
+    EXPECT_EQ(manifest->supportedContentTypes, std::vector<std::string>{"application/x-subrip"});
 }
 
 TEST(ExtensionManifest, oneThatCannotBeUsedIsRefusedWithTheKeyNamed)
@@ -60,7 +60,8 @@ TEST(ExtensionManifest, oneThatCannotBeUsedIsRefusedWithTheKeyNamed)
         ASSERT_FALSE(manifest) << each.replacement;
         auto& error = manifest.error().bridged();
         EXPECT_EQ(error.code(), static_cast<long>(NSCocoaError::propertyListReadCorrupt));
-        EXPECT_NE(error.localizedFailureReason().find(each.mentions), std::string::npos) << error.localizedFailureReason();
+        EXPECT_NE(error.localizedFailureReason().find(each.mentions), std::string::npos)
+            << error.localizedFailureReason();
     }
 }
 
