@@ -32,7 +32,7 @@ inline std::string subtitles(std::size_t bytes, std::string_view lineEnd = "\n")
     for (int cue = 1; text.size() < bytes; ++cue) {
         auto end = std::string(lineEnd);
         text += std::to_string(cue) + end + "00:00:01,000 --> 00:00:02,500" + end;
-        text += "What I say in cue " + std::to_string(cue * 7919 % 1000) + end;
+        text += "What I say in cue " + std::to_string(cue % 1000 * 7919 % 1000) + end;
         if (cue % 3 == 0)
             text += "takes another line" + end;
         text += end;
