@@ -37,6 +37,7 @@ public:
 protected:
     ViewNode& child() const { return *child_; }
     void setChild(std::unique_ptr<ViewNode> child) { child_ = std::move(child); }
+    std::unique_ptr<ViewNode> takeChild() { return std::move(child_); }
 
 private:
     std::unique_ptr<ViewNode> child_;
