@@ -89,9 +89,9 @@ bool SettingsPortal::busIsThere()
 class SettingsPortal::Connection : public QObject {
     Q_OBJECT
 public:
-    explicit Connection(SettingsPortal& portal)
+    Connection(SettingsPortal& portal, const QDBusConnection& bus)
         : portal_(portal)
-        , bus_(QDBusConnection::sessionBus())
+        , bus_(bus)
     {
         if (!bus_.isConnected())
             return;
@@ -160,7 +160,15 @@ SettingsPortal::SettingsPortal(UITraitCollection defaults, std::function<void()>
     , onChange_(std::move(onChange))
 {
     if (busIsThere())
-        connection_ = std::make_unique<Connection>(*this);
+        connection_ = std::make_unique<Connection>(*this, QDBusConnection::sessionBus());
+}
+
+SettingsPortal::SettingsPortal(UITraitCollection defaults, std::function<void()> onChange,
+                               const QDBusConnection& bus)
+    : traits_(std::move(defaults))
+    , onChange_(std::move(onChange))
+    , connection_(std::make_unique<Connection>(*this, bus))
+{
 }
 
 SettingsPortal::~SettingsPortal() = default;

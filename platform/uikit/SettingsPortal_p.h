@@ -10,6 +10,8 @@
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 
+class QDBusConnection;
+
 namespace platform {
 
 // The desktop's settings, asked from the portal on the session bus and followed. Questions are sent when it is made
@@ -18,6 +20,8 @@ class SettingsPortal {
 public:
     // `onChange` is called when a setting arrives or changes, never from a call to this object.
     SettingsPortal(UITraitCollection defaults, std::function<void()> onChange);
+    // Asks on that bus, which is connected.
+    SettingsPortal(UITraitCollection defaults, std::function<void()> onChange, const QDBusConnection& bus);
     ~SettingsPortal();
     SettingsPortal(const SettingsPortal&) = delete; // the bus holds its address
     SettingsPortal& operator=(const SettingsPortal&) = delete;

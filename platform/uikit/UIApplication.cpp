@@ -51,6 +51,10 @@ void UIApplication::start()
     assertOnMainThread();
     if (state_->pump)
         return;
+    // The library looks for the accessibility bus, and would have a session bus started for that where there is none:
+    // 5 ms, and a daemon that stays. Before any thread exists that reads the environment.
+    if (!SettingsPortal::busIsThere())
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     startGraphics(DisplayMode::window);
     QGuiApplication::setQuitOnLastWindowClosed(false); // `remove` sees to it
     state_->pump.emplace();

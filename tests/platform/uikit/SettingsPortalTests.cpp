@@ -1,7 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "platform/uikit/SettingsPortal_p.h"
 
+#include "platform/graphics/GraphicsRuntime.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
+#include <QtCore/QProcess>
+#include <QtCore/QSemaphore>
+#include <QtCore/QThread>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusVariant>
+#include <QtDBus/QDBusVirtualObject>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -98,6 +109,140 @@ TEST(SettingsPortal, asks_only_a_bus_that_is_there)
     }
     put("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     std::filesystem::remove_all(directory);
+}
+
+const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const auto portalInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const auto appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+
+// A bus of its own, with a portal as people's desktops have them: it knows only `Read`, wraps twice, and not every key.
+class FakeDesktop {
+public:
+    class Portal : public QDBusVirtualObject {
+    public:
+        QString introspect(const QString&) const override { return {}; }
+        bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+        {
+            auto arguments = message.arguments();
+            if (message.member() != QLatin1String("Read") || arguments.size() != 2)
+                return false;
+            if (arguments[1].toString() != QLatin1String("color-scheme"))
+                return connection.send(
+                    message.createErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"),
+                                             QStringLiteral("no such setting")));
+            return connection.send(message.createReply(wrapped(1u, 2)));
+        }
+    };
+
+    FakeDesktop()
+    {
+        startGraphics(DisplayMode::offscreen);
+        daemon_.start(QStringLiteral("dbus-daemon"),
+                      {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
+                       QStringLiteral("--print-address"), QStringLiteral("--address=unix:tmpdir=/tmp")});
+        if (daemon_.waitForStarted() && daemon_.waitForReadyRead())
+            address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
+    }
+    ~FakeDesktop()
+    {
+        daemon_.kill();
+        daemon_.waitForFinished();
+    }
+    bool isThere() const { return !address_.isEmpty(); }
+    QDBusConnection connect(const char* name)
+    {
+        return QDBusConnection::connectToBus(address_, QString::fromLatin1(name));
+    }
+
+private:
+    QProcess daemon_;
+    QString address_;
+};
+
+void offer(QDBusConnection& bus, FakeDesktop::Portal& portal)
+{
+    bus.registerVirtualObject(portalPath, &portal);
+    ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+}
+
+// Until the condition holds; the test fails when it does not within some seconds.
+void processEventsUntil(const std::function<bool()>& condition)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!condition() && time.elapsed() < 10000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    EXPECT_TRUE(condition());
+}
+
+TEST(SettingsPortal, takes_answers_that_come_while_it_waits)
+{
+    FakeDesktop desktop;
+    if (!desktop.isThere())
+        GTEST_SKIP() << "no dbus-daemon is installed";
+    // The portal answers from a thread of its own, as this one waits.
+    QEventLoop* loop = nullptr;
+    QSemaphore isReady;
+    std::unique_ptr<QThread> thread(QThread::create([&] {
+        FakeDesktop::Portal portal;
+        auto bus = desktop.connect("answering-portal");
+        offer(bus, portal);
+        QEventLoop ownLoop;
+        loop = &ownLoop;
+        isReady.release();
+        ownLoop.exec();
+    }));
+    thread->start();
+    isReady.acquire();
+    int changes = 0;
+    {
+        SettingsPortal settings({}, [&] { ++changes; }, desktop.connect("asking-program"));
+        settings.waitForAnswers(std::chrono::seconds(10));
+        EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::dark);
+        EXPECT_EQ(settings.traits().textScale, 1) << "a missing setting keeps its default";
+        for (int i = 0; i < 20; ++i)
+            QCoreApplication::processEvents();
+        EXPECT_EQ(changes, 0) << "what was waited for is no change";
+    }
+    loop->quit();
+    thread->wait();
+}
+
+TEST(SettingsPortal, takes_answers_that_come_late_and_follows_changes)
+{
+    FakeDesktop desktop;
+    if (!desktop.isThere())
+        GTEST_SKIP() << "no dbus-daemon is installed";
+    FakeDesktop::Portal portal;
+    auto bus = desktop.connect("late-portal");
+    offer(bus, portal);
+    int changes = 0;
+    SettingsPortal settings({}, [&] { ++changes; }, desktop.connect("patient-program"));
+    settings.waitForAnswers(std::chrono::milliseconds(1)); // the portal is on this thread and cannot answer
+    EXPECT_EQ(settings.traits(), UITraitCollection{});
+    processEventsUntil([&] { return changes == 1; });
+    EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::dark);
+
+    auto changed = [&](const QString& key, const QVariant& value) {
+        auto signal =
+            QDBusMessage::createSignal(portalPath, portalInterface, QStringLiteral("SettingChanged"));
+        signal << appearanceGroup << key << wrapped(value, 1);
+        bus.send(signal);
+    };
+    changed(QStringLiteral("accent-color"), 5u); // none of ours
+    changed(QStringLiteral("color-scheme"), 2u);
+    processEventsUntil([&] { return changes == 2; });
+    EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::light);
+}
+
+TEST(SettingsPortal, goes_on_without_a_portal)
+{
+    FakeDesktop desktop;
+    if (!desktop.isThere())
+        GTEST_SKIP() << "no dbus-daemon is installed";
+    SettingsPortal settings({}, [] { ADD_FAILURE(); }, desktop.connect("lonely-program"));
+    settings.waitForAnswers(std::chrono::seconds(10)); // the bus itself says that nobody is there
+    EXPECT_EQ(settings.traits(), UITraitCollection{});
 }
 
 } // namespace
