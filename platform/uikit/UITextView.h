@@ -144,6 +144,7 @@ private:
     // How much a drag selects at a time, and what it began with.
     enum class SelectionUnit { character, word, line };
     struct Drag {
+        Drag() { } // written out: a defaulted one is not complete yet where the optional below needs it
         SelectionUnit unit = SelectionUnit::character;
         TextRange base;
         CGPoint point; // own coordinates, where the pointer is

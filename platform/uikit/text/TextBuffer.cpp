@@ -97,13 +97,13 @@ std::function<String()> TextBuffer::deferredString(TextRange range) const
 {
     if (auto bytes = contiguous(range); bytes && isPartOfOriginal(*bytes))
         return [text = string(range)] { return text; };
-    auto [first, offset] = pieces_.find(range.start);
+    auto first = pieces_.find(range.start);
     auto last = pieces_.find(range.end);
     std::vector<TextPiece> pieces;
-    for (auto piece = first; piece < pieces_.size() && piece <= last.piece; ++piece)
+    for (auto piece = first.piece; piece < pieces_.size() && piece <= last.piece; ++piece)
         pieces.push_back(pieces_[piece]);
     // The original is kept by its text, everything else by the storage.
-    return [original = original_, storage = storage_, pieces = std::move(pieces), offset = offset,
+    return [original = original_, storage = storage_, pieces = std::move(pieces), offset = first.offset,
             size = static_cast<std::size_t>(range.size())] {
         auto copy = std::make_shared<std::string>();
         copy->reserve(size + offset);
