@@ -170,7 +170,9 @@ std::optional<URL> URL::parse(std::string_view text)
         if (!isFile) {
             auto host = authority.rfind('@') + 1; // 0 when there is no user
             appendEncoded(canonical, authority.substr(0, host), encodedMarks);
-            appendEncoded(canonical, lowerCase(authority.substr(host)), encodedMarks);
+            std::string encodedHost;
+            appendEncoded(encodedHost, authority.substr(host), encodedMarks);
+            canonical += lowerCase(encodedHost); // escapes too, so that reading it again changes nothing
         }
     } else if (isFile) {
         canonical += "//";

@@ -167,6 +167,9 @@ TEST(URLTests, Other_schemes_keep_what_the_server_reads)
     EXPECT_EQ(url->path(), "/a/b/ü");
     EXPECT_FALSE(url->isFileURL());
     EXPECT_EQ(URL::parse("http://[::1]:80/")->host(), "[::1]");
+    auto umlaut = URL::parse("http://MÜNCHEN.example/");
+    ASSERT_TRUE(umlaut);
+    EXPECT_EQ(URL::parse(umlaut->absoluteString()), umlaut);
     EXPECT_EQ(URL::parse("mailto:a@b.c")->path(), "a@b.c");
     EXPECT_EQ(URL::parse("file:///a?q#f")->path(), "/a");
 }
