@@ -37,10 +37,12 @@ std::shared_ptr<Probe> makeProbe(const platform::UUID& id, IntrospectionAttempt 
     return probe;
 }
 
-void renewProbe(const std::shared_ptr<Probe>& probe, IntrospectionAttempt attempt)
+void renewProbe(Probe& probe, IntrospectionAttempt attempt)
 {
-    if (probe->hasHandler())
-        probe->replaceHandler(handlerOf(std::make_shared<Weak<Probe>>(probe), std::move(attempt)));
+    if (!probe.hasHandler())
+        return;
+    const auto shared = std::static_pointer_cast<Probe>(probe.shared_from_this());
+    probe.replaceHandler(handlerOf(std::make_shared<Weak<Probe>>(shared), std::move(attempt)));
 }
 
 } // namespace introspect

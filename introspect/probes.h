@@ -19,7 +19,6 @@ std::shared_ptr<IntrospectionPlatformViewController> makeProbe(const platform::U
                                                                IntrospectionAttempt attempt);
 
 // The declarative view was described anew: a probe that still searches goes on with what the new description asks for.
-void renewProbe(const std::shared_ptr<IntrospectionPlatformViewController>& probe,
-                IntrospectionAttempt attempt);
+void renewProbe(IntrospectionPlatformViewController& probe, IntrospectionAttempt attempt);
 
 } // namespace introspect

@@ -62,9 +62,9 @@ TEST(Probes, GoOnWithTheLatestDescriptionUntilTheyHaveSucceeded)
     int third = 0;
     const auto probe = makeProbe({}, counting(first, Outcome::failed));
     probe->runHandler();
-    renewProbe(probe, counting(second, Outcome::succeeded));
+    renewProbe(*probe, counting(second, Outcome::succeeded));
     probe->runHandler();
-    renewProbe(probe, counting(third, Outcome::succeeded));
+    renewProbe(*probe, counting(third, Outcome::succeeded));
     probe->runHandler();
     EXPECT_EQ(first, 1);
     EXPECT_EQ(second, 1);

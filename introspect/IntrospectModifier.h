@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "introspect/IntrospectableViewType.h"
+#include "introspect/IntrospectionAnchorView.h"
+#include "introspect/IntrospectionSelector.h"
+#include "introspect/IntrospectionView.h"
+#include "introspect/PlatformViewVersionPredicate.h"
+#include "platform/foundation/UUID.h"
+#include "platform/swiftui/ConditionalContent.h"
+#include "platform/swiftui/accessibility.h"
+#include "platform/swiftui/frame.h"
+#include "platform/swiftui/layered.h"
+
+#include <functional>
+#include <initializer_list>
+#include <optional>
+
+namespace introspect {
+
+// What `introspect` puts around a view: an anchor behind it and a probe in front of it, both without size; nothing
+// where no predicate matches the running system.
+template <IntrospectableViewType ViewType, PlatformEntity Target>
+struct IntrospectModifier {
+    platform::UUID id; // a new one for each modifier that is made; its copies share it
+    IntrospectionScope scope;
+    std::optional<IntrospectionSelector<Target>> selector;
+    std::function<void(Target&)> customize;
+
+    IntrospectModifier(std::initializer_list<PlatformViewVersionPredicate<ViewType, Target>> predicates,
+                       std::optional<IntrospectionScope> wantedScope,
+                       std::function<void(Target&)> customizeTarget)
+        : scope(wantedScope.value_or(ViewType::scope))
+        , customize(std::move(customizeTarget))
+    {
+        for (const auto& predicate : predicates) {
+            if (predicate.selector) {
+                selector = predicate.selector;
+                break;
+            }
+        }
+    }
+
+    template <platform::View Content>
+    auto body(const Content& content) const
+    {
+        using platform::accessibilityHidden;
+        const auto withoutSize = platform::frame({.width = 0, .height = 0});
+        const auto find = [selector = selector, scope = scope](platform::UIViewController& probe) {
+            return selector->find(probe, scope);
+        };
+        const auto marked = [&] {
+            return content
+                | platform::background(IntrospectionAnchorView(id) | withoutSize | accessibilityHidden())
+                | platform::overlay(IntrospectionView<Target>(id, find, customize) | withoutSize
+                                    | accessibilityHidden());
+        };
+        return platform::when(selector.has_value(), marked, [&] { return content; });
+    }
+};
+
+} // namespace introspect

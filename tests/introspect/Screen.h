@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/dispatch/VirtualClock.h"
+#include "platform/swiftui/UIHostingController.h"
+#include "platform/uikit/UIWindow.h"
+
+#include <memory>
+
+namespace introspect {
+
+// A declarative view in a window of no display, on a clock that stands still.
+template <platform::View Root>
+class Screen {
+public:
+    explicit Screen(Root root)
+        : host(std::make_shared<platform::UIHostingController<Root>>(std::move(root)))
+    {
+        window->setRootViewController(host);
+        window->showOffscreen();
+        settle();
+    }
+    // Lets everything happen that is due.
+    void settle()
+    {
+        clock.settle();
+        window->layoutNow();
+    }
+    void show(Root root)
+    {
+        host->setRootView(std::move(root));
+        settle();
+    }
+
+    platform::VirtualClock clock;
+    std::shared_ptr<platform::UIHostingController<Root>> host;
+    std::shared_ptr<platform::UIWindow> window =
+        std::make_shared<platform::UIWindow>(platform::CGRect::make(0, 0, 400, 300));
+};
+
+} // namespace introspect
