@@ -98,14 +98,19 @@ char latinAt(quint32 scanCode)
     return 0;
 }
 
+// Held with a key that makes it a command. The key that gives a layout's third signs is none of these.
+bool isCommand(const QKeyEvent& event)
+{
+    return event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+}
+
 QString plainCharacter(const QKeyEvent& event)
 {
     auto key = event.key();
     if (key < Qt::Key_Space || key >= Qt::Key_Escape)
         return {};
     auto character = static_cast<char32_t>(key);
-    auto isCommand = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-    if (isCommand && character >= 0x80) {
+    if (isCommand(event) && character >= 0x80) {
         if (auto latin = latinAt(event.nativeScanCode()))
             return QString(QLatin1Char(latin));
     }
@@ -121,7 +126,7 @@ std::optional<UIPress> pressFrom(const QKeyEvent& event, Instant time)
     UIPress press;
     press.key = keyCodeFrom(event.key());
     press.modifiers = modifiersFrom(event.modifiers());
-    if (isPrintable(event.text()))
+    if (!isCommand(event) && isPrintable(event.text()))
         press.characters = event.text().toStdString();
     press.charactersIgnoringModifiers = plainCharacter(event).toStdString();
     if (press.key == UIKeyCode::unknown

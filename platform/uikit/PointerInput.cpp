@@ -70,8 +70,7 @@ void PointerInput::handle(UIWindow& window, const QMouseEvent& event)
     auto place = pointFrom(event.position());
     auto now = RunLoop::main().clock().now();
     switch (event.type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonPress: // a double click comes besides, as an event that is not looked at
         if (auto button = buttonFrom(event.button())) {
             // The window system's own time stamps, where there are any: a busy program must not stretch clicks.
             auto stamp = event.timestamp() ? Instant(std::chrono::milliseconds(event.timestamp())) : now;
