@@ -28,17 +28,17 @@ std::shared_ptr<UITextView> findTextView(const std::shared_ptr<UIView>& view)
 
 // A controller that was asked for a preview, in a window of no display, with its completion calls counted.
 struct Preview {
-    explicit Preview(const std::string& content)
-        : Preview(URL::fileURL(folder.file("film.srt", content)))
-    {
-    }
-    explicit Preview(const URL& url)
+    explicit Preview(const std::string& content) { show(URL::fileURL(folder.file("film.srt", content))); }
+    explicit Preview(const URL& url) { show(url); }
+
+    void show(const URL& url)
     {
         controller->preparePreviewOfFile(url, [this](std::optional<NSError> result) {
             ++completions;
             error = result;
         });
         window->setRootViewController(controller);
+        window->showOffscreen();
         window->layoutNow();
         clock.settle();
     }
