@@ -3,7 +3,7 @@
 # docs/dependencies.md says why each library is there.
 
 packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
-  qt6-base-dev libicu-dev libhwy-dev libexpat1-dev"
+  qt6-base-dev libhwy-dev libexpat1-dev"
 packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal
   xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev"

@@ -225,21 +225,45 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace platform {
 
-HWY_EXPORT(countWide);
-HWY_EXPORT(isWellFormedWide);
+namespace {
+
+struct Kernels {
+    BlockCounts (*count)(const std::uint8_t*, std::size_t, NextByte);
+    bool (*isWellFormed)(const std::uint8_t*, std::size_t);
+};
+
+// Chosen here and not by Highway's own dispatcher: that one lives in its shared library, which measures the
+// processor's clock whenever it is loaded and would add a tenth to the time until a preview is on screen.
+const Kernels& kernels()
+{
+    static const Kernels best = [] {
+#if HWY_TARGETS & HWY_AVX2
+        // The other instructions that Highway's AVX2 target uses came with the same processors.
+        if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma"))
+            return Kernels{N_AVX2::countWide, N_AVX2::isWellFormedWide};
+#endif
+#if HWY_TARGETS & HWY_SSE4
+        if (__builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("pclmul")
+            && __builtin_cpu_supports("aes"))
+            return Kernels{N_SSE4::countWide, N_SSE4::isWellFormedWide};
+#endif
+        return Kernels{HWY_STATIC_DISPATCH(countWide), HWY_STATIC_DISPATCH(isWellFormedWide)};
+    }();
+    return best;
+}
+
+} // namespace
 
 BlockCounts countBlock(std::string_view block, NextByte next)
 {
-    return HWY_DYNAMIC_DISPATCH(countWide)(reinterpret_cast<const std::uint8_t*>(block.data()), block.size(),
-                                           next);
+    return kernels().count(reinterpret_cast<const std::uint8_t*>(block.data()), block.size(), next);
 }
 
 bool isWellFormedUTF8(std::string_view bytes)
 {
     if (bytes.size() < 16)
         return wellFormedPrefixByByte(bytes) == bytes.size();
-    return HWY_DYNAMIC_DISPATCH(isWellFormedWide)(reinterpret_cast<const std::uint8_t*>(bytes.data()),
-                                                  bytes.size());
+    return kernels().isWellFormed(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 }
 
 } // namespace platform
