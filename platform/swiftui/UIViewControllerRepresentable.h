@@ -5,6 +5,7 @@
 #include "platform/swiftui/View.h"
 #include "platform/uikit/UIViewController.h"
 
+#include <concepts>
 #include <memory>
 #include <utility>
 
@@ -98,7 +99,12 @@ private:
 template <class Record>
 struct UIViewControllerRepresentable {
     using Node = ViewControllerRepresentableNode<Record>;
-    bool operator==(const UIViewControllerRepresentable&) const = default;
+    // Lets a record default its ==, and makes none comparable that does not.
+    template <std::same_as<UIViewControllerRepresentable> Base>
+    friend bool operator==(const Base&, const Base&)
+    {
+        return true;
+    }
 };
 
 } // namespace platform

@@ -5,6 +5,7 @@
 #include "platform/swiftui/RepresentableContext.h"
 #include "platform/swiftui/View.h"
 
+#include <concepts>
 #include <memory>
 #include <utility>
 
@@ -86,7 +87,12 @@ private:
 template <class Record>
 struct UIViewRepresentable {
     using Node = ViewRepresentableNode<Record>;
-    bool operator==(const UIViewRepresentable&) const = default;
+    // Lets a record default its ==, and makes none comparable that does not.
+    template <std::same_as<UIViewRepresentable> Base>
+    friend bool operator==(const Base&, const Base&)
+    {
+        return true;
+    }
 };
 
 } // namespace platform

@@ -89,8 +89,8 @@ void ViewHost::prepareForChange()
 
 bool ViewHost::flush()
 {
-    if (isFlushing_ || !hasWork())
-        return false;
+    if (isFlushing_ || isLayingOut_ || !hasWork())
+        return false; // what layout changed comes in the next turn
     auto kept = controller_.shared_from_this(); // an action may let go of the last owner
     isFlushing_ = true;
     auto transaction = std::exchange(pending_, {});

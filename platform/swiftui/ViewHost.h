@@ -46,7 +46,8 @@ public:
     ViewNode* root() const { return root_.get(); }
 
     // Brings everything up to date but layout, which is flagged; with an animated transaction layout too. True when there
-    // was anything to do. Nothing happens inside of another flush.
+    // was anything to do. Nothing happens inside of
+    // another flush or of a layout.
     bool flush();
     // Places what changed, or everything when `bounds` or the safe area did; then tells who appeared.
     void layout(CGRect bounds, UIEdgeInsets safeArea);

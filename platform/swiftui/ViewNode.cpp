@@ -18,6 +18,14 @@ CGSize usable(CGSize size)
     return {usableLength(size.width), usableLength(size.height)};
 }
 
+// What cannot be placed takes what it was offered, or nothing.
+CGFloat finiteLength(CGFloat length, std::optional<CGFloat> offered)
+{
+    if (std::isfinite(length))
+        return length;
+    return offered && std::isfinite(*offered) ? usableLength(*offered) : 0;
+}
+
 } // namespace
 
 ViewNode::ViewNode(const NodeContext& context)
@@ -71,6 +79,8 @@ void ViewNode::place(CGRect rect, const ProposedSize& proposal)
 {
     if (!std::isfinite(rect.origin.x) || !std::isfinite(rect.origin.y))
         rect.origin = {};
+    rect.size = {finiteLength(rect.size.width, proposal.width),
+                 finiteLength(rect.size.height, proposal.height)};
     if (!needsPlacing_ && !isLayoutDirty_ && rect == rect_ && proposal == placedProposal_)
         return;
     rect_ = rect;
