@@ -37,7 +37,13 @@ public:
 protected:
     ViewNode& child() const { return *child_; }
     void setChild(std::unique_ptr<ViewNode> child) { child_ = std::move(child); }
-    std::unique_ptr<ViewNode> takeChild() { return std::move(child_); }
+    // The place has another identity now: what stood there leaves, with its transition if it has one.
+    void replaceChild(std::unique_ptr<ViewNode> child)
+    {
+        host().retire(std::exchange(child_, std::move(child)));
+        container().contentsDidChange();
+        invalidateLayout();
+    }
 
 private:
     std::unique_ptr<ViewNode> child_;

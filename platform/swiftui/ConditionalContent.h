@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/swiftui/CompositeNode.h"
+#include "platform/swiftui/EmptyView.h"
 #include "platform/swiftui/View.h"
 
 #include <memory>
@@ -52,7 +53,7 @@ public:
         : UnaryNode(context)
         , index_(view.content_.index())
     {
-        mount(view);
+        setChild(make(view));
     }
 
     void update(const ConditionalContent& view)
@@ -62,20 +63,16 @@ public:
             return;
         }
         index_ = view.content_.index();
-        auto former = takeChild();
-        mount(view);
-        host().retire(std::move(former));
-        container().contentsDidChange();
-        invalidateLayout();
+        replaceChild(make(view));
     }
 
     void appendLayoutNodes(std::vector<ViewNode*>& nodes) override { child().appendLayoutNodes(nodes); }
 
 private:
-    void mount(const ConditionalContent& view)
+    std::unique_ptr<ViewNode> make(const ConditionalContent& view)
     {
-        std::visit([this](const auto& content) { setChild(makeNode(context().below(*this), content)); },
-                   view.content_);
+        return std::visit([this](const auto& content) { return makeNode(context().below(*this), content); },
+                          view.content_);
     }
 
     std::size_t index_;
@@ -87,6 +84,13 @@ auto when(bool condition, MakeFirst makeFirst, MakeSecond makeSecond)
 {
     using Content = ConditionalContent<decltype(makeFirst()), decltype(makeSecond())>;
     return condition ? Content::first(makeFirst()) : Content::second(makeSecond());
+}
+
+// The content while the condition holds, otherwise nothing: `when(isOpen, [&] { return details; })`
+template <class MakeContent>
+auto when(bool condition, MakeContent makeContent)
+{
+    return when(condition, std::move(makeContent), [] { return EmptyView{}; });
 }
 
 } // namespace platform
