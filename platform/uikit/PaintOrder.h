@@ -4,6 +4,7 @@
 #include "platform/uikit/UIView.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -13,9 +14,14 @@ namespace platform {
 // called on the way may change the tree.
 inline std::vector<std::shared_ptr<UIView>> paintOrder(const std::vector<std::shared_ptr<UIView>>& subviews)
 {
-    auto result = subviews;
-    if (!std::ranges::is_sorted(result, {}, &UIView::zPosition))
-        std::ranges::stable_sort(result, {}, &UIView::zPosition);
+    if (std::ranges::is_sorted(subviews, {}, &UIView::zPosition)) [[likely]]
+        return subviews;
+    std::multimap<CGFloat, std::shared_ptr<UIView>> ordered; // keeps the order of what is equal
+    for (const auto& view : subviews)
+        ordered.emplace(view->zPosition(), view);
+    std::vector<std::shared_ptr<UIView>> result;
+    for (auto& [position, view] : ordered)
+        result.push_back(std::move(view));
     return result;
 }
 

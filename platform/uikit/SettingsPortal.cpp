@@ -191,4 +191,4 @@ void SettingsPortal::waitForAnswers(Duration limit)
 
 } // namespace platform
 
-#include "SettingsPortal.moc"
+#include "platform/uikit/SettingsPortal.moc" // generated

@@ -12,6 +12,8 @@
 #include "platform/uikit/ViewLayout.h"
 
 #include <algorithm>
+#include <map>
+#include <ranges>
 #include <unordered_map>
 
 namespace platform {
@@ -259,14 +261,13 @@ void UIView::setSubviews(const std::vector<std::shared_ptr<UIView>>& views)
         places.push_back(found == wanted.end() ? wanted.size() + places.size() : found->second);
     }
     auto stays = longestAscending(places);
+    std::map<std::size_t, std::shared_ptr<UIView>> ordered;
     for (std::size_t i = 0; i < subviews_.size(); ++i) {
         if (!stays[i])
             subviews_[i]->markPlaceDirty();
+        ordered.emplace(places[i], subviews_[i]);
     }
-    std::ranges::stable_sort(subviews_, {}, [&](const auto& view) {
-        auto found = wanted.find(view.get());
-        return found == wanted.end() ? wanted.size() : found->second;
-    });
+    std::ranges::copy(std::views::values(ordered), subviews_.begin());
 
     for (std::size_t i = 0; i < views.size(); ++i) {
         if (views[i]->superview_ != this)

@@ -223,7 +223,7 @@ void UIWindow::advanceFocus(bool backwards)
     for (const auto& subview : subviews())
         collectFocusable(*subview, order);
     auto mirrored = effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
-    std::ranges::stable_sort(order, {}, [&](const std::shared_ptr<UIView>& view) {
+    std::ranges::sort(order, {}, [&](const std::shared_ptr<UIView>& view) {
         auto place = view->convertTo(view->bounds(), nullptr);
         return std::pair(place.minY(), mirrored ? -place.maxX() : place.minX());
     });

@@ -305,7 +305,7 @@ TEST(UIWindow, hands_the_keyboard_over_only_when_both_sides_agree)
     second->wants = true;
     EXPECT_TRUE(second->becomeFirstResponder());
     EXPECT_FALSE(first->isFirstResponder());
-    harness.window().setKeyWindow(true);
+    harness.window().setKeyWindow(false);
     EXPECT_EQ(second->keyChanges, 1);
     EXPECT_EQ(first->keyChanges, 0);
 

@@ -54,6 +54,7 @@ void ViewHarness::show(std::shared_ptr<UIViewController> controller)
 {
     window_->setRootViewController(std::move(controller));
     window_->showOffscreen();
+    window_->setKeyWindow(true);
     clock_.settle();
 }
 

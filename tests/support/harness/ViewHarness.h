@@ -25,7 +25,8 @@ public:
     ViewHarness& operator=(const ViewHarness&) = delete;
     ~ViewHarness();
 
-    // Shows the controller, or the view, in all of the window, laid out and with all events of appearing.
+    // Shows the controller, or the view, in all of the window, laid out and with all events of appearing. The
+    // window has the keyboard.
     void show(std::shared_ptr<platform::UIViewController> controller);
     void show(std::shared_ptr<platform::UIView> view);
 
