@@ -24,9 +24,10 @@ const char* const lines[] = {
 void appendTime(std::string& text, std::uint64_t milliseconds)
 {
     char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%02u:%02u:%02u,%03u", static_cast<unsigned>(milliseconds / 3600000 % 100),
-                  static_cast<unsigned>(milliseconds / 60000 % 60), static_cast<unsigned>(milliseconds / 1000 % 60),
-                  static_cast<unsigned>(milliseconds % 1000));
+    std::snprintf(
+        buffer, sizeof buffer, "%02u:%02u:%02u,%03u", static_cast<unsigned>(milliseconds / 3600000 % 100),
+        static_cast<unsigned>(milliseconds / 60000 % 60), static_cast<unsigned>(milliseconds / 1000 % 60),
+        static_cast<unsigned>(milliseconds % 1000));
     text += buffer;
 }
 

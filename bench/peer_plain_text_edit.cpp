@@ -12,7 +12,8 @@ protected:
     {
         QPlainTextEdit::paintEvent(event);
         if (!std::exchange(reported_, true))
-            QMetaObject::invokeMethod(this, [] { std::puts("first-frame"), std::fflush(stdout); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [] { std::puts("first-frame"), std::fflush(stdout); }, Qt::QueuedConnection);
     }
 
 private:

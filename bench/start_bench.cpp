@@ -80,7 +80,8 @@ public:
     bool showsText()
     {
         auto* image = xcb_get_image_reply(
-            connection_, xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, 0, 0, 400, 300, ~0U), nullptr);
+            connection_, xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, 0, 0, 400, 300, ~0U),
+            nullptr);
         if (!image)
             return false;
         auto* bytes = xcb_get_image_data(image);
@@ -171,7 +172,8 @@ int main(int argumentCount, char** arguments)
         std::ranges::sort(taken, {}, &Sample::milliseconds);
         auto name = programs[i].substr(programs[i].rfind('/') + 1);
         std::printf("%-24s median %8.1f ms  best %8.1f ms  peak %8.1f MB\n", name.c_str(),
-                    taken[taken.size() / 2].milliseconds, taken.front().milliseconds, taken[taken.size() / 2].megabytes);
+                    taken[taken.size() / 2].milliseconds, taken.front().milliseconds,
+                    taken[taken.size() / 2].megabytes);
     }
     delete screen;
     return 0;
