@@ -32,9 +32,10 @@ std::optional<AnonymousMemory> AnonymousMemory::allocate(std::size_t capacity)
 {
     if (capacity > std::numeric_limits<std::size_t>::max() / 2)
         return std::nullopt;
-    capacity = roundedUp(std::max<std::size_t>(capacity, 1), pageSize());
+    // From here on one page fault for 2 MiB is cheaper than many small ones, even if most of it stays unused.
+    bool isLarge = capacity >= hugePage / 4;
+    capacity = roundedUp(std::max<std::size_t>(capacity, 1), isLarge ? hugePage : pageSize());
     // Small memory is wanted whole at once; asking for it so saves a page fault for each 4 KiB.
-    bool isLarge = capacity >= 2 * hugePage;
     int populate = isLarge ? 0 : MAP_POPULATE;
     auto mapped = isLarge ? capacity + hugePage : capacity;
     void* address =

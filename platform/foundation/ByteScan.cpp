@@ -21,14 +21,14 @@ namespace platform::HWY_NAMESPACE {
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 // What is left when a machine has none of the sets.
 
-BlockCounts countWide(const std::uint8_t* bytes, std::size_t size, NextByte next)
+BlockCounts countWide(std::string_view block, NextByte next)
 {
-    return countBlockByByte({reinterpret_cast<const char*>(bytes), size}, next);
+    return countBlockByByte(block, next);
 }
 
-bool isWellFormedWide(const std::uint8_t* bytes, std::size_t size)
+bool isWellFormedWide(std::string_view text)
 {
-    return wellFormedPrefixByByte({reinterpret_cast<const char*>(bytes), size}) == size;
+    return wellFormedPrefixByByte(text) == text.size();
 }
 
 #else
@@ -70,9 +70,11 @@ HWY_INLINE bool isAllASCII(Vector bytes)
     return hn::AllFalse(asSigned, hn::Lt(hn::BitCast(asSigned, bytes), hn::Zero(asSigned)));
 }
 
-BlockCounts countWide(const std::uint8_t* bytes, std::size_t size, NextByte next)
+BlockCounts countWide(std::string_view block, NextByte next)
 {
     const Bytes tag;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(block.data());
+    const auto size = block.size();
     const hn::RebindToSigned<Bytes> asSigned;
     const std::size_t step = hn::Lanes(tag);
     const auto lineFeed = hn::Set(tag, '\n'), carriageReturn = hn::Set(tag, '\r');
@@ -96,7 +98,7 @@ BlockCounts countWide(const std::uint8_t* bytes, std::size_t size, NextByte next
         lineEnds.flush();
         characters.flush();
     }
-    auto rest = countBlockByByte({reinterpret_cast<const char*>(bytes) + at, size - at}, next);
+    auto rest = countBlockByByte(block.substr(at), next);
     return {.lineEnds = lineEnds.total() + rest.lineEnds,
             .characters = characters.total() + rest.characters,
             .isASCII = rest.isASCII && isAllASCII(all)};
@@ -181,9 +183,11 @@ HWY_INLINE bool leavesOpen(const std::uint8_t* end)
     return end[-1] >= 0xC0 || end[-2] >= 0xE0 || end[-3] >= 0xF0;
 }
 
-bool isWellFormedWide(const std::uint8_t* bytes, std::size_t size)
+bool isWellFormedWide(std::string_view text)
 {
     const Bytes tag;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    const auto size = text.size();
     const std::size_t step = hn::Lanes(tag);
     std::uint8_t padded[3 + hn::MaxLanes(tag)] = {};
     // the beginning, as if zeros came before it
@@ -225,45 +229,48 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace platform {
 
-namespace {
-
-struct Kernels {
-    BlockCounts (*count)(const std::uint8_t*, std::size_t, NextByte);
-    bool (*isWellFormed)(const std::uint8_t*, std::size_t);
-};
-
 // Chosen here and not by Highway's own dispatcher: that one lives in its shared library, which measures the
 // processor's clock whenever it is loaded and would add a tenth to the time until a preview is on screen.
-const Kernels& kernels()
+const std::vector<ByteScanKernels>& byteScanKernels()
 {
-    static const Kernels best = [] {
+    static const std::vector<ByteScanKernels> kernels = [] {
+        std::vector<ByteScanKernels> found;
 #if HWY_TARGETS & HWY_AVX2
         // The other instructions that Highway's AVX2 target uses came with the same processors.
         if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma"))
-            return Kernels{N_AVX2::countWide, N_AVX2::isWellFormedWide};
+            found.push_back({"AVX2", N_AVX2::countWide, N_AVX2::isWellFormedWide});
 #endif
 #if HWY_TARGETS & HWY_SSE4
         if (__builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("pclmul")
             && __builtin_cpu_supports("aes"))
-            return Kernels{N_SSE4::countWide, N_SSE4::isWellFormedWide};
+            found.push_back({"SSE4", N_SSE4::countWide, N_SSE4::isWellFormedWide});
 #endif
-        return Kernels{HWY_STATIC_DISPATCH(countWide), HWY_STATIC_DISPATCH(isWellFormedWide)};
+        found.push_back({"baseline", HWY_STATIC_DISPATCH(countWide), HWY_STATIC_DISPATCH(isWellFormedWide)});
+        return found;
     }();
-    return best;
+    return kernels;
+}
+
+namespace {
+
+const ByteScanKernels& best()
+{
+    static const ByteScanKernels& first = byteScanKernels().front();
+    return first;
 }
 
 } // namespace
 
 BlockCounts countBlock(std::string_view block, NextByte next)
 {
-    return kernels().count(reinterpret_cast<const std::uint8_t*>(block.data()), block.size(), next);
+    return best().count(block, next);
 }
 
 bool isWellFormedUTF8(std::string_view bytes)
 {
     if (bytes.size() < 16)
         return wellFormedPrefixByByte(bytes) == bytes.size();
-    return kernels().isWellFormed(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    return best().isWellFormed(bytes);
 }
 
 } // namespace platform

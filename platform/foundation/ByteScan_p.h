@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -19,8 +20,16 @@ struct BlockCounts {
 
 enum class NextByte { lineFeed, other };
 
-// Counts in at most 4 GiB. A CR at the end counts unless a line feed is `next`.
+// Counts in at most 4 GiB; isWellFormedUTF8 is the other half of the scan. A CR at the end counts unless a line feed is `next`.
 BlockCounts countBlock(std::string_view block, NextByte next);
+
+// What the two use: one pair for each instruction set that the machine has, the best first.
+struct ByteScanKernels {
+    std::string_view name;
+    BlockCounts (*count)(std::string_view block, NextByte next);
+    bool (*isWellFormed)(std::string_view bytes);
+};
+const std::vector<ByteScanKernels>& byteScanKernels();
 
 // The same, and isWellFormedUTF8, one byte at a time: for the ends of what the wide versions do, and to test
 // them against.

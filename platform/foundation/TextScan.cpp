@@ -14,8 +14,8 @@ namespace platform {
 
 namespace {
 
-// Starting a thread costs about as long as 200 KB take; below this a second one does not pay.
-constexpr std::size_t sizeWorthThreads = 1024 * 1024;
+// Below this the second thread has hardly begun when the first is done.
+constexpr std::size_t sizeWorthThreads = 4 * 1024 * 1024;
 // Beyond a few cores memory is the limit.
 constexpr unsigned mostThreads = 4;
 
@@ -50,6 +50,7 @@ public:
         , kind_(kind)
         , fill_(fill)
         , options_(options)
+        , piecesPerTurn_(options.piecesPerTurn)
         , pieces_((size + options.pieceSize - 1) / options.pieceSize)
         , blocks_(kind == TextScanKind::fill ? 0 : (size + options.blockSize - 1) / options.blockSize)
     {
@@ -57,6 +58,8 @@ public:
 
     void run(unsigned threads)
     {
+        // Turns enough that all threads come to the end at about the same time.
+        piecesPerTurn_ = std::clamp(pieces_.size() / (threads * 4), std::size_t(1), options_.piecesPerTurn);
         std::vector<std::jthread> others;
         for (unsigned i = 1; i < threads; ++i) {
             try {
@@ -83,6 +86,7 @@ private:
     const TextScanKind kind_;
     const FillPiece& fill_;
     const TextScanOptions& options_;
+    std::size_t piecesPerTurn_; // fixed before the threads start
     // each written by the one thread that has the piece, read when all are done
     std::vector<Piece> pieces_;
     std::vector<TextSurvey::Block> blocks_;
@@ -97,10 +101,10 @@ void Scan::work()
 {
     while (true) {
         auto turn = nextTurn_.fetch_add(1, std::memory_order_relaxed);
-        auto begin = turn * options_.piecesPerTurn;
+        auto begin = turn * piecesPerTurn_;
         if (begin >= pieces_.size())
             return;
-        auto end = std::min(begin + options_.piecesPerTurn, pieces_.size());
+        auto end = std::min(begin + piecesPerTurn_, pieces_.size());
         for (auto index = begin; index < end; ++index) {
             if (isStopped_.load(std::memory_order_relaxed))
                 return;

@@ -4,7 +4,6 @@
 #include "platform/foundation/UTF8.h"
 
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
 #include <random>
 
@@ -14,24 +13,7 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// Runs the wide versions with one of the instruction sets of this machine.
-class ByteScanTests : public testing::TestWithParam<std::int64_t> {
-protected:
-    void SetUp() override
-    {
-        if (GetParam() != HWY_SCALAR && (hwy::SupportedTargets() & GetParam()) == 0)
-            GTEST_SKIP() << "this machine has no " << hwy::TargetName(GetParam());
-        choose(GetParam());
-    }
-    void TearDown() override { choose(0); }
-
-private:
-    static void choose(std::int64_t target)
-    {
-        hwy::SetSupportedTargetsForTest(target);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-};
+class ByteScanTests : public testing::TestWithParam<ByteScanKernels> { };
 
 bool isWellFormedByByte(std::string_view bytes)
 {
@@ -107,7 +89,7 @@ TEST_P(ByteScanTests, Sequences_are_judged_alike_at_every_place_of_a_vector)
                          {0u, 13u, 14u, 15u, 16u, 30u, 31u, 61u, 126u, 127u, 158u, 256u, 296u}) {
                         auto copy = text;
                         copy.replace(at, 4, reinterpret_cast<const char*>(sequence), 4);
-                        ASSERT_EQ(isWellFormedUTF8(copy), isWellFormedByByte(copy))
+                        ASSERT_EQ(GetParam().isWellFormed(copy), isWellFormedByByte(copy))
                             << std::hex << +lead << ' ' << +second << ' ' << +third << ' ' << +fourth
                             << " at " << at;
                     }
@@ -124,9 +106,9 @@ TEST_P(ByteScanTests, A_text_cut_anywhere_is_well_formed_only_between_characters
         text += "aé€😀\r\n";
     for (std::size_t size = 0; size <= text.size(); ++size) {
         auto part = std::string_view(text).substr(0, size);
-        ASSERT_EQ(isWellFormedUTF8(part), isWellFormedByByte(part)) << size;
+        ASSERT_EQ(GetParam().isWellFormed(part), isWellFormedByByte(part)) << size;
         auto rest = std::string_view(text).substr(size);
-        ASSERT_EQ(isWellFormedUTF8(rest), isWellFormedByByte(rest)) << size;
+        ASSERT_EQ(GetParam().isWellFormed(rest), isWellFormedByByte(rest)) << size;
     }
 }
 
@@ -135,11 +117,11 @@ TEST_P(ByteScanTests, Texts_with_one_wrong_bit_are_found_wrong)
     std::string text;
     while (text.size() < 600)
         text += "Ünïcödé 日本語 😀 plain ASCII for a while, so that the short way is taken too.......... ";
-    ASSERT_TRUE(isWellFormedUTF8(text));
+    ASSERT_TRUE(GetParam().isWellFormed(text));
     for (std::size_t bit = 0; bit < text.size() * 8; ++bit) {
         auto copy = text;
         copy[bit / 8] = static_cast<char>(copy[bit / 8] ^ 1 << bit % 8);
-        ASSERT_EQ(isWellFormedUTF8(copy), isWellFormedByByte(copy)) << bit;
+        ASSERT_EQ(GetParam().isWellFormed(copy), isWellFormedByByte(copy)) << bit;
     }
 }
 
@@ -153,21 +135,16 @@ TEST_P(ByteScanTests, Line_ends_and_characters_are_counted_alike_for_every_size)
     for (auto next : {NextByte::lineFeed, NextByte::other}) {
         for (std::size_t size = 0; size < 300; ++size) {
             auto block = std::string_view(text).substr(size, size);
-            ASSERT_EQ(countBlock(block, next), countBlockByByte(block, next)) << size;
+            ASSERT_EQ(GetParam().count(block, next), countBlockByByte(block, next)) << size;
         }
         // beyond what counters of one byte hold
-        EXPECT_EQ(countBlock(text, next), countBlockByByte(text, next));
+        EXPECT_EQ(GetParam().count(text, next), countBlockByByte(text, next));
         std::string lineFeeds(20'000, '\n');
-        EXPECT_EQ(countBlock(lineFeeds, next).lineEnds, lineFeeds.size());
+        EXPECT_EQ(GetParam().count(lineFeeds, next).lineEnds, lineFeeds.size());
     }
 }
 
-#if HWY_ARCH_X86
-constexpr std::int64_t sets[] = {HWY_AVX2, HWY_SSE4, HWY_SCALAR};
-#else
-constexpr std::int64_t sets[] = {HWY_NEON};
-#endif
-INSTANTIATE_TEST_SUITE_P(Sets, ByteScanTests, testing::ValuesIn(sets),
-                         [](auto& set) { return std::string(hwy::TargetName(set.param)); });
+INSTANTIATE_TEST_SUITE_P(Sets, ByteScanTests, testing::ValuesIn(byteScanKernels()),
+                         [](auto& kernels) { return std::string(kernels.param.name); });
 
 } // namespace platform
