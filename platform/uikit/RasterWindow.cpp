@@ -42,12 +42,21 @@ RasterWindow::RasterWindow(UIWindow& owner)
     resize(int(std::lround(size.width)), int(std::lround(size.height)));
     create();
     scale_ = devicePixelRatio();
+    owner.setFrameSize(contentSize());
     waitsForCompositor_ = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
     displayObserver_ =
         RunLoop::main().addBeforeSleepObserver(BeforeSleepPhase::display, [this] { return frameIsDue(); });
 }
 
 RasterWindow::~RasterWindow() = default;
+
+// The window system counts whole points. Where a point is no whole number of pixels the surface has up to one pixel more
+// or less than they make, and the content shall end where the surface does.
+CGSize RasterWindow::contentSize() const
+{
+    auto points = [&](int length) { return std::round(length * scale_) / scale_; };
+    return {points(width()), points(height())};
+}
 
 void RasterWindow::open()
 {
@@ -97,6 +106,7 @@ void RasterWindow::followScale(UIWindow& owner)
     if (scale == scale_)
         return;
     scale_ = scale;
+    owner.setFrameSize(contentSize());
     owner.surroundingsDidChange();
     owner.setNeedsDisplay();
 }
@@ -211,7 +221,7 @@ bool RasterWindow::handle(UIWindow& owner, QEvent& event)
         return true;
     case QEvent::Resize:
         followScale(owner);
-        owner.setFrameSize({CGFloat(size().width()), CGFloat(size().height())});
+        owner.setFrameSize(contentSize());
         // Painted at once, so that the content keeps up with the edge that is dragged.
         if (isExposed())
             paintFrame(owner);

@@ -39,6 +39,7 @@ private:
     void answerInputMethod(UIWindow& owner, QInputMethodQueryEvent& query);
     void takeComposedText(UIWindow& owner, const QInputMethodEvent& event);
 
+    CGSize contentSize() const; // points
     bool frameIsDue();
     void exposed(UIWindow& owner);
     void paintFrame(UIWindow& owner);
