@@ -3,6 +3,7 @@
 
 namespace platform {
 
+class AppearanceNode;
 class ChangeSource;
 class EnvironmentScope;
 class ViewContainer;

@@ -4,6 +4,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Logger.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/swiftui/AppearanceNode.h"
 #include "platform/swiftui/TransitionNode.h"
 #include "platform/swiftui/ViewNode.h"
 #include "platform/uikit/UIView.h"
@@ -90,7 +91,7 @@ void ViewHost::prepareForChange()
 bool ViewHost::flush()
 {
     if (isFlushing_ || isLayingOut_ || !hasWork())
-        return false; // what layout changed comes in the next turn
+        return false;                           // what layout changed comes in the next turn
     auto kept = controller_.shared_from_this(); // an action may let go of the last owner
     isFlushing_ = true;
     auto transaction = std::exchange(pending_, {});
@@ -249,7 +250,19 @@ CGSize ViewHost::sizeThatFits(const ProposedSize& proposal)
 
 void ViewHost::setAppeared(bool appeared)
 {
-    hasAppeared_ = appeared;
+    if (std::exchange(hasAppeared_, appeared) == appeared)
+        return;
+    // An action may mount and unmount nodes; those that come now are told by themselves.
+    for (auto* node : std::vector(appearanceNodes_)) {
+        if (std::ranges::find(appearanceNodes_, node) == appearanceNodes_.end())
+            continue;
+        if (!appeared)
+            node->hostDidDisappear();
+        else if (std::ranges::find(appearing_, static_cast<ViewNode*>(node),
+                                   &decltype(appearing_)::value_type::first)
+                 == appearing_.end())
+            node->hostWillAppear();
+    }
     if (appeared && !appearing_.empty()) {
         if (auto view = controller_.viewIfLoaded())
             view->setNeedsLayout();

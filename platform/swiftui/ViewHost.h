@@ -66,6 +66,8 @@ public:
     void performAfterSync(std::function<void()> action) { afterSync_.push_back(std::move(action)); }
     // Runs after the next layout of a host that is on screen.
     void performAfterAppearing(ViewNode& node, std::function<void()> action);
+    void addAppearanceNode(AppearanceNode& node) { appearanceNodes_.push_back(&node); }
+    void removeAppearanceNode(AppearanceNode& node) { std::erase(appearanceNodes_, &node); }
     // Runs at the end of the present flush.
     void performAfterFlush(std::function<void()> action);
     // Brings sizes up to date of nodes that lie deeper than `depth`: for views that describe their content during layout.
@@ -119,6 +121,7 @@ private:
     std::vector<ViewContainer*> dirtyContainers_;
     std::vector<std::function<void()>> afterSync_, afterFlush_;
     std::vector<std::pair<ViewNode*, std::function<void()>>> appearing_;
+    std::vector<AppearanceNode*> appearanceNodes_;           // each takes itself out before it goes
     std::vector<std::pair<ViewNode*, Animation>> animating_; // until the next layout is done
     Transaction pending_;
     Token observer_;
