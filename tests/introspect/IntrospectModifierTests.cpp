@@ -9,6 +9,7 @@
 #include "introspect/ViewTypes/ViewType.h"
 #include "platform/swiftui/State.h"
 #include "platform/swiftui/TextEditor.h"
+#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UIScrollView.h"
 #include "platform/uikit/UISlider.h"
 #include "platform/uikit/UITextView.h"
@@ -102,6 +103,7 @@ TEST(Introspect, PlantsAnAnchorBehindAndAProbeInFront)
         EXPECT_TRUE(marker->accessibility().isHidden);
     }
     EXPECT_FALSE(views[1]->accessibility().isHidden);
+    EXPECT_EQ(views[1]->frame(), platform::CGRect::make(0, 0, 400, 300)); // the markers take nothing from it
     EXPECT_EQ(countOfMarkers(*screen.host), 2);
 }
 
@@ -245,6 +247,57 @@ TEST(Introspect, SearchesAgainWhenTheTargetIsGone)
     EXPECT_EQ(searches, 3);
     ASSERT_EQ(calls.size(), 3u);
     EXPECT_EQ(calls.back(), present.get());
+}
+
+TEST(Introspect, FindsWhatTookThePlaceOfItsTarget)
+{
+    Calls<UISlider> calls;
+    const auto described = [&](bool isFirst) {
+        return platform::when(
+                   isFirst, [] { return ShownView<UISlider>(1); }, [] { return ShownView<UISlider>(2); })
+            | introspect(slider, sliderOnAll(), recording(calls));
+    };
+    Screen screen(described(true));
+    const auto former = std::weak_ptr(calls.at(0));
+    calls.clear();
+    screen.show(described(false));
+    EXPECT_TRUE(former.expired());
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0]->superview(), screen.host->view());
+}
+
+TEST(Introspect, FindsWhatComesLater)
+{
+    Calls<UISlider> calls;
+    const auto described = [&](bool isThere) {
+        return platform::when(
+                   isThere, [] { return shown<UISlider>(); }, [] { return shown<UIView>(); })
+            | introspect(slider, sliderOnAll(), recording(calls));
+    };
+    Screen screen(described(false));
+    EXPECT_TRUE(calls.empty());
+    screen.show(described(true));
+    EXPECT_FALSE(calls.empty());
+}
+
+TEST(Introspect, FindsForEachOfManyViewsItsOwn)
+{
+    Calls<UISlider> calls[3];
+    const auto row = [&](int index) {
+        return shown<UISlider>() | introspect(slider, sliderOnAll(), recording(calls[index]));
+    };
+    Screen screen(platform::HStack(row(0), platform::VStack(shown<UIView>(), row(1)), row(2)));
+    std::vector<std::shared_ptr<UISlider>> found;
+    for (const auto& call : calls) {
+        ASSERT_FALSE(call.empty());
+        found.push_back(call[0]);
+    }
+    std::vector<std::shared_ptr<UISlider>> inOrder;
+    for (const auto& entity : allDescendants(*screen.window)) {
+        if (auto one = std::dynamic_pointer_cast<UISlider>(entity))
+            inOrder.push_back(one);
+    }
+    EXPECT_EQ(found, inOrder);
 }
 
 TEST(Introspect, LetsGoOfEverythingWithTheView)

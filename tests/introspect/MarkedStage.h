@@ -30,7 +30,7 @@ struct MarkedStage {
         host->view()->addSubview(controller->view());
         controller->didMove(host.get());
     }
-    void add(const std::shared_ptr<platform::UIView>& view) { host->view()->addSubview(view); }
+    void add(const std::shared_ptr<platform::UIView>& content) { host->view()->addSubview(content); }
     template <class View>
     std::shared_ptr<View> addNew()
     {

@@ -7,6 +7,7 @@
 
 #include <concepts>
 #include <memory>
+#include <optional>
 
 namespace introspect {
 
@@ -21,6 +22,11 @@ struct ShownView : platform::UIViewRepresentable<ShownView<View>> {
     }
     std::shared_ptr<View> makeUIView(const auto&) const { return std::make_shared<View>(); }
     void updateUIView(View&, const auto&) const { }
+    // Takes what it is offered.
+    std::optional<platform::CGSize> sizeThatFits(const platform::ProposedSize& proposal, View&) const
+    {
+        return proposal.replacingUnspecified();
+    }
     bool operator==(const ShownView&) const = default;
 };
 

@@ -13,10 +13,18 @@ namespace introspect {
 template <platform::View Root>
 class Screen {
 public:
+    using Host = std::shared_ptr<platform::UIHostingController<Root>>;
+
     explicit Screen(Root root)
+        : Screen(std::move(root), [](const Host& alone) { return alone; })
+    {
+    }
+    // `surround` gives the window's root controller, in which the hosting one stands.
+    template <class Surround>
+    Screen(Root root, const Surround& surround)
         : host(std::make_shared<platform::UIHostingController<Root>>(std::move(root)))
     {
-        window->setRootViewController(host);
+        window->setRootViewController(surround(host));
         window->showOffscreen();
         settle();
     }
@@ -33,7 +41,7 @@ public:
     }
 
     platform::VirtualClock clock;
-    std::shared_ptr<platform::UIHostingController<Root>> host;
+    Host host;
     std::shared_ptr<platform::UIWindow> window =
         std::make_shared<platform::UIWindow>(platform::CGRect::make(0, 0, 400, 300));
 };
