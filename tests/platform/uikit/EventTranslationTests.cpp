@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 // Keys as X11 and Wayland deliver them: the scan code is Linux's number of the key plus 8.
 TEST(EventTranslation, says_what_a_key_is_and_types)
 {
+    startGraphics(DisplayMode::offscreen); // it owns the keyboard that the events name
     struct Case {
         std::string_view name;
         int key;
