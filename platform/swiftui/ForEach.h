@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/swiftui/ChildrenNode.h"
+#include "platform/swiftui/Closure.h"
 
 #include <concepts>
 #include <functional>
@@ -46,8 +47,8 @@ template <std::ranges::input_range Data, class Projection, class Content>
     requires detail::Hashable<detail::IdentityOf<Data, Projection>>
 struct ForEach {
     Data data;
-    Projection identity;
-    Content content;
+    Closure<Projection> identity;
+    Closure<Content> content;
 
     ForEach(Data elements, Projection identityOf, Content makeContent)
         : data(std::move(elements))

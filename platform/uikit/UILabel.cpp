@@ -258,6 +258,13 @@ CGSize UILabel::intrinsicContentSize() const
     return {natural.width, sizeThatFits({bounds().width(), 0}).height};
 }
 
+UILabel::Baselines UILabel::baselines(CGFloat width) const
+{
+    auto& paragraphs = shaped(width, numberOfLines_).paragraphs;
+    return {paragraphs.front().layout.firstBaseline(),
+            paragraphs.back().y + paragraphs.back().layout.lastBaseline()};
+}
+
 CGFloat UILabel::firstBaselineOffset() const
 {
     auto& shaped = shapedInBounds();

@@ -38,6 +38,12 @@ public:
     CGFloat preferredMaxLayoutWidth() const { return preferredMaxLayoutWidth_; }
     void setPreferredMaxLayoutWidth(CGFloat width);
     bool isTruncated() const; // in its present bounds
+    // Distances of the first and the last baseline from the top of the text when it is set that wide.
+    struct Baselines {
+        CGFloat first = 0;
+        CGFloat last = 0;
+    };
+    Baselines baselines(CGFloat width) const;
 
     void draw(CGContext& context, CGRect dirty) override;
     void layoutSubviews() override;

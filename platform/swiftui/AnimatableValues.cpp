@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "platform/swiftui/AnimatableValues.h"
+
+#include "platform/dispatch/DisplayLink.h"
+#include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/UIView.h"
+
+#include <chrono>
+#include <utility>
+
+namespace platform {
+
+AnimatableValues::AnimatableValues(std::vector<double> values, std::function<void()> handleChange)
+    : start_(values)
+    , target_(values)
+    , presentation_(std::move(values))
+    , handleChange_(std::move(handleChange))
+{
+}
+
+double AnimatableValues::elapsed(Instant now) const
+{
+    return std::chrono::duration<double>(now - began_).count();
+}
+
+void AnimatableValues::set(std::vector<double> values)
+{
+    assertOnMainThread();
+    if (values == target_)
+        return;
+    auto* timing = UIView::currentAnimation();
+    if (!timing || values.size() != presentation_.size()) {
+        frames_.cancel();
+        start_ = target_ = presentation_ = std::move(values);
+        handleChange_();
+        return;
+    }
+    // A movement that is interrupted hands its speed on.
+    auto now = RunLoop::main().clock().now();
+    std::vector<double> speed(values.size(), 0);
+    if (frames_) {
+        auto rest = timing_.sample(elapsed(now)).velocity;
+        auto pushed = timing_.sample(elapsed(now), 1).velocity - rest;
+        for (std::size_t i = 0; i < speed.size(); ++i)
+            speed[i] = (target_[i] - start_[i]) * rest + speed_[i] * pushed;
+    }
+    start_ = presentation_;
+    target_ = std::move(values);
+    speed_ = std::move(speed);
+    timing_ = *timing;
+    began_ = now;
+    if (!frames_)
+        frames_ = DisplayLink::shared().request([this](Instant frameTime) { step(frameTime); });
+}
+
+void AnimatableValues::step(Instant frameTime)
+{
+    auto rest = timing_.sample(elapsed(frameTime));
+    auto pushed = timing_.sample(elapsed(frameTime), 1);
+    // A spring is linear in its first speed: what a unit of it adds is the same for each number.
+    for (std::size_t i = 0; i < presentation_.size(); ++i)
+        presentation_[i] = start_[i] + (target_[i] - start_[i]) * rest.progress
+            + speed_[i] * (pushed.progress - rest.progress);
+    if (rest.isFinished && pushed.isFinished) {
+        // A movement that ends where it began, by cycles that run backwards, jumps to what was set, as on the platform.
+        presentation_ = target_;
+        frames_.cancel();
+    }
+    handleChange_();
+}
+
+} // namespace platform

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/dispatch/Clock.h"
+#include "platform/dispatch/Token.h"
+#include "platform/uikit/AnimationTiming.h"
+
+#include <functional>
+#include <vector>
+
+namespace platform {
+
+// Numbers that move from what is on screen to what was set, on the display clock, when they are set where changes are
+// animated. Main thread only.
+class AnimatableValues {
+public:
+    // `handleChange` is called at each frame while the numbers move.
+    AnimatableValues(std::vector<double> values, std::function<void()> handleChange);
+    AnimatableValues(const AnimatableValues&) = delete; // a frame callback holds its address
+    AnimatableValues& operator=(const AnimatableValues&) = delete;
+
+    // Moves there under UIView::currentAnimation(), otherwise is there at once. So it is for another count of numbers.
+    void set(std::vector<double> values);
+    const std::vector<double>& values() const { return target_; }
+    const std::vector<double>& presentation() const { return presentation_; }
+    bool isMoving() const { return bool(frames_); }
+
+private:
+    void step(Instant frameTime);
+    double elapsed(Instant now) const;
+
+    std::vector<double> start_, target_, presentation_;
+    std::vector<double> speed_; // a second, that the movement began with; springs only
+    std::function<void()> handleChange_;
+    AnimationTiming timing_;
+    Instant began_{};
+    Token frames_;
+};
+
+} // namespace platform

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "platform/swiftui/Color.h"
+
+#include "platform/uikit/UIView.h"
+
+namespace platform {
+
+Color::Node::Node(const NodeContext& context, const Color& view)
+    : PlatformViewNode(context)
+{
+    auto ground = std::make_shared<UIView>();
+    ground->setBackgroundColor(view.color);
+    ground->setUserInteractionEnabled(false);
+    setPlatformView(std::move(ground));
+}
+
+void Color::Node::update(const Color& view)
+{
+    platformView()->setBackgroundColor(view.color); // compares, and moves there when animated
+}
+
+} // namespace platform

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "platform/swiftui/ShapeNode.h"
+
+#include "platform/swiftui/EnvironmentValues.h"
+#include "platform/uikit/UIView.h"
+
+#include <utility>
+
+namespace platform {
+
+// Paints the outline as it was last told.
+class ShapeNode::OutlineView : public UIView {
+public:
+    explicit OutlineView(ShapeNode& node)
+        : node_(&node)
+    {
+        setUserInteractionEnabled(false);
+    }
+    // Somebody may keep the view for longer than the node.
+    void letGoOfNode() { node_ = nullptr; }
+
+    void draw(CGContext& context, CGRect) override
+    {
+        if (!node_)
+            return;
+        auto path = node_->shape_->path(bounds());
+        auto color = node_->fromColor_.blended(node_->toColor_, node_->colorPart_.presentation().front());
+        if (node_->style_.stroke)
+            context.stroke(path, color, *node_->style_.stroke);
+        else
+            context.fill(path, color);
+    }
+
+private:
+    ShapeNode* node_;
+};
+
+ShapeNode::ShapeNode(const NodeContext& context, std::unique_ptr<ErasedShape> shape, ShapeStyle style)
+    : PlatformViewNode(context)
+    , outlineView_(std::make_shared<OutlineView>(*this))
+    , shape_(std::move(shape))
+    , style_(std::move(style))
+    , data_(shape_->animatableData(), [this] { showPresentation(); })
+    , colorPart_({1}, [this] { outlineView_->setNeedsDisplay(); })
+{
+    fromColor_ = toColor_ = styleColor();
+    setPlatformView(outlineView_);
+}
+
+ShapeNode::~ShapeNode()
+{
+    outlineView_->letGoOfNode();
+}
+
+UIColor ShapeNode::styleColor()
+{
+    return style_.color ? *style_.color : environment<ForegroundColorKey>().value_or(UIColor::label());
+}
+
+void ShapeNode::refresh()
+{
+    setColor(styleColor());
+}
+
+void ShapeNode::setShape(std::unique_ptr<ErasedShape> shape, const ShapeStyle& style)
+{
+    style_ = style;
+    setColor(styleColor());
+    auto target = shape->animatableData();
+    shape_ = std::move(shape);
+    data_.set(target);
+    showPresentation();
+}
+
+void ShapeNode::showPresentation()
+{
+    shape_->setAnimatableData(data_.presentation());
+    outlineView_->setNeedsDisplay();
+}
+
+void ShapeNode::setColor(const UIColor& color)
+{
+    if (color == toColor_)
+        return;
+    fromColor_ = fromColor_.blended(toColor_, colorPart_.presentation().front());
+    toColor_ = color;
+    // Back to the beginning at once, and from there as the surroundings have it.
+    UIView::performWithoutAnimation([&] { colorPart_.set({0}); });
+    colorPart_.set({1});
+    outlineView_->setNeedsDisplay();
+}
+
+} // namespace platform
