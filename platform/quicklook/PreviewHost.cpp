@@ -115,7 +115,7 @@ public:
             };
         }
         window_->makeKeyAndVisible();
-        window_->advanceFocus(false);
+        window_->advanceFocus(UIWindow::FocusDirection::forward);
     }
 
 private:
@@ -203,10 +203,13 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
                  + ": no display to show it on; --snapshot OUT.png paints it into a picture");
         return notShown;
     }
-    if (needsDisplay)
+    if (needsDisplay) {
+        UIApplication::shared().setIdentifier(manifest.identifier);
+        // Before the file is read: the desktop is asked for its settings meanwhile.
         UIApplication::shared().start();
-    else
+    } else {
         startGraphics(DisplayMode::offscreen);
+    }
     int status = prepareAndShow(program, manifest, arguments, file);
     stopGraphics(); // hands what was copied to the desktop, which may keep it for when we are gone
     return status;

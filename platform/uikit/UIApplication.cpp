@@ -46,6 +46,12 @@ UIApplication::UIApplication()
 
 UIApplication::~UIApplication() = default;
 
+void UIApplication::setIdentifier(const std::string& identifier)
+{
+    assertOnMainThread();
+    QGuiApplication::setDesktopFileName(QString::fromStdString(identifier));
+}
+
 void UIApplication::start()
 {
     assertOnMainThread();

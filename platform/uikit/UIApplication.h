@@ -17,6 +17,9 @@ class UIApplication {
 public:
     static UIApplication& shared();
 
+    // The reverse-DNS name under which the desktop knows the program: its desktop entry's, without the ending. Windows
+    // that are made later carry it.
+    void setIdentifier(const std::string& identifier);
     // Connects to the window system. Requires displayIsAvailable() (graphics/GraphicsRuntime.h).
     void start();
     // Runs until `terminate` or until the last window is closed; gives the exit status.

@@ -53,7 +53,8 @@ public:
     // Null gives it up. False when the present one refuses to let go or the other does not want it.
     bool makeFirstResponder(std::shared_ptr<UIResponder> responder);
     // Moves the keyboard to the next view that wants it, in reading order.
-    void advanceFocus(bool backwards);
+    enum class FocusDirection { forward, backward };
+    void advanceFocus(FocusDirection direction);
 
     // Edges that the window's own furniture covers.
     void setBaseSafeAreaInsets(UIEdgeInsets insets);

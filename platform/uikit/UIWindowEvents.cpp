@@ -76,7 +76,8 @@ bool UIWindow::sendPress(const UIPress& press)
         || (press.modifiers.rawValue & ~UIKeyModifierFlags::shift) != 0)
         return false;
     auto before = firstResponder();
-    advanceFocus(press.modifiers.contains(UIKeyModifierFlags::shift));
+    advanceFocus(press.modifiers.contains(UIKeyModifierFlags::shift) ? FocusDirection::backward
+                                                                     : FocusDirection::forward);
     return firstResponder() != before;
 }
 
@@ -215,9 +216,10 @@ void collectFocusable(UIView& view, std::vector<std::shared_ptr<UIView>>& found)
 
 } // namespace
 
-void UIWindow::advanceFocus(bool backwards)
+void UIWindow::advanceFocus(FocusDirection direction)
 {
     assertOnMainThread();
+    bool backwards = direction == FocusDirection::backward;
     auto keptAlive = weak_from_this().lock();
     std::vector<std::shared_ptr<UIView>> order;
     for (const auto& subview : subviews())
