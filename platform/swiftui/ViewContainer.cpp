@@ -11,15 +11,15 @@ namespace platform {
 
 ViewContainer::~ViewContainer()
 {
-    if (isDirty_)
-        host_.forget(*this);
+    if (host_)
+        host_->forget(*this);
 }
 
 void ViewContainer::contentsDidChange()
 {
-    if (std::exchange(isDirty_, true))
+    if (!host_ || std::exchange(isDirty_, true))
         return;
-    host_.addDirty(*this);
+    host_->addDirty(*this);
 }
 
 void ViewContainer::syncSubviews()

@@ -14,7 +14,7 @@ namespace platform {
 class ViewContainer {
 public:
     explicit ViewContainer(ViewHost& host)
-        : host_(host)
+        : host_(&host)
     {
     }
     virtual ~ViewContainer();
@@ -33,8 +33,12 @@ public:
     void addLeaving(std::shared_ptr<UIView> view);
     void removeLeaving(const UIView& view);
 
+protected:
+    // For the host, which goes before the container that it is.
+    void letGoOfHost() { host_ = nullptr; }
+
 private:
-    ViewHost& host_;
+    ViewHost* host_;
     std::vector<std::shared_ptr<UIView>> leaving_;
     bool isDirty_ = false;
 };

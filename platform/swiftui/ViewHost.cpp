@@ -5,6 +5,7 @@
 #include "platform/foundation/Logger.h"
 #include "platform/foundation/Precondition.h"
 #include "platform/swiftui/AppearanceNode.h"
+#include "platform/swiftui/EnvironmentValues.h"
 #include "platform/swiftui/TransitionNode.h"
 #include "platform/swiftui/ViewNode.h"
 #include "platform/uikit/UIView.h"
@@ -37,8 +38,9 @@ ViewHost::ViewHost(UIViewController& controller)
 ViewHost::~ViewHost()
 {
     isFlushing_ = true; // what nodes ask for on their way out is not done any more
-    root_.reset();
     leaving_.clear();
+    root_.reset();
+    letGoOfHost();
     for (auto& action : std::exchange(afterFlush_, {}))
         action();
 }
@@ -78,6 +80,13 @@ void ViewHost::addDirty(ViewContainer& container)
 
 void ViewHost::forget(ViewContainer& container)
 {
+    // What is on its way out in that view goes with it.
+    auto gone = std::stable_partition(leaving_.begin(), leaving_.end(),
+                                      [&](auto& node) { return &node->container() != &container; });
+    std::vector<std::shared_ptr<ViewNode>> released(std::make_move_iterator(gone),
+                                                    std::make_move_iterator(leaving_.end()));
+    leaving_.erase(gone, leaving_.end());
+    released.clear();
     std::erase(dirtyContainers_, &container);
 }
 
@@ -95,12 +104,13 @@ bool ViewHost::flush()
     auto kept = controller_.shared_from_this(); // an action may let go of the last owner
     isFlushing_ = true;
     auto transaction = std::exchange(pending_, {});
-    if (transaction.animation && !transaction.disablesAnimations) {
+    bool reducesMotion = environment_->value<ReduceMotionKey>(nullptr);
+    if (transaction.animation && !transaction.disablesAnimations && !reducesMotion) {
         UIView::animate(transaction.animation->timing(), [&] {
             bringUpToDate();
             layoutNow();
         });
-    } else if (transaction.disablesAnimations) {
+    } else if (!transaction.isEmpty() || reducesMotion) {
         UIView::performWithoutAnimation([&] {
             bringUpToDate();
             layoutNow();
@@ -289,6 +299,11 @@ void ViewHost::runAppearances()
 void ViewHost::nodeUnmounted(ViewNode& node)
 {
     ++statistics_.unmounted;
+    forget(node);
+}
+
+void ViewHost::forget(ViewNode& node)
+{
     if (node.isDirty_)
         dirty_.erase({node.depth(), &node});
     layoutDirty_.erase({node.depth(), &node});
@@ -303,6 +318,7 @@ void ViewHost::retire(std::unique_ptr<ViewNode> node)
     if (!transition || !animation || !hasAppeared_)
         return;
     std::shared_ptr<ViewNode> leaving = std::move(node);
+    leaving->detach();
     leaving_.push_back(leaving);
     std::weak_ptr<UIViewController> controller =
         std::static_pointer_cast<UIViewController>(controller_.shared_from_this());
@@ -321,7 +337,7 @@ void ViewHost::setAnimating(ViewNode& node, const Animation& animation)
 
 const Animation* ViewHost::animationFor(const ViewNode& node) const
 {
-    if (animating_.empty())
+    if (animating_.empty() || environment_->value<ReduceMotionKey>(nullptr))
         return nullptr;
     for (auto* each = &node; each; each = each->parent()) {
         auto found = std::ranges::find(animating_, each,

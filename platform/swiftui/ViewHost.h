@@ -60,6 +60,7 @@ public:
     void addDirty(ViewNode& node);
     void addDirty(ViewContainer& container);
     void forget(ViewContainer& container);
+    void forget(ViewNode& node); // which needs no update, layout or word of appearing any more
     void addLayoutDirty(ViewNode& node);
     void prepareForChange();
     // Runs once the subviews are in order, in the order of the calls.

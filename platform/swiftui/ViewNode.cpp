@@ -43,7 +43,7 @@ ViewNode::~ViewNode()
 
 void ViewNode::markDirty()
 {
-    if (isDirty_)
+    if (isDirty_ || isDetached_)
         return;
     isDirty_ = true;
     host().addDirty(*this);
@@ -51,7 +51,7 @@ void ViewNode::markDirty()
 
 void ViewNode::dependOn(const std::shared_ptr<ChangeSource>& source)
 {
-    if (source->dependents_.insert(this).second)
+    if (!isDetached_ && source->dependents_.insert(this).second)
         sources_.push_back(source);
 }
 
@@ -60,6 +60,14 @@ void ViewNode::forgetSources()
     for (auto& source : sources_)
         source->dependents_.erase(this);
     sources_.clear();
+}
+
+void ViewNode::detach()
+{
+    isDetached_ = true;
+    forgetSources();
+    host().forget(*this);
+    forEachChild([](ViewNode& child) { child.detach(); });
 }
 
 CGSize ViewNode::sizeThatFits(const ProposedSize& proposal)
@@ -93,7 +101,7 @@ void ViewNode::place(CGRect rect, const ProposedSize& proposal)
 
 void ViewNode::invalidateLayout()
 {
-    if (isLayoutDirty_)
+    if (isLayoutDirty_ || isDetached_)
         return;
     isLayoutDirty_ = true;
     host().addLayoutDirty(*this);

@@ -103,6 +103,8 @@ protected:
 private:
     friend class ViewHost;
     void forgetSizes();
+    // Has left the tree but is seen for a while: it and what is below follow nothing any more.
+    void detach();
     // Places again where it was if its answers are the same as before; false when the parent has to decide.
     bool absorbLayoutChange();
 
@@ -117,6 +119,7 @@ private:
     std::vector<Measured> measured_; // the offers since the last change, a few
     CGRect rect_;
     ProposedSize placedProposal_;
+    bool isDetached_ = false; // its parent may be gone
     bool isDirty_ = false;
     bool isLayoutDirty_ = false;
     bool needsPlacing_ = true;
