@@ -50,12 +50,10 @@ std::shared_ptr<Base> searchReceiver(const Base& front, EntityTest isWanted)
         common = ancestor(*common);
     if (!common)
         return nullptr;
-    bool isInStretch = false;
-    for (const auto& entity : allDescendants(*common)) {
+    for (const auto& entity : AllDescendants<Base>(*common, *back)) {
         if (entity.get() == &front)
             break;
-        isInStretch = isInStretch || entity == back;
-        if (isInStretch && isFound(*entity, isWanted))
+        if (isFound(*entity, isWanted))
             return entity;
     }
     return nullptr;

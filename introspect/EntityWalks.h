@@ -3,6 +3,7 @@
 
 #include "introspect/PlatformEntity.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -64,6 +65,21 @@ public:
 
         Iterator() = default;
         explicit Iterator(const Base& root) { descend(root); }
+        Iterator(const Base& root, const Base& first)
+        {
+            for (const Base* entity = &first; entity != &root;) {
+                const auto above = ancestor(*entity);
+                if (!above) {
+                    trail_.clear();
+                    break;
+                }
+                const auto& siblings = descendants(*above);
+                const auto place = std::ranges::find(siblings, entity, &std::shared_ptr<Base>::get);
+                trail_.push_back({&siblings, static_cast<std::size_t>(place - siblings.begin())});
+                entity = above.get();
+            }
+            std::ranges::reverse(trail_);
+        }
         const std::shared_ptr<Base>& operator*() const
         {
             return (*trail_.back().siblings)[trail_.back().index];
@@ -100,11 +116,18 @@ public:
         : entity_(&entity)
     {
     }
-    Iterator begin() const { return Iterator(*entity_); }
+    // The same walk from `first` on, without visiting what comes before; nothing when that is not below the entity.
+    AllDescendants(const Base& entity, const Base& first)
+        : entity_(&entity)
+        , first_(&first)
+    {
+    }
+    Iterator begin() const { return first_ ? Iterator(*entity_, *first_) : Iterator(*entity_); }
     std::default_sentinel_t end() const { return {}; }
 
 private:
     const Base* entity_;
+    const Base* first_ = nullptr;
 };
 
 template <PlatformEntity Entity>

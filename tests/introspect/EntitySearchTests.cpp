@@ -148,18 +148,20 @@ TEST(ReceiverSearch, DoesNotLoadTheProbesView)
 }
 
 // A view counts as its own descendant: the probe's view is the common ancestor of itself and what it holds. A
-// controller does not: the walk goes on to the parent, and meets the probe before the anchor.
+// controller does not: the walk goes on to the parent, and the stretch to what follows there.
 TEST(ReceiverSearch, OfAnAnchorInsideOfTheProbeDiffersForViewsAndControllers)
 {
     MarkedStage stage;
     stage.addProbe();
     stage.probe->addChild(stage.anchor);
-    stage.probe->addChild(std::make_shared<Content>());
     stage.probe->view()->addSubview(stage.anchor->view());
+    const auto after = stage.addNew<Content>();
+    stage.addNew<UISlider>();
+    EXPECT_EQ(receiverEntity<Content>(*stage.probe), after);
+    EXPECT_EQ(receiverEntity<UISlider>(*stage.probe), nullptr);
     const auto inside = std::make_shared<UISlider>();
     stage.probe->view()->addSubview(inside);
     EXPECT_EQ(receiverEntity<UISlider>(*stage.probe), inside);
-    EXPECT_EQ(receiverEntity<Content>(*stage.probe), nullptr);
 }
 
 TEST(ReceiverSearch, VisitsNothingAfterTheProbe)

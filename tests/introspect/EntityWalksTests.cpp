@@ -56,6 +56,12 @@ TEST(EntityWalks, DescendantsComeDepthFirstWithoutTheEntityItself)
     EXPECT_EQ(names(allDescendants(*root)), "abcdefgh");
     EXPECT_EQ(names(allDescendants(*root->subviews()[0])), "bcde"); // and nothing beside it
     EXPECT_EQ(names(allDescendants(*deep)), "");
+    const auto from = [&](const UIView& first) { return names(AllDescendants<UIView>(*root, first)); };
+    EXPECT_EQ(from(*deep), "efgh"); // on from the middle, as if walked from the start
+    EXPECT_EQ(from(*root->subviews()[0]), "abcdefgh");
+    EXPECT_EQ(from(*root->subviews()[2]->subviews()[0]), "h");
+    EXPECT_EQ(from(*root), "");       // the entity is not below itself
+    EXPECT_EQ(from(*named("x")), ""); // nor is a stranger
     EXPECT_EQ(names(ancestors(*deep)), "dcar");
     EXPECT_EQ(names(ancestors(*root)), "");
 }

@@ -7,6 +7,8 @@
 #include "platform/services/ASAuthorizationAppleIDButton.h"
 #include "platform/services/AVPlayerViewController.h"
 #include "platform/services/MKMapView.h"
+#include "platform/swiftui/ScrollView.h"
+#include "platform/swiftui/Text.h"
 #include "platform/swiftui/TextEditor.h"
 #include "platform/uikit/UIActivityIndicatorView.h"
 #include "platform/uikit/UICollectionView.h"
@@ -241,6 +243,25 @@ TEST(FoundViewTypes, FindTheViewsOfDeclarativeViews)
                     }));
     EXPECT_EQ(asEditor, firstIn<platform::UITextView>(*screen.window));
     EXPECT_EQ(asView, asEditor);
+}
+
+TEST(FoundViewTypes, FindAScrollViewFromOutsideAndFromInside)
+{
+    std::shared_ptr<platform::UIScrollView> fromOutside;
+    std::shared_ptr<platform::UIScrollView> fromInside;
+    const auto into = [](std::shared_ptr<platform::UIScrollView>& found) {
+        return [&found](platform::UIScrollView& entity) {
+            found = std::static_pointer_cast<platform::UIScrollView>(entity.shared_from_this());
+        };
+    };
+    const auto any = iOS(startingAt(scrollView.iOS.v13));
+    Screen screen(
+        platform::ScrollView(platform::Text{"line"}
+                             | introspect(scrollView, any, IntrospectionScope::ancestor, into(fromInside)))
+        | introspect(scrollView, any, into(fromOutside)));
+    EXPECT_NE(fromOutside, nullptr);
+    EXPECT_EQ(fromOutside, firstIn<platform::UIScrollView>(*screen.window));
+    EXPECT_EQ(fromInside, fromOutside);
 }
 
 } // namespace introspect
