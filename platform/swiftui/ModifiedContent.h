@@ -92,7 +92,7 @@ public:
 
 protected:
     virtual NodeContext contentContext() { return context().below(*this); }
-    // The order of an update; an animation wraps both.
+    // The order of an update; a transaction wraps the content's.
     virtual void updateAround(const std::function<void()>& modifier, const std::function<void()>& content)
     {
         modifier();

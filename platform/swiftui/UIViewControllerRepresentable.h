@@ -86,7 +86,7 @@ public:
     }
 
 private:
-    Context representableContext() { return {coordinator_, Transaction::current(), *this}; }
+    Context representableContext() { return {coordinator_, host().transaction(), *this}; }
     void connect() { detail::connectProperties(record_, *this, storage_); }
 
     Record record_;

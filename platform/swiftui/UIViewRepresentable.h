@@ -67,7 +67,7 @@ protected:
     }
 
 private:
-    Context representableContext() { return {coordinator_, Transaction::current(), *this}; }
+    Context representableContext() { return {coordinator_, host().transaction(), *this}; }
     void connect() { detail::connectProperties(record_, *this, storage_); }
     void updateAfterSync()
     {

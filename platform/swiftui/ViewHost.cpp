@@ -93,8 +93,10 @@ void ViewHost::forget(ViewContainer& container)
 void ViewHost::prepareForChange()
 {
     // What was changed without an animation stands on screen before what is animated begins to move.
-    if (!dirty_.empty() && pending_ != Transaction::current() && evaluating_ == 0)
-        flush();
+    if (dirty_.empty() || pending_ == Transaction::current() || evaluating_ > 0)
+        return;
+    if (flush())
+        UIView::performWithoutAnimation([this] { layoutNow(); });
 }
 
 bool ViewHost::flush()
@@ -103,20 +105,15 @@ bool ViewHost::flush()
         return false;                           // what layout changed comes in the next turn
     auto kept = controller_.shared_from_this(); // an action may let go of the last owner
     isFlushing_ = true;
-    auto transaction = std::exchange(pending_, {});
-    bool reducesMotion = environment_->value<ReduceMotionKey>(nullptr);
-    if (transaction.animation && !transaction.disablesAnimations && !reducesMotion) {
-        UIView::animate(transaction.animation->timing(), [&] {
-            bringUpToDate();
-            layoutNow();
-        });
-    } else if (!transaction.isEmpty() || reducesMotion) {
-        UIView::performWithoutAnimation([&] {
-            bringUpToDate();
-            layoutNow();
-        });
-    } else {
+    active_ = std::exchange(pending_, {});
+    if (active_.isEmpty()) {
         bringUpToDate();
+    } else {
+        perform(active_, [this] {
+            bringUpToDate();
+            layoutNow();
+        });
+        active_ = {};
     }
     isFlushing_ = false;
     if (needsFullLayout_ || !layoutDirty_.empty() || !appearing_.empty()) {
@@ -136,10 +133,7 @@ void ViewHost::bringUpToDate()
             dirty_.erase(dirty_.begin());
             node->isDirty_ = false;
             ++statistics_.updates;
-            if (auto* animation = animationFor(*node))
-                UIView::animate(animation->timing(), [&] { node->refresh(); });
-            else
-                node->refresh();
+            performInTransaction(*node, [node] { node->refresh(); });
         }
         syncContainers();
         for (auto& action : std::exchange(afterSync_, {}))
@@ -193,10 +187,7 @@ void ViewHost::settleBelow(int depth)
 void ViewHost::placeAbsorbed(ViewNode& node)
 {
     bool absorbed = false;
-    if (auto* animation = animationFor(node))
-        UIView::animate(animation->timing(), [&] { absorbed = node.absorbLayoutChange(); });
-    else
-        absorbed = node.absorbLayoutChange();
+    performInTransaction(node, [&] { absorbed = node.absorbLayoutChange(); });
     if (absorbed)
         return;
     node.isLayoutDirty_ = false;
@@ -246,7 +237,7 @@ void ViewHost::layoutNow()
     if (round == mostRounds)
         logger().error("layout keeps changing what it lays out; the rest waits for the next turn");
     isLayingOut_ = false;
-    animating_.clear();
+    changesOnce_.clear();
 }
 
 CGSize ViewHost::sizeThatFits(const ProposedSize& proposal)
@@ -308,7 +299,8 @@ void ViewHost::forget(ViewNode& node)
         dirty_.erase({node.depth(), &node});
     layoutDirty_.erase({node.depth(), &node});
     std::erase_if(appearing_, [&](auto& each) { return each.first == &node; });
-    std::erase_if(animating_, [&](auto& each) { return each.first == &node; });
+    transactionChanges_.erase(&node);
+    changesOnce_.erase(&node);
 }
 
 void ViewHost::retire(std::unique_ptr<ViewNode> node)
@@ -329,23 +321,48 @@ void ViewHost::retire(std::unique_ptr<ViewNode> node)
     });
 }
 
-void ViewHost::setAnimating(ViewNode& node, const Animation& animation)
+// --- Transactions ----------------------------------------------------------------------------------
+
+void ViewHost::changeTransactionOnce(ViewNode& node, TransactionChange change)
 {
-    std::erase_if(animating_, [&](auto& each) { return each.first == &node; });
-    animating_.emplace_back(&node, animation);
+    changesOnce_.insert_or_assign(&node, std::move(change));
 }
 
-const Animation* ViewHost::animationFor(const ViewNode& node) const
+void ViewHost::setTransactionChange(ViewNode& node, TransactionChange change)
 {
-    if (animating_.empty() || environment_->value<ReduceMotionKey>(nullptr))
-        return nullptr;
-    for (auto* each = &node; each; each = each->parent()) {
-        auto found = std::ranges::find(animating_, each,
-                                       [](auto& entry) { return const_cast<const ViewNode*>(entry.first); });
-        if (found != animating_.end())
-            return &found->second;
+    if (change)
+        transactionChanges_.insert_or_assign(&node, std::move(change));
+    else
+        transactionChanges_.erase(&node);
+}
+
+void ViewHost::performInTransaction(const ViewNode& node, const std::function<void()>& action)
+{
+    std::vector<const TransactionChange*> changes;
+    if (!transactionChanges_.empty() || !changesOnce_.empty()) {
+        for (auto* each = &node; each; each = each->parent()) {
+            for (auto* map : {&changesOnce_, &transactionChanges_}) {
+                if (auto found = map->find(each); found != map->end())
+                    changes.push_back(&found->second);
+            }
+        }
     }
-    return nullptr;
+    auto transaction = active_;
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+        (**change)(transaction);
+    if (transaction == active_ && changes.empty())
+        action();
+    else
+        perform(transaction, action);
+}
+
+void ViewHost::perform(const Transaction& transaction, const std::function<void()>& action)
+{
+    bool animates = transaction.animation && !transaction.disablesAnimations;
+    if (animates && !environment_->value<ReduceMotionKey>(nullptr))
+        UIView::animate(transaction.animation->timing(), action);
+    else
+        UIView::performWithoutAnimation(action);
 }
 
 UIView& ViewHost::containerView() const

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <set>
 #include <utility>
@@ -75,8 +76,15 @@ public:
     void settleBelow(int depth);
     // Takes a node that left the tree and lets it go: at once, or when its transition is over.
     void retire(std::unique_ptr<ViewNode> node);
-    void setAnimating(ViewNode& node, const Animation& animation);
-    const Animation* animationFor(const ViewNode& node) const;
+    // Changes of the transaction for `node` and what is below, the outermost first. One that is set for the present update
+    // is forgotten after the next layout; the other holds until it is replaced by null.
+    using TransactionChange = std::function<void(Transaction&)>;
+    void changeTransactionOnce(ViewNode& node, TransactionChange change);
+    void setTransactionChange(ViewNode& node, TransactionChange change);
+    // Runs `action` with the present update's transaction as it holds at `node`.
+    void performInTransaction(const ViewNode& node, const std::function<void()>& action);
+    // That of the present update; empty outside of one.
+    const Transaction& transaction() const { return active_; }
     bool isEvaluating() const { return evaluating_ > 0; }
 
     void nodeMounted() { ++statistics_.mounted; }
@@ -108,6 +116,7 @@ private:
     {
         return !dirty_.empty() || !dirtyContainers_.empty() || !afterSync_.empty() || !afterFlush_.empty();
     }
+    void perform(const Transaction& transaction, const std::function<void()>& action);
     void bringUpToDate();
     void syncContainers();
     void placeAbsorbed(ViewNode& node);
@@ -122,9 +131,10 @@ private:
     std::vector<ViewContainer*> dirtyContainers_;
     std::vector<std::function<void()>> afterSync_, afterFlush_;
     std::vector<std::pair<ViewNode*, std::function<void()>>> appearing_;
-    std::vector<AppearanceNode*> appearanceNodes_;           // each takes itself out before it goes
-    std::vector<std::pair<ViewNode*, Animation>> animating_; // until the next layout is done
-    Transaction pending_;
+    std::vector<AppearanceNode*> appearanceNodes_; // each takes itself out before it goes
+    // Each node takes itself out before it goes; the second are those until the next layout is done.
+    std::map<const ViewNode*, TransactionChange> transactionChanges_, changesOnce_;
+    Transaction pending_, active_;
     Token observer_;
     CGRect bounds_;
     UIEdgeInsets safeArea_;
