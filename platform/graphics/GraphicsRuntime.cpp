@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <dlfcn.h>
+#include <latch>
 #include <memory>
 #include <thread>
 #include <utility>
@@ -25,18 +26,30 @@ void keepErrorsOnly(QtMsgType type, const QMessageLogContext&, const QString& me
         std::fprintf(stderr, "%s\n", qUtf8Printable(message));
 }
 
-// Reading the font configuration takes 4 ms. It needs nothing of ours, so it goes on while a window system
-// is being talked to, and the first text finds it done; off-screen there is nothing to wait for and a thread
-// only costs. The function is looked up at run time: where the library shapes with something else, there is
-// nothing to warm.
+// Counted down when the thread that reads the font configuration is done; null when there is none.
+std::shared_ptr<std::latch>& fontConfigurationIsRead()
+{
+    static std::shared_ptr<std::latch> isRead;
+    return isRead;
+}
+
+// Reading the font configuration takes 4 ms. It needs nothing of ours, so it goes on while the window system is being
+// talked to and the file is read; the first font waits for it, for the library would otherwise read all of it a
+// second time. The function is looked up at run time: where text is shaped with something else, there is nothing
+// to warm.
 void warmFontConfiguration()
 {
     using Initialise = int (*)();
     auto initialise = reinterpret_cast<Initialise>(::dlsym(RTLD_DEFAULT, "FcInit"));
     if (!initialise)
         return;
-    // Touches no object of this program, so it may outlive main.
-    std::thread([initialise] { initialise(); }).detach();
+    auto isRead = std::make_shared<std::latch>(1);
+    fontConfigurationIsRead() = isRead;
+    // Touches no other object of this program, so it may outlive main.
+    std::thread([initialise, isRead] {
+        initialise();
+        isRead->count_down();
+    }).detach();
 }
 
 struct Runtime {
@@ -51,8 +64,7 @@ struct Runtime {
         if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES")
             && qEnvironmentVariableIsEmpty("QT_DEBUG_PLUGINS"))
             qInstallMessageHandler(keepErrorsOnly);
-        if (mode == DisplayMode::window)
-            warmFontConfiguration();
+        warmFontConfiguration();
 
         // Our own words: the program's arguments are its own, and the environment is left to its children.
         words = {"zelk"};
@@ -96,6 +108,12 @@ void stopGraphics()
 bool graphicsIsStarted()
 {
     return runtime() != nullptr;
+}
+
+void awaitFontConfiguration()
+{
+    if (auto isRead = std::exchange(fontConfigurationIsRead(), nullptr))
+        isRead->wait();
 }
 
 QGuiApplication& guiApplication()

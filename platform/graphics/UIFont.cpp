@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/graphics/UIFont_p.h"
 
-#include "platform/graphics/GraphicsRuntime.h"
+#include "platform/graphics/GraphicsRuntime_p.h"
 
 #include <QtCore/QStringList>
 #include <QtGui/QFontMetricsF>
@@ -39,6 +39,7 @@ QStringList families(FontDesign design)
 std::shared_ptr<const FontFace> makeFace(const UIFont& font)
 {
     startGraphics(DisplayMode::offscreen);
+    awaitFontConfiguration();
     auto face = std::make_shared<FontFace>();
     auto& q = face->font;
     q.setFamilies(families(font.design()));
