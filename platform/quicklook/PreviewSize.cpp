@@ -34,31 +34,44 @@ std::shared_ptr<UITextView> findTextView(const std::shared_ptr<UIView>& view)
     return nullptr;
 }
 
-CGFloat widthOfLines(std::string_view text, CGFloat columnWidth)
+struct SampledLines {
+    std::int64_t count = 0;
+    std::int64_t widest = 0; // columns
+};
+
+// Of the beginning of the text; stops when both are more than a window can use.
+SampledLines sampleLines(std::string_view text, std::int64_t enoughLines)
 {
-    std::int64_t widest = 0;
+    SampledLines lines;
     text = text.substr(0, sampleSize);
-    while (!text.empty() && widest < widestLine) {
+    while (!text.empty() && (lines.widest < widestLine || lines.count < enoughLines)) {
         auto end = std::min(text.find_first_of("\r\n"), text.size());
         // Bytes are at least as many as columns but for tabs, so most lines need no closer look.
         auto line = text.substr(0, end);
-        if (static_cast<std::int64_t>(line.size()) > widest || line.find('\t') != std::string_view::npos)
-            widest = std::max(widest, columns(line));
-        text.remove_prefix(std::min(end + 1, text.size()));
+        if (static_cast<std::int64_t>(line.size()) > lines.widest
+            || line.find('\t') != std::string_view::npos)
+            lines.widest = std::max(lines.widest, columns(line));
+        ++lines.count;
+        bool isPair = text.substr(end, 2) == "\r\n";
+        text.remove_prefix(std::min(end + (isPair ? 2 : 1), text.size()));
     }
-    return static_cast<CGFloat>(std::min(widest, widestLine)) * columnWidth;
+    lines.widest = std::min(lines.widest, widestLine);
+    return lines;
 }
 
 CGSize sizeOfText(UITextView& view, CGSize largest)
 {
     auto text = view.text();
     auto insets = view.textContainerInset();
+    auto lineHeight = std::max<CGFloat>(view.font().lineHeight(), 1);
+    auto lines = sampleLines(text.utf8(), static_cast<std::int64_t>(largest.height / lineHeight) + 1);
     // One column more than the widest line: a width that is just enough may be rounded below it.
-    auto columnWidth = view.font().columnWidth();
-    auto width = widthOfLines(text.utf8(), columnWidth) + columnWidth + 2 * view.lineFragmentPadding()
-        + insets.left + insets.right;
+    auto width = static_cast<CGFloat>(lines.widest + 1) * view.font().columnWidth()
+        + 2 * view.lineFragmentPadding() + insets.left + insets.right;
     width = std::clamp(std::ceil(width), smallest.width, largest.width);
-    return {width, view.sizeThatFits({width, largest.height}).height};
+    // Laying out is for texts that may be lower than the window can be; it costs more than all else here.
+    auto height = static_cast<CGFloat>(lines.count) * lineHeight;
+    return {width, height < largest.height ? view.sizeThatFits({width, largest.height}).height : height};
 }
 
 } // namespace
