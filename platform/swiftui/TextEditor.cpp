@@ -29,11 +29,11 @@ TextEditor::Node::Node(const NodeContext& context, const TextEditor& view)
     , text_(view.text)
     , written_(view.text.get())
 {
+    readSources(); // the font before the text, which is measured with it
     textView_->setText(written_);
     textView_->setBackgroundColor(UIColor::systemBackground());
     textView_->setDelegate(delegate_);
     setPlatformView(textView_);
-    readSources();
 }
 
 TextEditor::Node::~Node()

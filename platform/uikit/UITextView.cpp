@@ -41,12 +41,13 @@ void UITextView::setUp()
 const TextViewport& UITextView::viewport() const
 {
     auto safe = safeAreaInsets();
+    // The style comes first: the others measure with its font, and looking up another one takes milliseconds.
+    viewport_.setStyle(style_);
     viewport_.setInsets(
         {containerInset_.top + safe.top, containerInset_.left + lineFragmentPadding_ + safe.left,
          containerInset_.bottom + safe.bottom, containerInset_.right + lineFragmentPadding_ + safe.right});
     viewport_.setSize(bounds().size);
     viewport_.setScale(traitCollection().displayScale);
-    viewport_.setStyle(style_);
     return viewport_;
 }
 
