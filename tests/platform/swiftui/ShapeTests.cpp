@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#include "platform/swiftui/shapes.h"
+
+#include "platform/dispatch/DisplayLink.h"
+#include "platform/swiftui/Color.h"
+#include "platform/swiftui/LinearGradient.h"
+#include "platform/swiftui/Transaction.h"
+#include "platform/swiftui/environment.h"
+#include "platform/swiftui/frame.h"
+#include "tests/platform/swiftui/probes.h"
+#include "tests/support/harness/ViewHarness.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace platform;
+using namespace probes;
+using namespace std::chrono_literals;
+using harness::colorAt;
+using harness::ViewHarness;
+
+const std::string red = "ff0000", green = "00ff00", blue = "0000ff";
+
+template <View Root>
+UIImage pictureOf(Root root, CGSize size = {40, 40})
+{
+    ViewHarness harness(size);
+    harness.show(host(std::move(root)));
+    return harness.snapshot();
+}
+
+TEST(Shape, covers_its_outline_only)
+{
+    struct Case {
+        std::string_view name;
+        UIImage picture;
+        bool corner, edge, middle;
+    };
+    auto paint = fill(UIColor::red());
+    const Case cases[] = {
+        {"a rectangle", pictureOf(Rectangle{} | paint), true, true, true},
+        {"a circle", pictureOf(Circle{} | paint), false, true, true},
+        {"an ellipse", pictureOf(Ellipse{} | paint), false, true, true},
+        {"a capsule", pictureOf(Capsule{} | paint), false, true, true},
+        {"rounded corners", pictureOf(RoundedRectangle{10} | paint), false, true, true},
+        {"corners rounded by less than nothing", pictureOf(RoundedRectangle{-3} | paint), true, true, true},
+        {"a line around", pictureOf(Rectangle{} | stroke(UIColor::red(), 6)), true, true, false},
+    };
+    for (auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        EXPECT_EQ(colorAt(test.picture, {1, 1}) == red, test.corner);
+        EXPECT_EQ(colorAt(test.picture, {20, 1}) == red, test.edge);
+        EXPECT_EQ(colorAt(test.picture, {20, 20}) == red, test.middle);
+    }
+}
+
+TEST(Shape, without_a_colour_takes_that_of_the_surroundings)
+{
+    auto handle = makeHandle<bool>();
+    auto controller = host(stateful(handle, false, [](bool isBlue) {
+        return Rectangle{} | foregroundColor(isBlue ? UIColor::blue() : UIColor::red());
+    }));
+    ViewHarness harness({40, 40});
+    harness.show(controller);
+    EXPECT_EQ(colorAt(harness.snapshot(), {20, 20}), red);
+    (*handle)->set(true);
+    EXPECT_EQ(colorAt(harness.snapshot(), {20, 20}), blue);
+}
+
+TEST(Circle, stands_in_the_middle_of_a_long_place)
+{
+    auto picture = pictureOf(Circle{} | fill(UIColor::red()), {100, 40});
+    EXPECT_NE(colorAt(picture, {25, 20}), red);
+    EXPECT_EQ(colorAt(picture, {35, 20}), red);
+    EXPECT_NE(colorAt(picture, {75, 20}), red);
+}
+
+// As much of a place, from the left, as it says.
+struct Bar {
+    double part = 0;
+    UIBezierPath path(CGRect rect) const
+    {
+        return UIBezierPath::rect(CGRect::make(0, 0, rect.width() * part, rect.height()));
+    }
+    std::vector<double> animatableData() const { return {part}; }
+    void setAnimatableData(const std::vector<double>& data) { part = data.front(); }
+    bool operator==(const Bar&) const = default;
+};
+
+TEST(Shape, moves_its_numbers_and_its_colour_in_an_animation)
+{
+    auto handle = makeHandle<bool>();
+    auto controller = host(stateful(handle, false, [](bool isLong) {
+        return Bar{isLong ? 1.0 : 0.0} | fill(isLong ? UIColor::green() : UIColor::red());
+    }));
+    ViewHarness harness({100, 10});
+    harness.show(controller);
+    withAnimation(Animation::linear(1), [&] { (*handle)->set(true); });
+    harness.settle();
+    harness.advance(500ms);
+    auto halfway = harness.snapshot();
+    EXPECT_EQ(colorAt(halfway, {70, 5}), "ffffff");
+    auto [r, g, b, alpha] = halfway.pixel(40, 5).components();
+    EXPECT_NEAR(r, 0.5, 0.05);
+    EXPECT_NEAR(g, 0.5, 0.05);
+    harness.advance(600ms);
+    auto after = harness.snapshot();
+    EXPECT_EQ(colorAt(after, {5, 5}), green);
+    EXPECT_EQ(colorAt(after, {95, 5}), green);
+    EXPECT_FALSE(DisplayLink::shared().isRunning()) << "nothing runs when nothing moves";
+}
+
+TEST(Shape, that_turns_back_continues_from_where_it_is)
+{
+    auto handle = makeHandle<double>();
+    auto controller =
+        host(stateful(handle, 0.0, [](double part) { return Bar{part} | fill(UIColor::red()); }));
+    ViewHarness harness({100, 10});
+    harness.show(controller);
+    withAnimation(Animation::linear(1), [&] { (*handle)->set(1); });
+    harness.settle();
+    harness.advance(500ms);
+    withAnimation(Animation::linear(1), [&] { (*handle)->set(0); });
+    harness.settle();
+    EXPECT_EQ(colorAt(harness.snapshot(), {45, 5}), red) << "it does not jump";
+    harness.advance(500ms);
+    EXPECT_NE(colorAt(harness.snapshot(), {40, 5}), red);
+    EXPECT_EQ(colorAt(harness.snapshot(), {15, 5}), red);
+    // Without an animation it is there at once.
+    (*handle)->set(1);
+    EXPECT_EQ(colorAt(harness.snapshot(), {95, 5}), red);
+    harness.advance(2s);
+    EXPECT_EQ(colorAt(harness.snapshot(), {95, 5}), red);
+}
+
+TEST(Shape, that_goes_while_it_moves_leaves_nothing_running)
+{
+    auto handle = makeHandle<double>();
+    {
+        auto controller = host(stateful(handle, 0.0, [](double part) { return Bar{part} | fill(); }));
+        ViewHarness harness({100, 10});
+        harness.show(controller);
+        withAnimation(Animation::linear(1), [&] { (*handle)->set(1); });
+        harness.settle();
+        auto view = controller->view()->subviews().front();
+        harness.dropWindow();
+        controller.reset();
+        harness.advance(2s);
+        view->setNeedsDisplay(); // somebody kept it
+    }
+}
+
+TEST(LinearGradient, runs_between_its_points)
+{
+    auto picture = pictureOf(LinearGradient::ofColors({UIColor::red(), UIColor::blue()}, UnitPoint::leading(),
+                                                      UnitPoint::trailing()),
+                             {100, 10});
+    auto part = [&](int x) { return picture.pixel(x, 5).components().blue; };
+    EXPECT_NEAR(part(0), 0, 0.02);
+    EXPECT_NEAR(part(50), 0.5, 0.02);
+    EXPECT_NEAR(part(99), 1, 0.02);
+}
+
+TEST(LinearGradient, moves_its_points_in_an_animation)
+{
+    auto handle = makeHandle<bool>();
+    auto controller = host(stateful(handle, false, [](bool isMoved) {
+        auto x = isMoved ? 1.0 : 0.0;
+        return LinearGradient{{{0, UIColor::red()}, {0.01, UIColor::blue()}},
+                              {x, 0},
+                              {x + 1, 0}}; // the edge is at the start point
+    }));
+    ViewHarness harness({100, 10});
+    harness.show(controller);
+    EXPECT_EQ(colorAt(harness.snapshot(), {5, 5}), blue);
+    withAnimation(Animation::linear(1), [&] { (*handle)->set(true); });
+    harness.settle();
+    harness.advance(500ms);
+    EXPECT_EQ(colorAt(harness.snapshot(), {40, 5}), red);
+    EXPECT_EQ(colorAt(harness.snapshot(), {60, 5}), blue);
+    harness.advance(600ms);
+    EXPECT_EQ(colorAt(harness.snapshot(), {95, 5}), red);
+}
+
+TEST(LinearGradient, without_stops_or_length_paints_what_there_is)
+{
+    EXPECT_EQ(colorAt(pictureOf(LinearGradient{}), {5, 5}), "ffffff");
+    EXPECT_EQ(colorAt(pictureOf(LinearGradient::ofColors({UIColor::red()})), {5, 5}), red);
+    EXPECT_EQ(colorAt(pictureOf(LinearGradient::ofColors({UIColor::red(), UIColor::blue()},
+                                                         UnitPoint::center(), UnitPoint::center())),
+                      {5, 5}),
+              blue);
+}
+
+TEST(Color, fills_what_it_is_offered)
+{
+    auto picture = pictureOf(Color{UIColor::red()} | frame({.width = 10, .height = 10}));
+    EXPECT_EQ(colorAt(picture, {20, 20}), red);
+    EXPECT_EQ(colorAt(picture, {5, 5}), "ffffff");
+}
+
+} // namespace

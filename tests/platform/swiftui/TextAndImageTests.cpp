@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "platform/swiftui/Text.h"
+
+#include "platform/swiftui/Image.h"
+#include "platform/swiftui/environment.h"
+#include "platform/swiftui/frame.h"
+#include "platform/swiftui/placement.h"
+#include "platform/swiftui/stacks.h"
+#include "platform/uikit/UIImageView.h"
+#include "platform/uikit/UILabel.h"
+#include "tests/platform/swiftui/layoutProbes.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+
+namespace {
+
+using namespace platform;
+using namespace probes;
+using harness::ViewHarness;
+
+UILabel& labelIn(UIView& view, std::size_t index = 0)
+{
+    return dynamic_cast<UILabel&>(*view.subviews().at(index));
+}
+
+TEST(Text, takes_its_look_from_the_surroundings)
+{
+    auto handle = makeHandle<int>();
+    auto controller = host(stateful(handle, 0, [](int step) {
+        return Text{"text"} | font(step == 0 ? Font::system(10) : Font::system(20).bold())
+            | foregroundColor(step == 0 ? UIColor::red() : UIColor::blue())
+            | lineLimit(step == 0 ? std::optional(2) : std::nullopt)
+            | multilineTextAlignment(step == 0 ? HorizontalAlignment::leading
+                                               : HorizontalAlignment::trailing);
+    }));
+    ViewHarness harness;
+    harness.show(controller);
+    auto& label = labelIn(*controller->view());
+    EXPECT_EQ(label.font(), UIFont::systemFont(10));
+    EXPECT_EQ(label.textColor(), UIColor::red());
+    EXPECT_EQ(label.numberOfLines(), 2);
+    EXPECT_EQ(label.textAlignment(), TextAlignment::left);
+    auto small = label.bounds().size;
+
+    (*handle)->set(1);
+    harness.settle();
+    EXPECT_EQ(&labelIn(*controller->view()), &label);
+    EXPECT_EQ(label.font(), UIFont::boldSystemFont(20));
+    EXPECT_EQ(label.textColor(), UIColor::blue());
+    EXPECT_EQ(label.numberOfLines(), 0);
+    EXPECT_EQ(label.textAlignment(), TextAlignment::right);
+    EXPECT_GT(label.bounds().width(), small.width);
+    EXPECT_GT(label.bounds().height(), small.height);
+}
+
+TEST(Text, follows_text_size_and_direction_of_the_window)
+{
+    auto controller = host(Text{"text"});
+    ViewHarness harness;
+    harness.show(controller);
+    auto& label = labelIn(*controller->view());
+    auto height = label.bounds().height();
+    harness.window().setBaseTraits(
+        {.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft,
+         .preferredContentSizeCategory = UIContentSizeCategory::accessibilityExtraLarge});
+    harness.settle();
+    EXPECT_GT(label.bounds().height(), height);
+    EXPECT_EQ(label.textAlignment(), TextAlignment::right);
+}
+
+TEST(Text, wraps_in_the_width_it_is_offered)
+{
+    UILabel measure;
+    measure.setFont(Font::system(20).monospaced().resolved(UIContentSizeCategory::large, 1));
+    measure.setNumberOfLines(0);
+    measure.setText("aaaa");
+    auto word = measure.sizeThatFits({0, 0});
+    auto text = [](std::string words) {
+        return Text{std::move(words)} | font(Font::system(20).monospaced());
+    };
+    struct Case {
+        std::string_view name;
+        CGFloat offered;
+        int lines;
+    };
+    const Case cases[] = {
+        {"room for all", word.width * 4, 1},    {"without end", std::numeric_limits<CGFloat>::infinity(), 1},
+        {"room for a word", word.width + 1, 3}, {"no room", 0, 1},
+        {"less than no room", -4, 1},
+    };
+    for (auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        auto controller = host(text("aaaa bbbb cccc") | frame({.width = test.offered}));
+        ViewHarness harness({1000, 400});
+        harness.show(controller);
+        auto& label = labelIn(*controller->view());
+        EXPECT_NEAR(label.bounds().height(), word.height * test.lines, test.lines);
+        EXPECT_LE(label.bounds().width(), std::max(test.offered, 0.0));
+    }
+}
+
+TEST(Text, whose_ideal_size_is_fixed_is_not_cut)
+{
+    auto controller = host(Text{"a text of many words"} | fixedSize() | frame({.width = 10}));
+    ViewHarness harness;
+    harness.show(controller);
+    EXPECT_GT(labelIn(*controller->view()).bounds().width(), 50);
+}
+
+TEST(Text, shares_a_row_by_what_it_needs)
+{
+    // The short one gets all it needs, the long one wraps in the rest.
+    auto controller =
+        host(HStack{{.spacing = 0}, Text{"a text that is much too long for the row"}, Text{"short"}});
+    ViewHarness harness({150, 200});
+    harness.show(controller);
+    auto& longer = labelIn(*controller->view());
+    auto& shorter = labelIn(*controller->view(), 1);
+    EXPECT_EQ(shorter.bounds().width(), shorter.sizeThatFits({unlimitedWidth, 0}).width);
+    EXPECT_LE(longer.bounds().width() + shorter.bounds().width(), 150);
+    EXPECT_GT(longer.bounds().height(), shorter.bounds().height());
+}
+
+TEST(Text, of_hostile_content_is_laid_out)
+{
+    for (std::string text : {std::string(), std::string("\xff\xfe\x80"), std::string(1, '\0'),
+                             std::string(200, '\n'), std::string("\u202e\u0301\u0301")}) {
+        auto controller = host(HStack{Text{text}, Text{"end"}});
+        ViewHarness harness({100, 100});
+        harness.show(controller);
+        harness.paintFrame();
+        EXPECT_EQ(labelIn(*controller->view()).text(), text);
+    }
+}
+
+UIImage picture(int width, int height)
+{
+    std::vector<std::byte> pixels(static_cast<std::size_t>(width * height * 4), std::byte{0xff});
+    return UIImage::fromPixels(pixels, width, height);
+}
+
+TEST(Image, keeps_its_size_unless_it_is_resizable)
+{
+    auto image = Image{picture(20, 10)};
+    struct Case {
+        std::string_view name;
+        std::string actual, expected;
+    };
+    const Case cases[] = {
+        {"its own size", layoutOf(image, {100, 100}), " 40 45 20 10"},
+        {"all that is offered", layoutOf(image.resizable(), {100, 100}), " 0 0 100 100"},
+        {"its own proportions", layoutOf(image.resizable() | scaledToFit(), {100, 100}), " 0 25 100 50"},
+        {"filling", layoutOf(image.resizable() | scaledToFill(), {100, 100}), " -50 0 200 100"},
+        {"other proportions", layoutOf(image.resizable() | aspectRatio(0.5), {100, 100}), " 25 0 50 100"},
+        {"proportions without sense", layoutOf(image.resizable() | aspectRatio(-1), {100, 100}),
+         " 0 0 100 100"},
+        {"an empty picture", layoutOf(Image{}.resizable() | scaledToFit(), {100, 100}), " 0 0 100 100"},
+    };
+    for (auto& test : cases)
+        EXPECT_EQ(test.actual, test.expected) << test.name;
+}
+
+TEST(Image, that_is_a_template_takes_the_colour_of_the_surroundings)
+{
+    auto controller =
+        host(Image{picture(20, 10).withRenderingMode(UIImage::RenderingMode::alwaysTemplate)}.resizable()
+             | foregroundColor(UIColor(0, 1, 0)));
+    ViewHarness harness({20, 20});
+    harness.show(controller);
+    EXPECT_EQ(harness::colorAt(harness.snapshot(), {10, 10}), "00ff00");
+}
+
+} // namespace
