@@ -14,12 +14,7 @@ constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(AnimationTiming, CubicsPassThroughPublishedPoints)
 {
-    struct Case {
-        std::string_view name;
-        AnimationTiming timing;
-        double elapsed, progress;
-    };
-    const Case cases[] = {
+    const std::tuple<std::string_view, AnimationTiming, double, double> cases[] = {
         {"linear, a quarter", AnimationTiming::linear(2), 0.5, 0.25},
         {"ease in and out is symmetric", AnimationTiming::easeInOut(1), 0.5, 0.5},
         {"ease in and out, a quarter", AnimationTiming::easeInOut(1), 0.25, 0.129162},
@@ -28,10 +23,9 @@ TEST(AnimationTiming, CubicsPassThroughPublishedPoints)
         {"before the start", AnimationTiming::easeOut(1), -3, 0},
         {"no number", AnimationTiming::easeOut(1), nan, 0},
     };
-    for (auto& test : cases) {
-        SCOPED_TRACE(test.name);
-        EXPECT_NEAR(test.timing.sample(test.elapsed).progress, test.progress, 2e-4);
-        EXPECT_FALSE(test.timing.sample(test.elapsed).isFinished);
+    for (auto& [name, timing, elapsed, progress] : cases) {
+        EXPECT_NEAR(timing.sample(elapsed).progress, progress, 2e-4) << name;
+        EXPECT_FALSE(timing.sample(elapsed).isFinished) << name;
     }
 }
 
@@ -51,8 +45,10 @@ TEST(AnimationTiming, EveryTimingEndsAtItsTarget)
     }
 }
 
-TEST(AnimationTiming, VelocityIsTheSlopeOfProgress)
+TEST(AnimationTiming, VelocityIsTheSlopeOfProgressAndBeginsAsGiven)
 {
+    for (double damping : {0.3, 1.0, 2.0})
+        EXPECT_NEAR(AnimationTiming::spring(0.5, damping).sample(0, 12).velocity, 12, 1e-9);
     for (auto& timing : {AnimationTiming::easeInOut(0.7), AnimationTiming::spring(0.6, 0.4),
                          AnimationTiming::spring(0.6, 1), AnimationTiming::spring(0.6, 2.5)})
         for (double time : {0.05, 0.2, 0.33, 0.6}) {
@@ -61,12 +57,6 @@ TEST(AnimationTiming, VelocityIsTheSlopeOfProgress)
                 / (2 * step);
             EXPECT_NEAR(timing.sample(time, 3).velocity, slope, 1e-3 * std::max(1.0, std::abs(slope)));
         }
-}
-
-TEST(AnimationTiming, ASpringStartsWithTheSpeedItIsGiven)
-{
-    for (double damping : {0.3, 1.0, 2.0})
-        EXPECT_NEAR(AnimationTiming::spring(0.5, damping).sample(0, 12).velocity, 12, 1e-9);
 }
 
 TEST(AnimationTiming, OnlyAnUnderdampedSpringGoesPastItsTarget)
@@ -85,12 +75,6 @@ TEST(AnimationTiming, OnlyAnUnderdampedSpringGoesPastItsTarget)
 
 TEST(AnimationTiming, DelayRepeatsDirectionAndSpeedShapeTheCourse)
 {
-    struct Case {
-        std::string_view name;
-        AnimationTiming timing;
-        double elapsed, progress;
-        bool isFinished;
-    };
     auto with = [](double delay, double repeats, bool reverses, double speed) {
         auto timing = AnimationTiming::linear(1);
         timing.delay = delay;
@@ -99,7 +83,7 @@ TEST(AnimationTiming, DelayRepeatsDirectionAndSpeedShapeTheCourse)
         timing.speed = speed;
         return timing;
     };
-    const Case cases[] = {
+    const std::tuple<std::string_view, AnimationTiming, double, double, bool> cases[] = {
         {"during the delay", with(2, 1, false, 1), 1.9, 0, false},
         {"after the delay", with(2, 1, false, 1), 2.25, 0.25, false},
         {"the second cycle starts anew", with(0, 3, false, 1), 1.25, 0.25, false},
@@ -113,11 +97,10 @@ TEST(AnimationTiming, DelayRepeatsDirectionAndSpeedShapeTheCourse)
         {"no speed at all counts as the normal one", with(0, 1, false, 0), 0.25, 0.25, false},
         {"no repeats at all count as one", with(0, 0, false, 1), 0.5, 0.5, false},
     };
-    for (auto& test : cases) {
-        SCOPED_TRACE(test.name);
-        auto sample = test.timing.sample(test.elapsed);
-        EXPECT_NEAR(sample.progress, test.progress, 1e-6);
-        EXPECT_EQ(sample.isFinished, test.isFinished);
+    for (auto& [name, timing, elapsed, progress, isFinished] : cases) {
+        auto sample = timing.sample(elapsed);
+        EXPECT_NEAR(sample.progress, progress, 1e-6) << name;
+        EXPECT_EQ(sample.isFinished, isFinished) << name;
     }
 }
 

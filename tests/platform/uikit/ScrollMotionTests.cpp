@@ -38,18 +38,6 @@ TEST(ScrollMotion, ADecelerationGoesAsFarAsThePublishedRateSays)
     EXPECT_NEAR(whole(ScrollMotion::deceleration({0, 2000}, std::nan(""), {}), 16ms), expected, 6);
 }
 
-TEST(ScrollMotion, AnAnimationCanBeExtendedOnItsWay)
-{
-    auto motion = ScrollMotion::animation({0, 100}, AnimationTiming::linear(1), {});
-    auto first = motion.advance(Instant{500ms}).dy;
-    EXPECT_NEAR(first, 50, 1e-9);
-    motion.extend({0, 30}, Instant{500ms});
-    CGFloat rest = 0;
-    for (auto now = Instant{510ms}; !motion.isFinished(); now += 10ms)
-        rest += motion.advance(now).dy;
-    EXPECT_NEAR(rest, 80, 1e-9);
-}
-
 TEST(ScrollMotion, TimeThatRunsBackwardsMovesNothing)
 {
     auto motion = ScrollMotion::wheel({0, 51}, Instant{1s});

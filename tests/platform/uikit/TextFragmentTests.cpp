@@ -9,14 +9,9 @@ using namespace texttests;
 
 namespace {
 
-struct Case {
-    std::string_view name;
-    std::string text;
-};
-
-const std::vector<Case>& hostileTexts()
+const std::vector<std::pair<std::string_view, std::string>>& hostileTexts()
 {
-    static const std::vector<Case> cases = {
+    static const std::vector<std::pair<std::string_view, std::string>> cases = {
         {"empty", ""},
         {"only newlines", std::string(20'000, '\n')},
         {"lines of all ends", repeated("one\r\ntwo\rthree\n", 1300) + "last"},
@@ -43,15 +38,15 @@ bool isInsideSequence(std::string_view text, Utf8Offset at)
 
 TEST(TextFragment, CoversTheTextWithoutGapsInBothDirections)
 {
-    for (auto& each : hostileTexts()) {
-        SCOPED_TRACE(each.name);
-        TextBuffer buffer{String(each.text)};
+    for (auto& [name, text] : hostileTexts()) {
+        SCOPED_TRACE(name);
+        TextBuffer buffer{String(text)};
         std::vector<TextFragment> fragments;
         for (std::optional fragment = firstFragment(buffer); fragment;
              fragment = fragmentAfter(buffer, *fragment)) {
             ASSERT_EQ(fragment->range.start, fragments.empty() ? Utf8Offset{0} : fragments.back().range.end);
             ASSERT_LE(fragment->range.size(), fragmentSizeLimit);
-            ASSERT_FALSE(isInsideSequence(each.text, fragment->range.start));
+            ASSERT_FALSE(isInsideSequence(text, fragment->range.start));
             fragments.push_back(*fragment);
         }
         EXPECT_EQ(fragments.back().range.end, buffer.end());
@@ -70,9 +65,9 @@ TEST(TextFragment, CoversTheTextWithoutGapsInBothDirections)
 
 TEST(TextFragment, IsTheSameFromEveryByteOfIt)
 {
-    for (auto& each : hostileTexts()) {
-        SCOPED_TRACE(each.name);
-        TextBuffer buffer{String(each.text)};
+    for (auto& [name, text] : hostileTexts()) {
+        SCOPED_TRACE(name);
+        TextBuffer buffer{String(text)};
         auto step = std::max<std::int64_t>(1, buffer.size() / 211);
         for (Utf8Offset at{0}; at < buffer.end(); at = at + step) {
             auto fragment = fragmentAt(buffer, at);

@@ -34,29 +34,6 @@ TEST(TextScan, CountsLineEndsUpToEachLimit)
     }
 }
 
-TEST(TextScan, CountsManyMoreLineEndsThanALaneHolds)
-{
-    EXPECT_EQ(countLineEnds(std::string(100'000, '\n')), 100'000);
-    EXPECT_EQ(countLineEnds(std::string(100'000, '\r')), 100'000);
-}
-
-TEST(TextScan, MapsUtf16UnitsToBytesAndBack)
-{
-    auto text = repeated("aß語😀", 500);
-    EXPECT_EQ(countUtf16Units(text), 5 * 500);
-    std::u16string units = toUtf16(text);
-    ASSERT_EQ(units.size(), 2500u);
-    for (std::int64_t unit = 0; unit < 2500; ++unit) {
-        auto at = offsetOfUtf16Unit(text, unit);
-        // The second half of a pair is found at its beginning.
-        bool isSecondHalf =
-            units[static_cast<std::size_t>(unit)] >= 0xDC00 && units[static_cast<std::size_t>(unit)] < 0xE000;
-        ASSERT_EQ(countUtf16Units(std::string_view(text).substr(0, at)), unit - isSecondHalf);
-    }
-    EXPECT_EQ(offsetOfUtf16Unit(text, 2500), text.size());
-    EXPECT_EQ(toUtf16("aß語😀"), u"aß語😀");
-}
-
 TEST(TextScan, KnowsASCIIByEveryByte)
 {
     for (std::size_t at = 0; at < 40; ++at) {

@@ -4,7 +4,6 @@
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIPanGestureRecognizer.h"
 #include "platform/uikit/UITapGestureRecognizer.h"
-#include "platform/uikit/snapshot.h"
 #include "tests/platform/uikit/TouchTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -95,18 +94,20 @@ TEST(UIControl, KeysPressItWhileItHasTheKeyboard)
     EXPECT_EQ(stage.log, "up act up act ");
 }
 
-TEST(UIControl, ADisabledOneTakesNothingAndTellsSo)
+TEST(UIControl, OneThatIsDisabledOrLeavesEndsItsTouchAndTakesNoOther)
 {
-    Controls stage;
-    Finger finger(stage, UITouchType::mouse);
-    finger.down({150, 120});
-    stage.control->setEnabled(false);
-    EXPECT_EQ(stage.log, "down cancel ");
-    finger.up().tap({150, 120});
-    EXPECT_FALSE(stage.control->accessibilityActivate());
-    EXPECT_FALSE(stage.control->becomeFirstResponder());
-    EXPECT_FALSE(stage.control->accessibilityNow().isEnabled);
-    EXPECT_EQ(stage.log, "down cancel ");
+    for (auto leaves : {false, true}) {
+        Controls stage;
+        Finger finger(stage, UITouchType::mouse);
+        finger.down({150, 120});
+        leaves ? stage.control->removeFromSuperview() : stage.control->setEnabled(false);
+        EXPECT_EQ(stage.log, "down cancel ");
+        finger.up().tap({150, 120});
+        EXPECT_EQ(stage.control->accessibilityActivate(), leaves);
+        EXPECT_FALSE(stage.control->becomeFirstResponder());
+        EXPECT_EQ(stage.control->accessibilityNow().isEnabled, leaves);
+        EXPECT_EQ(stage.log, leaves ? "down cancel up act " : "down cancel ");
+    }
 }
 
 TEST(UIControl, ActionsMayRemoveTheControlAndEachOther)
@@ -125,17 +126,6 @@ TEST(UIControl, ActionsMayRemoveTheControlAndEachOther)
     Finger(stage).tap({150, 120});
     EXPECT_EQ(stage.log, "down up act ");
     EXPECT_TRUE(gone.expired());
-}
-
-TEST(UIControl, LeavingTheWindowEndsTheTouch)
-{
-    Controls stage;
-    Finger finger(stage);
-    finger.down({150, 120});
-    stage.control->removeFromSuperview();
-    EXPECT_EQ(stage.log, "down cancel ");
-    finger.up();
-    EXPECT_EQ(stage.log, "down cancel ");
 }
 
 TEST(UIControl, ATapAroundItDoesNotSeeItsTouchesAPanDoes)
@@ -175,41 +165,6 @@ TEST(UIButton, IsAsLargeAsWhatItHoldsAndMirrorsIt)
     button->setFrame(CGRect::make(0, 0, 3, 2)); // narrower than its insets
     stage.window->layoutNow();
     EXPECT_GE(button->titleLabel()->frame().width(), 0);
-}
-
-TEST(UIButton, TellsAssistiveTechnologyItsTitleAndCanBePressedByIt)
-{
-    Stage stage;
-    auto button = stage.add<UIButton>(CGRect::make(0, 0, 100, 40));
-    button->setTitle("Close");
-    int presses = 0;
-    button->addAction([&](UIControl&) { ++presses; }, {Events::primaryActionTriggered});
-    auto properties = button->accessibilityNow();
-    EXPECT_EQ(properties.role, AccessibilityRole::button);
-    EXPECT_EQ(properties.label, "Close");
-    EXPECT_TRUE(button->titleLabel()->accessibilityNow().isHidden);
-    EXPECT_TRUE(button->accessibilityActivate());
-    EXPECT_EQ(presses, 1);
-}
-
-TEST(UIButton, ItsLookTellsItsState)
-{
-    auto middleLeft = [](UIButton& button) {
-        auto image = snapshot(button, {100, 40}, 1);
-        EXPECT_TRUE(image);
-        return image ? image->pixel(4, 20).components() : ColorComponents{};
-    };
-    auto button = std::make_shared<UIButton>(UIButtonStyle::filled);
-    button->setFrame(CGRect::make(0, 0, 100, 40));
-    button->setTintColor(UIColor(0, 0, 1));
-    auto normal = middleLeft(*button);
-    EXPECT_GT(normal.blue, 0.95);
-    EXPECT_LT(normal.red, 0.05);
-    button->setHighlighted(true);
-    EXPECT_LT(middleLeft(*button).blue, 0.9);
-    button->setHighlighted(false);
-    button->setEnabled(false);
-    EXPECT_LT(middleLeft(*button).alpha, 0.95); // the tint is gone
 }
 
 } // namespace

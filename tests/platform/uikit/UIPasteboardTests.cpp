@@ -28,28 +28,6 @@ TEST(UIPasteboard, makes_its_text_when_somebody_pastes)
     EXPECT_EQ(board.string(), std::nullopt);
 }
 
-TEST(UIPasteboard, gives_back_exactly_what_it_was_given)
-{
-    using namespace std::string_view_literals;
-    auto& board = UIPasteboard::general();
-    for (auto text : {""sv, "a\0b"sv, "line\r\nline\n"sv, "\xef\xbb\xbfmark"sv, "שלום 😀"sv}) {
-        board.setString(String(text));
-        EXPECT_EQ(board.string(), String(text));
-    }
-    board.clear();
-}
-
-TEST(UIPasteboard, keeps_the_clipboard_and_the_selection_apart)
-{
-    UIPasteboard::general().setString("copied");
-    UIPasteboard::primarySelection().setString("selected");
-    EXPECT_EQ(UIPasteboard::general().string(), String("copied"));
-    EXPECT_EQ(UIPasteboard::primarySelection().string(), String("selected"));
-    UIPasteboard::primarySelection().clear();
-    EXPECT_TRUE(UIPasteboard::general().hasStrings());
-    UIPasteboard::general().clear();
-}
-
 TEST(UIPasteboard, survives_a_provider_that_replaces_itself)
 {
     auto& board = UIPasteboard::general();

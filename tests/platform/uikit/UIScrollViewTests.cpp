@@ -49,11 +49,7 @@ struct Scrolling : Stage {
 
 TEST(UIScrollView, TheOffsetStaysInsideOfTheContent)
 {
-    struct Case {
-        std::string_view name;
-        CGPoint wanted, got;
-    };
-    const Case cases[] = {
+    const std::tuple<std::string_view, CGPoint, CGPoint> cases[] = {
         {"inside", {0, 500}, {0, 500}},
         {"the end", {0, 1800}, {0, 1800}},
         {"past the end", {0, 1e9}, {0, 1800}},
@@ -61,10 +57,10 @@ TEST(UIScrollView, TheOffsetStaysInsideOfTheContent)
         {"no number", {nan, 7}, {0, 0}},
         {"infinite", {0, std::numeric_limits<CGFloat>::infinity()}, {0, 0}},
     };
-    for (auto& test : cases) {
+    for (auto& [name, wanted, got] : cases) {
         Scrolling stage;
-        stage.view->setContentOffset(test.wanted);
-        EXPECT_EQ(stage.view->contentOffset(), test.got) << test.name;
+        stage.view->setContentOffset(wanted);
+        EXPECT_EQ(stage.view->contentOffset(), got) << name;
     }
 }
 
@@ -101,13 +97,7 @@ TEST(UIScrollView, InsetsAndTheSafeAreaExtendWhereItScrolls)
 
 TEST(UIScrollView, ScrollsAsLittleAsNeededToShowARectangle)
 {
-    struct Case {
-        std::string_view name;
-        CGFloat from;
-        CGRect rect;
-        CGFloat to;
-    };
-    const Case cases[] = {
+    const std::tuple<std::string_view, CGFloat, CGRect, CGFloat> cases[] = {
         {"seen already", 100, CGRect::make(0, 150, 10, 10), 100},
         {"above", 100, CGRect::make(0, 50, 10, 10), 50},
         {"below", 100, CGRect::make(0, 350, 10, 10), 160},
@@ -115,11 +105,11 @@ TEST(UIScrollView, ScrollsAsLittleAsNeededToShowARectangle)
         {"nowhere", 100, CGRect::null(), 100},
         {"no number", 100, CGRect::make(0, nan, 10, 10), 100},
     };
-    for (auto& test : cases) {
+    for (auto& [name, from, rect, to] : cases) {
         Scrolling stage;
-        stage.view->setContentOffset({0, test.from});
-        stage.view->scrollRectToVisible(test.rect);
-        EXPECT_EQ(stage.y(), test.to) << test.name;
+        stage.view->setContentOffset({0, from});
+        stage.view->scrollRectToVisible(rect);
+        EXPECT_EQ(stage.y(), to) << name;
     }
 }
 
@@ -146,7 +136,7 @@ TEST(UIScrollView, AnAnimatedOffsetArrivesInTimeAndTellsSo)
     EXPECT_FALSE(DisplayLink::shared().isRunning()); // indicators included
 }
 
-TEST(UIScrollView, WheelNotchesAddUpSmoothly)
+TEST(UIScrollView, WheelNotchesAddUpSmoothlyAndTouchpadsMoveItAtOnce)
 {
     Scrolling stage;
     EXPECT_TRUE(stage.wheel(51));
@@ -157,26 +147,9 @@ TEST(UIScrollView, WheelNotchesAddUpSmoothly)
     stage.wheel(51);
     stage.clock.advance(1s);
     EXPECT_EQ(stage.y(), 102);
-}
-
-TEST(UIScrollView, TouchpadsMoveItAtOnce)
-{
-    Scrolling stage;
-    stage.wheel(7, true);
-    EXPECT_EQ(stage.y(), 7);
     for (int i = 0; i < 10; ++i)
         stage.wheel(0.3, true); // parts of pixels add up
-    EXPECT_EQ(stage.y(), 10);
-}
-
-TEST(UIScrollView, ReducedMotionMovesItAtOnce)
-{
-    Scrolling stage(still());
-    stage.wheel(51);
-    EXPECT_EQ(stage.y(), 51);
-    stage.view->setContentOffset({0, 500}, Animated::yes);
-    EXPECT_EQ(stage.y(), 500);
-    EXPECT_FALSE(DisplayLink::shared().isRunning());
+    EXPECT_EQ(stage.y(), 105);
 }
 
 TEST(UIScrollView, AWheelThatItCannotUseIsLeftToOthers)
@@ -238,46 +211,36 @@ TEST(UIScrollView, ATouchHoldsWhatRunsAndAMouseDragMovesNothing)
     EXPECT_EQ(stage.y(), held);
 }
 
-TEST(UIScrollView, RunningOnStopsAtTheEnd)
-{
-    Scrolling stage({}, {200, 400});
-    Finger(stage).down({100, 180}).drag({100, 20}, 4).up();
-    stage.clock.advance(1s);
-    EXPECT_EQ(stage.y(), 200);
-    EXPECT_FALSE(stage.view->isScrolling());
-}
-
 TEST(UIScrollView, KeysScrollIt)
 {
     struct Case {
         std::string_view name;
-        UIPress press;
+        UIKeyCode key;
+        std::uint8_t modifiers;
         CGFloat from, to;
         bool isUsed = true;
     };
-    auto press = [](UIKeyCode key, std::uint8_t flags = 0) {
-        return UIPress{.key = key, .modifiers = {flags}};
-    };
     using enum UIKeyCode;
+    using Flags = UIKeyModifierFlags;
     const Case cases[] = {
-        {"down", press(down), 0, 34},
-        {"up", press(up), 100, 66},
-        {"up at the start is left to others", press(up), 0, 0, false},
-        {"page down keeps two lines", press(pageDown), 0, 166},
-        {"page up", press(pageUp), 500, 334},
-        {"space", press(space), 0, 166},
-        {"shift space", press(space, UIKeyModifierFlags::shift), 500, 334},
-        {"end", press(end), 0, 1800},
-        {"control home", press(home, UIKeyModifierFlags::control), 700, 0},
-        {"alternate down", press(down, UIKeyModifierFlags::alternate), 0, 0, false},
-        {"right has nowhere to go", press(right), 0, 0, false},
-        {"a letter", press(character), 0, 0, false},
+        {"down", down, 0, 0, 34},
+        {"up", up, 0, 100, 66},
+        {"up at the start is left to others", up, 0, 0, 0, false},
+        {"page down keeps two lines", pageDown, 0, 0, 166},
+        {"page up", pageUp, 0, 500, 334},
+        {"space", space, 0, 0, 166},
+        {"shift space", space, Flags::shift, 500, 334},
+        {"end", end, 0, 0, 1800},
+        {"control home", home, Flags::control, 700, 0},
+        {"alternate down", down, Flags::alternate, 0, 0, false},
+        {"right has nowhere to go", right, 0, 0, 0, false},
+        {"a letter", character, 0, 0, 0, false},
     };
     for (auto& test : cases) {
         SCOPED_TRACE(test.name);
         Scrolling stage(still());
         stage.view->setContentOffset({0, test.from});
-        EXPECT_EQ(stage.view->pressesBegan(test.press), test.isUsed);
+        EXPECT_EQ(stage.view->pressesBegan({.key = test.key, .modifiers = {test.modifiers}}), test.isUsed);
         EXPECT_EQ(stage.y(), test.to);
     }
 }
@@ -350,61 +313,6 @@ TEST(ScrollIndicator, StandsOnTheLeftWhereReadingBeginsOnTheRight)
     EXPECT_EQ(stage.bar()->frame().minX(), 0);
 }
 
-TEST(ScrollIndicator, NothingToScrollShowsNone)
-{
-    Scrolling stage({}, {100, 100});
-    EXPECT_FALSE(stage.bar());
-    stage.view->setContentSize({100, 1000});
-    ASSERT_TRUE(stage.bar());
-    EXPECT_FALSE(stage.bar()->isHidden());
-    stage.view->setShowsVerticalScrollIndicator(false);
-    EXPECT_TRUE(stage.bar()->isHidden());
-}
-
-// Content that is a row of lines of unknown height: its place is a line, and it has no offset.
-struct Lines : UIScrollView {
-    double line = 0;
-    ScrollIndicatorState indicatorState(UILayoutAxis axis) const override
-    {
-        return axis == UILayoutAxis::vertical ? ScrollIndicatorState{0.1, line / 90} : ScrollIndicatorState{};
-    }
-    CGVector scrollContent(CGVector delta) override
-    {
-        auto before = line;
-        line = std::clamp(line + delta.dy / 20, 0.0, 90.0);
-        if (line != before)
-            contentDidScroll();
-        return {0, (line - before) * 20};
-    }
-    void setScrollFraction(UILayoutAxis, double fraction) override
-    {
-        line = 90 * fraction;
-        contentDidScroll();
-    }
-};
-
-TEST(UIScrollView, ASubclassWithAPlaceOfItsOwnIsMovedByAllTheSameMeans)
-{
-    Stage stage({400, 400}, still());
-    auto view = stage.add<Lines>(CGRect::make(0, 0, 200, 200));
-    stage.window->sendScroll({.delta = {0, -40}, .modifiers = {}, .windowLocation = {100, 100}});
-    EXPECT_EQ(view->line, 2);
-    view->pressesBegan({.key = UIKeyCode::pageDown});
-    EXPECT_NEAR(view->line, 2 + 166 / 20.0, 1e-9);
-    view->scrollToEnd();
-    EXPECT_EQ(view->line, 90);
-    EXPECT_FALSE(view->canScroll(UILayoutAxis::vertical, 1));
-    view->scrollToStart();
-    Finger(stage, UITouchType::mouse).down({195, 5}).moveTo({195, 1000}).up();
-    EXPECT_EQ(view->line, 90);
-    view->scrollToStart();
-    Finger(stage).down({100, 150}).drag({100, 50}).up();
-    EXPECT_NEAR(view->line, 5, 0.2);
-    stage.clock.advance(5s);
-    EXPECT_GT(view->line, 20);
-    EXPECT_EQ(view->bounds().origin, CGPoint{});
-}
-
 TEST(UIScrollView, ADelegateMayTakeItAway)
 {
     struct Remover : UIScrollViewDelegate {
@@ -415,28 +323,23 @@ TEST(UIScrollView, ADelegateMayTakeItAway)
                 last->removeFromSuperview();
         }
     };
-    enum class By { wheel, finger, key, bar };
-    for (auto by : {By::wheel, By::finger, By::key, By::bar}) {
+    using Act = std::function<void(Scrolling&, UIScrollView&)>;
+    constexpr auto mouse = UITouchType::mouse;
+    const std::pair<std::string_view, Act> cases[] = {
+        {"wheel", [](auto& stage, auto&) { stage.wheel(51); }},
+        {"finger", [](auto& stage, auto&) { Finger(stage).down({100, 180}).drag({100, 80}).up(); }},
+        {"key", [](auto&, auto& view) { view.scrollByPages(1); }},
+        {"bar", [](auto& stage, auto&) { Finger(stage, mouse).down({195, 10}).drag({195, 150}, 2).up(); }},
+    };
+    for (auto& [name, act] : cases) {
+        SCOPED_TRACE(name);
         Scrolling stage;
         stage.view->flashScrollIndicators();
         auto remover = std::make_shared<Remover>();
         remover->view = stage.view;
         stage.view->setDelegate(remover);
         std::weak_ptr<UIScrollView> gone = std::exchange(stage.view, nullptr);
-        switch (by) {
-        case By::wheel:
-            stage.wheel(51);
-            break;
-        case By::finger:
-            Finger(stage).down({100, 180}).drag({100, 80}).up();
-            break;
-        case By::key:
-            gone.lock()->scrollByPages(1);
-            break;
-        case By::bar:
-            Finger(stage, UITouchType::mouse).down({195, 10}).moveTo({195, 100}).moveTo({195, 150}).up();
-            break;
-        }
+        act(stage, *gone.lock());
         stage.clock.advance(5s);
         EXPECT_TRUE(gone.expired());
     }

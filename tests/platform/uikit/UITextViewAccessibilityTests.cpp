@@ -7,17 +7,6 @@ using namespace platform;
 using namespace texttests;
 using Boundary = AccessibleText::Boundary;
 
-TEST(UITextViewAccessibility, TellsItsRoleAndStates)
-{
-    ShownTextView shown("text");
-    auto properties = shown.view->accessibilityNow();
-    EXPECT_EQ(properties.role, AccessibilityRole::textView);
-    EXPECT_TRUE(properties.isMultiLine);
-    EXPECT_TRUE(properties.isReadOnly);
-    shown.view->setEditable(true);
-    EXPECT_FALSE(shown.view->accessibilityNow().isReadOnly);
-}
-
 TEST(UITextViewAccessibility, CountsInUtf16Units)
 {
     ShownTextView shown("a😀語\r\nend");

@@ -18,20 +18,14 @@ TEST(UITextViewSelection, AClickPlacesTheCaretAndADragSelectsExactlyWhatItPasses
     EXPECT_EQ(shown.selected(), "rst line\nseco");
 }
 
-TEST(UITextViewSelection, ADoubleClickSelectsAWordAndATripleClickTheLineWithItsEnd)
+TEST(UITextViewSelection, ATripleClickSelectsTheLineWithItsEndAndADoubleClickAndDragWholeWords)
 {
-    ShownTextView shown("first line\r\nsecond line\n");
-    shown.hands.tap(shown.before(8), {.tapCount = 2});
-    EXPECT_EQ(shown.selected(), "line");
+    ShownTextView shown("one two three four\r\nsecond line\n");
     shown.hands.tap(shown.before(8), {.tapCount = 3});
-    EXPECT_EQ(shown.selected(), "first line\r\n");
-}
-
-TEST(UITextViewSelection, ADragThatBeginsWithADoubleClickSelectsWholeWordsBothWays)
-{
-    ShownTextView shown("one two three four");
+    EXPECT_EQ(shown.selected(), "one two three four\r\n");
     shown.hands.down(shown.before(9), {.tapCount = 2});
-    shown.hands.moveTo(shown.before(15));
+    EXPECT_EQ(shown.selected(), "three");
+    shown.hands.moveTo(shown.before(15)); // whole words both ways
     EXPECT_EQ(shown.selected(), "three four");
     shown.hands.moveTo(shown.before(5));
     EXPECT_EQ(shown.selected(), "two three");
@@ -104,28 +98,19 @@ TEST(UITextViewSelection, CopiesExactlyTheBytesOfTheFile)
     }
 }
 
-TEST(UITextViewSelection, CopyingNothingLeavesTheClipboard)
-{
-    ShownTextView shown("text");
-    UIPasteboard::general().setString("kept");
-    EXPECT_FALSE(shown.view->copy());
-    EXPECT_EQ(ShownTextView::clipboard(), "kept");
-}
-
-TEST(UITextViewSelection, AnAllSelectingCopySharesTheTextAndOutlivesTheView)
+TEST(UITextViewSelection, ACopyOfAllSharesTheTextAndACopyOutlivesIt)
 {
     String original(subtitles(1'000'000));
-    {
-        ShownTextView shown("");
-        shown.view->setText(original);
-        shown.view->selectAll();
-        shown.view->copy();
-        EXPECT_EQ(UIPasteboard::general().string()->utf8().data(), original.utf8().data());
-        shown.view->setSelectedRange({{10}, {20}});
-        shown.view->copy();
-        shown.view->setText("");
-        EXPECT_EQ(ShownTextView::clipboard(), original.toStdString().substr(10, 10));
-    }
+    ShownTextView shown("");
+    shown.view->setText(original);
+    shown.view->selectAll();
+    shown.view->copy();
+    EXPECT_EQ(UIPasteboard::general().string()->utf8().data(), original.utf8().data());
+    shown.view->setSelectedRange({{10}, {20}});
+    shown.view->copy();
+    shown.view->setText("");
+    EXPECT_FALSE(shown.view->copy()); // nothing replaces nothing
+    EXPECT_EQ(ShownTextView::clipboard(), original.toStdString().substr(10, 10));
 }
 
 TEST(UITextViewSelection, ARangeThatIsSetIsWidenedToWholeCharactersInsideOfTheText)

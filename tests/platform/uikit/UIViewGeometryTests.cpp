@@ -27,13 +27,8 @@ void expectNear(const CGRect& actual, const CGRect& expected)
 
 TEST(UIViewGeometry, gives_the_upright_box_of_a_transformed_view_as_its_frame)
 {
-    struct Case {
-        std::string_view name;
-        CGAffineTransform transform;
-        CGRect frame;
-    };
     constexpr auto quarter = std::numbers::pi / 2;
-    const Case cases[] = {
+    const std::tuple<std::string_view, CGAffineTransform, CGRect> cases[] = {
         {"none", {}, CGRect::make(10, 20, 40, 20)},
         {"twice the size about the centre", CGAffineTransform::scale(2, 2), CGRect::make(-10, 10, 80, 40)},
         {"a quarter turn", CGAffineTransform::rotation(quarter), CGRect::make(20, 10, 20, 40)},
@@ -47,12 +42,8 @@ TEST(UIViewGeometry, gives_the_upright_box_of_a_transformed_view_as_its_frame)
         expectNear(view->frame(), frame);
         EXPECT_EQ(view->bounds(), CGRect::make(0, 0, 40, 20));
     }
-}
-
-TEST(UIViewGeometry, puts_the_box_of_a_turned_view_where_its_frame_is_set)
-{
     auto view = viewAt(0, 0, 40, 20);
-    view->setTransform(CGAffineTransform::rotation(std::numbers::pi / 2));
+    view->setTransform(CGAffineTransform::rotation(quarter));
     view->setFrame(CGRect::make(100, 100, 30, 60));
     expectNear(view->frame(), CGRect::make(100, 100, 30, 60));
     expectNear(view->bounds(), CGRect::make(0, 0, 60, 30));
@@ -92,15 +83,9 @@ TEST(UIViewGeometry, hits_the_front_most_view_that_takes_events)
     front->addSubview(outside);
     root->setSubviews({back, front});
 
-    struct Case {
-        std::string_view name;
-        std::function<void()> arrange;
-        CGPoint place;
-        std::shared_ptr<UIView> hit;
-    };
-    const Case cases[] = {
+    using Act = std::function<void()>;
+    const std::tuple<std::string_view, Act, CGPoint, std::shared_ptr<UIView>> cases[] = {
         {"the later sibling is in front", [] {}, {75, 75}, front},
-        {"the earlier one where it is alone", [] {}, {10, 10}, back},
         {"the right edge is outside", [] {}, {100, 10}, root},
         {"a child inside of its parent", [] {}, {145, 145}, outside},
         {"a child outside of its parent is not hit", [] {}, {170, 170}, root},
@@ -135,12 +120,8 @@ TEST(UIViewGeometry, hits_the_front_most_view_that_takes_events)
 TEST(UIViewGeometry, resizes_subviews_by_their_flexible_parts)
 {
     using Flexible = UIViewAutoresizing;
-    struct Case {
-        std::string_view name;
-        unsigned mask;
-        CGRect expected; // of a view at (10, 10, 80, 30) in (100, 50) that grows to (200, 100)
-    };
-    const Case cases[] = {
+    // A view at (10, 10, 80, 30) in (100, 50) that grows to (200, 100).
+    const std::tuple<std::string_view, unsigned, CGRect> cases[] = {
         {"nothing flexible stays", 0, CGRect::make(10, 10, 80, 30)},
         {"width and height take it all", Flexible::flexibleWidth | Flexible::flexibleHeight,
          CGRect::make(10, 10, 180, 80)},
@@ -160,13 +141,10 @@ TEST(UIViewGeometry, resizes_subviews_by_their_flexible_parts)
         parent->setFrame(CGRect::make(5, 5, 200, 100));
         expectNear(child->frame(), expected);
     }
-}
-
-TEST(UIViewGeometry, keeps_a_flexible_child_apart_from_a_parent_that_was_empty)
-{
+    // A parent that was empty gives no proportion.
     auto parent = std::make_shared<UIView>();
     auto child = viewAt(0, 0, 0, 0);
-    child->setAutoresizingMask({UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight});
+    child->setAutoresizingMask({Flexible::flexibleWidth | Flexible::flexibleHeight});
     parent->addSubview(child);
     parent->setFrame(CGRect::make(0, 0, 300, 200));
     EXPECT_EQ(child->frame(), CGRect::make(0, 0, 300, 200));
@@ -182,6 +160,9 @@ TEST(UIViewGeometry, passes_on_what_the_windows_edges_cover)
     harness.show(root);
     EXPECT_EQ(root->safeAreaInsets(), (UIEdgeInsets{30, 0, 20, 4}));
     EXPECT_EQ(inner->safeAreaInsets(), (UIEdgeInsets{20, 0, 15, 4}));
+    root->viewController()->setAdditionalSafeAreaInsets({.top = 5});
+    EXPECT_EQ(inner->safeAreaInsets().top, 25);
+    root->viewController()->setAdditionalSafeAreaInsets({});
     // The lower edge moves away from under it.
     harness.window().setFrameSize({100, 200});
     EXPECT_EQ(inner->safeAreaInsets(), (UIEdgeInsets{20, 0, 0, 4}));

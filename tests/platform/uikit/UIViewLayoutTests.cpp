@@ -105,13 +105,10 @@ TEST(UIViewLayout, reports_views_that_never_come_to_rest_and_goes_on)
 TEST(UIViewLayout, goes_up_to_the_superview_that_decides_the_size)
 {
     auto outer = std::make_shared<CountingView>(CGRect::make(0, 0, 100, 100));
-    auto middle = std::make_shared<CountingView>();
     auto inner = std::make_shared<CountingView>();
-    outer->addSubview(middle);
-    middle->addSubview(inner);
+    outer->addSubview(inner);
     outer->layoutIfNeeded();
-    outer->onLayout = [&] { middle->setFrame(outer->bounds()); };
-    middle->onLayout = [&] { inner->setFrame(middle->bounds()); };
+    outer->onLayout = [&] { inner->setFrame(outer->bounds()); };
     outer->setNeedsLayout();
     inner->layoutIfNeeded();
     EXPECT_EQ(inner->frame(), outer->bounds());
@@ -130,22 +127,6 @@ TEST(UIViewLayout, survives_a_view_that_removes_itself_while_it_lays_out)
     harness.show(root);
     EXPECT_EQ(root->subviews().size(), 1u);
     EXPECT_EQ(after->layouts, 1);
-}
-
-TEST(UIViewLayout, lays_out_a_mask_although_it_is_no_subview)
-{
-    ViewHarness harness;
-    auto root = std::make_shared<UIView>();
-    auto mask = std::make_shared<CountingView>(CGRect::make(0, 0, 10, 10));
-    root->setMask(mask);
-    harness.show(root);
-    EXPECT_EQ(mask->layouts, 1);
-    mask->setNeedsLayout();
-    harness.settle();
-    EXPECT_EQ(mask->layouts, 2);
-    EXPECT_EQ(mask->superview(), root);
-    mask->removeFromSuperview();
-    EXPECT_EQ(root->mask(), nullptr);
 }
 
 } // namespace

@@ -67,66 +67,53 @@ TEST(UIView, tells_in_order_what_happens_to_a_view_that_comes_and_goes)
                    "child did move to window", "inner did move to window", "child did move to superview",
                    "parent did add subview"}));
     log.clear();
-    child->removeFromSuperview();
+    auto other = std::make_shared<UIView>();
+    parent->addSubview(other);
+    log.clear();
+    other->addSubview(child); // within the window
+    EXPECT_EQ(
+        log,
+        (Log{"child will move to superview", "parent will remove subview", "child did move to superview"}));
+    parent->addSubview(child);
+    log.clear();
+    child.reset(); // held by its superview alone
+    parent->subviews().back()->removeFromSuperview();
     EXPECT_EQ(log,
               (Log{"child will leave superview", "child will leave window", "inner will leave window",
                    "parent will remove subview", "child did leave window", "inner did leave window",
                    "child did leave superview"}));
 }
 
-TEST(UIView, tells_nothing_of_windows_when_a_view_moves_within_one)
-{
-    Log log;
-    ViewHarness harness;
-    auto root = std::make_shared<UIView>();
-    auto left = std::make_shared<UIView>();
-    auto right = std::make_shared<UIView>();
-    root->setSubviews({left, right});
-    auto child = std::make_shared<TalkingView>("child", log);
-    left->addSubview(child);
-    harness.show(root);
-    log.clear();
-    right->addSubview(child);
-    EXPECT_EQ(log, (Log{"child will move to superview", "child did move to superview"}));
-    EXPECT_TRUE(left->subviews().empty());
-    EXPECT_EQ(child->superview(), right);
-}
-
 TEST(UIView, survives_views_that_change_the_tree_while_it_changes)
 {
-    struct Case {
-        std::string_view name, cue;
-        std::function<void(TalkingView&)> act;
+    const std::pair<std::string, std::function<void(TalkingView&)>> acts[] = {
+        {"leaves", [](auto& view) { view.removeFromSuperview(); }},
+        {"leaves and comes back",
+         [](auto& view) {
+             auto superview = view.superview();
+             view.removeFromSuperview();
+             if (superview)
+                 superview->addSubview(std::static_pointer_cast<UIView>(view.shared_from_this()));
+         }},
+        {"loses its children", [](auto& view) { view.setSubviews({}); }},
+        {"gets a sibling",
+         [](auto& view) {
+             if (auto superview = view.superview())
+                 superview->insertSubview(std::make_shared<UIView>(), 0);
+         }},
+        {"removes all siblings",
+         [](auto& view) {
+             if (auto superview = view.superview())
+                 superview->setSubviews({});
+         }},
     };
-    auto leave = [](TalkingView& view) { view.removeFromSuperview(); };
-    auto rejoin = [](TalkingView& view) {
-        auto superview = view.superview();
-        view.removeFromSuperview();
-        if (superview)
-            superview->addSubview(std::static_pointer_cast<UIView>(view.shared_from_this()));
-    };
-    auto loseChildren = [](TalkingView& view) { view.setSubviews({}); };
-    auto addSibling = [](TalkingView& view) {
-        if (auto superview = view.superview())
-            superview->insertSubview(std::make_shared<UIView>(), 0);
-    };
-    auto loseSiblings = [](TalkingView& view) {
-        if (auto superview = view.superview())
-            superview->setSubviews({});
-    };
-    std::vector<Case> cases;
-    for (std::string_view cue :
+    for (std::string cue :
          {"will move to superview", "did move to superview", "will move to window", "did move to window",
           "will leave superview", "did leave superview", "will leave window", "did leave window"}) {
-        cases.push_back({"leaves", cue, leave});
-        cases.push_back({"leaves and comes back", cue, rejoin});
-        cases.push_back({"loses its children", cue, loseChildren});
-        cases.push_back({"gets a sibling", cue, addSibling});
-        cases.push_back({"removes all siblings", cue, loseSiblings});
-    }
-    for (const auto& [name, cue, act] : cases) {
-        for (auto who : {"outer", "inner"}) {
-            SCOPED_TRACE(std::string(who) + " " + std::string(name) + " in " + std::string(cue));
+        for (auto n = 0u; n < 2 * std::size(acts); ++n) {
+            const auto& [name, act] = acts[n / 2];
+            auto who = n % 2 ? "inner" : "outer";
+            SCOPED_TRACE(who + (" " + name) + " in " + cue);
             Log log;
             ViewHarness harness;
             auto root = std::make_shared<UIView>();
@@ -159,46 +146,29 @@ TEST(UIView, survives_views_that_change_the_tree_while_it_changes)
     }
 }
 
-TEST(UIView, keeps_a_view_alive_that_is_removed_by_its_last_owner)
-{
-    Log log;
-    ViewHarness harness;
-    auto root = std::make_shared<UIView>();
-    harness.show(root);
-    root->addSubview(std::make_shared<TalkingView>("only", log));
-    root->subviews().front()->removeFromSuperview();
-    EXPECT_EQ(log.back(), "only did leave superview");
-    EXPECT_TRUE(root->subviews().empty());
-}
-
 TEST(UIView, puts_siblings_in_the_order_asked_for)
 {
     auto root = std::make_shared<UIView>();
     std::vector<std::shared_ptr<UIView>> v;
     for (int i = 0; i < 4; ++i)
         v.push_back(std::make_shared<UIView>());
-    auto order = [&] {
-        std::string text;
-        for (const auto& view : root->subviews())
-            text += char('0' + (std::ranges::find(v, view) - v.begin()));
-        return text;
+    const std::pair<std::function<void()>, std::string_view> cases[] = {
+        {[&] { root->setSubviews(v); }, "0123"},
+        {[&] { root->bringSubviewToFront(*v[1]); }, "0231"},
+        {[&] { root->sendSubviewToBack(*v[3]); }, "3021"},
+        {[&] { root->insertSubviewAbove(v[3], *v[2]); }, "0231"},
+        {[&] { root->insertSubviewBelow(v[1], *v[2]); }, "0123"},
+        {[&] { root->insertSubviewBelow(v[0], *v[3]); }, "1203"},
+        {[&] { root->insertSubview(v[1], 99); }, "2031"},
+        {[&] { root->insertSubviewAbove(v[0], *v[0]); }, "2031"},
     };
-    root->setSubviews(v);
-    EXPECT_EQ(order(), "0123");
-    root->bringSubviewToFront(*v[1]);
-    EXPECT_EQ(order(), "0231");
-    root->sendSubviewToBack(*v[3]);
-    EXPECT_EQ(order(), "3021");
-    root->insertSubviewAbove(v[3], *v[2]);
-    EXPECT_EQ(order(), "0231");
-    root->insertSubviewBelow(v[1], *v[2]);
-    EXPECT_EQ(order(), "0123");
-    root->insertSubviewBelow(v[0], *v[3]);
-    EXPECT_EQ(order(), "1203");
-    root->insertSubview(v[1], 99);
-    EXPECT_EQ(order(), "2031");
-    root->insertSubviewAbove(v[0], *v[0]);
-    EXPECT_EQ(order(), "2031");
+    for (const auto& [act, expected] : cases) {
+        act();
+        std::string order;
+        for (const auto& view : root->subviews())
+            order += char('0' + (std::ranges::find(v, view) - v.begin()));
+        EXPECT_EQ(order, expected);
+    }
 }
 
 TEST(UIView, tells_only_the_views_that_come_or_go_when_all_subviews_are_set)
@@ -237,65 +207,42 @@ TEST(UIViewDeathTest, refuses_trees_that_cannot_be)
                  "a window was added");
 }
 
-TEST(UIView, inherits_traits_down_to_where_they_are_overridden)
+TEST(UIView, inherits_traits_and_tint_down_to_where_they_are_overridden)
 {
     class Heir : public UIView {
     public:
-        void traitCollectionDidChange(const UITraitCollection&) override { ++changes; }
-        int changes = 0;
+        void traitCollectionDidChange(const UITraitCollection&) override { ++traitChanges; }
+        void tintColorDidChange() override { ++tintChanges; }
+        UIUserInterfaceStyle style() const { return traitCollection().userInterfaceStyle; }
+        int traitChanges = 0, tintChanges = 0;
     };
+    using enum UIUserInterfaceStyle;
     ViewHarness harness;
-    auto root = std::make_shared<Heir>();
-    auto plain = std::make_shared<Heir>();
-    auto light = std::make_shared<Heir>();
-    light->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::light);
-    root->setSubviews({plain, light});
+    auto root = std::make_shared<Heir>(), plain = std::make_shared<Heir>(), own = std::make_shared<Heir>();
+    own->setOverrideUserInterfaceStyle(light);
+    own->setTintColor(UIColor::green());
+    root->setSubviews({plain, own});
     harness.show(root);
-    for (auto* view : {root.get(), plain.get(), light.get()})
-        view->changes = 0;
+    plain->traitChanges = own->traitChanges = plain->tintChanges = own->tintChanges = 0;
 
-    UITraitCollection dark;
-    dark.userInterfaceStyle = UIUserInterfaceStyle::dark;
-    harness.window().setBaseTraits(dark);
-    EXPECT_EQ(plain->traitCollection().userInterfaceStyle, UIUserInterfaceStyle::dark);
-    EXPECT_EQ(light->traitCollection().userInterfaceStyle, UIUserInterfaceStyle::light);
-    EXPECT_EQ(plain->changes, 1);
-    EXPECT_EQ(light->changes, 0);
-
-    light->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::unspecified);
-    EXPECT_EQ(light->traitCollection().userInterfaceStyle, UIUserInterfaceStyle::dark);
-    EXPECT_EQ(light->changes, 1);
-
-    // A view that comes later finds the same.
-    auto late = std::make_shared<Heir>();
+    UITraitCollection traits;
+    traits.userInterfaceStyle = dark;
+    harness.window().setBaseTraits(traits);
+    EXPECT_EQ(std::pair(plain->style(), own->style()), std::pair(dark, light));
+    EXPECT_EQ(std::pair(plain->traitChanges, own->traitChanges), std::pair(1, 0));
+    own->setOverrideUserInterfaceStyle(unspecified);
+    EXPECT_EQ(own->style(), dark);
+    EXPECT_EQ(own->traitChanges, 1);
+    auto late = std::make_shared<Heir>(); // finds the same when it comes
     root->addSubview(late);
     EXPECT_EQ(late->traitCollection(), plain->traitCollection());
-}
-
-TEST(UIView, tells_a_change_of_tint_to_those_who_inherit_it_only)
-{
-    class Tinted : public UIView {
-    public:
-        void tintColorDidChange() override { ++changes; }
-        int changes = 0;
-    };
-    auto root = std::make_shared<Tinted>();
-    auto heir = std::make_shared<Tinted>();
-    auto own = std::make_shared<Tinted>();
-    own->setTintColor(UIColor::green());
-    root->setSubviews({heir, own});
-    EXPECT_EQ(heir->tintColor(), UIColor::systemBlue());
-    heir->changes = own->changes = 0;
 
     root->setTintColor(UIColor::red());
-    EXPECT_EQ(heir->tintColor(), UIColor::red());
-    EXPECT_EQ(own->tintColor(), UIColor::green());
-    EXPECT_EQ(heir->changes, 1);
-    EXPECT_EQ(own->changes, 0);
-
-    heir->removeFromSuperview();
-    EXPECT_EQ(heir->tintColor(), UIColor::systemBlue());
-    EXPECT_EQ(heir->changes, 2);
+    EXPECT_EQ(std::pair(plain->tintColor(), own->tintColor()), std::pair(UIColor::red(), UIColor::green()));
+    EXPECT_EQ(std::pair(plain->tintChanges, own->tintChanges), std::pair(1, 0));
+    plain->removeFromSuperview();
+    EXPECT_EQ(plain->tintColor(), UIColor::systemBlue());
+    EXPECT_EQ(plain->tintChanges, 2);
 }
 
 } // namespace

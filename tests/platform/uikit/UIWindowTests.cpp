@@ -50,13 +50,8 @@ TEST(UIWindow, paints_only_what_has_changed)
     auto inner = viewAt(-5, 2, 20, 4);
     row.addSubview(inner);
     harness.paintFrame();
-    struct Case {
-        std::string_view name;
-        std::function<void()> change;
-        std::vector<CGRect> painted;
-        std::optional<int> rowsDrawn;
-    };
-    const Case cases[] = {
+    using Change = std::function<void()>;
+    const std::tuple<std::string_view, Change, std::vector<CGRect>, std::optional<int>> cases[] = {
         {"all of a row", [&] { row.setNeedsDisplay(); }, {CGRect::make(0, 50, 200, 10)}, 1},
         {"a part of a row",
          [&] { row.setNeedsDisplay(CGRect::make(5, 2, 10, 3)); },
@@ -119,20 +114,6 @@ TEST(UIWindow, paints_only_what_has_changed)
     }
 }
 
-TEST(UIWindow, gives_a_view_the_dirty_part_of_it_to_draw)
-{
-    ViewHarness harness({100, 100});
-    auto root = std::make_shared<UIView>();
-    auto drawn = std::make_shared<DrawnView>(CGRect::make(10, 10, 50, 50));
-    drawn->setBounds(CGRect::make(0, 300, 50, 50)); // scrolled
-    root->addSubview(drawn);
-    harness.show(root);
-    harness.paintFrame();
-    drawn->setNeedsDisplay(CGRect::make(5, 310, 10, 10));
-    harness.paintFrame();
-    EXPECT_EQ(drawn->lastDirty, CGRect::make(5, 310, 10, 10));
-}
-
 TEST(UIWindow, does_not_draw_what_an_opaque_view_covers)
 {
     ViewHarness harness({100, 100});
@@ -149,17 +130,23 @@ TEST(UIWindow, does_not_draw_what_an_opaque_view_covers)
     EXPECT_EQ(root->draws + below->draws, 2);
 }
 
-TEST(UIWindow, marks_made_while_painting_belong_to_the_next_frame)
+TEST(UIWindow, gives_a_view_the_dirty_part_of_it_and_marks_made_meanwhile_to_the_next_frame)
 {
-    ViewHarness harness({100, 100});
-    auto root = std::make_shared<DrawnView>();
+    UITraitCollection traits;
+    traits.displayScale = 1.25; // a pixel is no whole part of a point
+    ViewHarness harness({100, 100}, traits);
+    auto root = std::make_shared<UIView>();
+    auto drawn = std::make_shared<DrawnView>(CGRect::make(10, 10, 50, 50));
+    drawn->setBounds(CGRect::make(0, 300, 50, 50)); // scrolled
+    root->addSubview(drawn);
     harness.show(root);
-    root->onDraw = [&] {
-        if (root->draws == 1)
-            root->setNeedsDisplay(CGRect::make(1, 1, 2, 2));
+    drawn->onDraw = [&] {
+        if (drawn->draws == 1)
+            drawn->setNeedsDisplay(CGRect::make(5, 310, 10, 10));
     };
     harness.paintFrame();
-    EXPECT_EQ(harness.paintFrame(), (std::vector{CGRect::make(1, 1, 2, 2)}));
+    EXPECT_EQ(harness.paintFrame(), (std::vector{CGRect::make(14, 19, 12, 12)}));
+    EXPECT_EQ(drawn->lastDirty, CGRect::make(4, 309, 12, 12));
     EXPECT_TRUE(harness.paintFrame().empty());
 }
 
@@ -172,12 +159,9 @@ TEST(UIWindowDeathTest, refuses_phases_out_of_order)
         root->onDraw = [&] { act(harness, *root); };
         harness.paintFrame();
     };
-    EXPECT_DEATH(inPaint([](ViewHarness&, UIView& view) { view.layoutIfNeeded(); }),
-                 "layout asked during paint");
-    EXPECT_DEATH(inPaint([](ViewHarness& harness, UIView&) { harness.window().layoutNow(); }),
-                 "layout asked during paint");
-    EXPECT_DEATH(inPaint([](ViewHarness& harness, UIView&) { harness.snapshot(); }),
-                 "paint asked during paint");
+    EXPECT_DEATH(inPaint([](auto&, auto& view) { view.layoutIfNeeded(); }), "layout asked during paint");
+    EXPECT_DEATH(inPaint([](auto& all, auto&) { all.window().layoutNow(); }), "layout asked during paint");
+    EXPECT_DEATH(inPaint([](auto& all, auto&) { all.snapshot(); }), "paint asked during paint");
 }
 
 class KeyView : public UIView, public UITextInput {
@@ -208,8 +192,7 @@ public:
 TEST(UIWindow, sends_keys_to_the_first_responder_and_on_until_somebody_takes_them)
 {
     ViewHarness harness;
-    auto outer = std::make_shared<KeyView>("outer");
-    auto inner = std::make_shared<KeyView>("inner");
+    auto outer = std::make_shared<KeyView>("outer"), inner = std::make_shared<KeyView>("inner");
     outer->addSubview(inner);
     harness.show(outer);
     std::string unhandled;
@@ -220,34 +203,21 @@ TEST(UIWindow, sends_keys_to_the_first_responder_and_on_until_somebody_takes_the
     EXPECT_FALSE(harness.press("a", 0));
     EXPECT_EQ(outer->keys, "a") << "without a first responder the root view is asked";
     EXPECT_EQ(inner->keys, "");
-
     ASSERT_TRUE(inner->becomeFirstResponder());
     EXPECT_TRUE(harness.press("q", 0));
-    EXPECT_EQ(inner->keys, "q");
-    EXPECT_EQ(outer->keys, "aq");
-    EXPECT_EQ(unhandled, "aq");
-
     inner->takes = true;
     harness.press("x", 0);
+    EXPECT_EQ(inner->keys, "qx");
     EXPECT_EQ(outer->keys, "aq");
     EXPECT_EQ(unhandled, "aq");
-}
-
-TEST(UIWindow, types_what_nobody_took_into_the_first_responders_text)
-{
-    ViewHarness harness;
-    auto view = std::make_shared<KeyView>("text");
-    view->takesText = true;
-    harness.show(view);
-    view->becomeFirstResponder();
+    inner->takes = false;
+    inner->takesText = true; // what nobody took is typed
     harness.type("Grün 漢");
     harness.press("c", UIKeyModifierFlags::control);
     harness.press(UIKeyCode::escape);
-    harness.press(UIKeyCode::left);
-    EXPECT_EQ(view->typed, "Grün 漢");
-    view->takesText = false;
+    inner->takesText = false;
     harness.type("x");
-    EXPECT_EQ(view->typed, "Grün 漢");
+    EXPECT_EQ(inner->typed, "Grün 漢");
 }
 
 TEST(UIWindow, moves_the_keyboard_by_tab_in_reading_order)
@@ -289,69 +259,62 @@ TEST(UIWindow, hands_the_keyboard_over_only_when_both_sides_agree)
 {
     ViewHarness harness;
     auto root = std::make_shared<UIView>();
-    auto first = std::make_shared<KeyView>("first");
-    auto second = std::make_shared<KeyView>("second");
+    auto first = std::make_shared<KeyView>("first"), second = std::make_shared<KeyView>("second");
     root->setSubviews({first, second});
     EXPECT_FALSE(first->becomeFirstResponder()) << "it is in no window";
     harness.show(root);
     EXPECT_TRUE(first->becomeFirstResponder());
-    first->letsGo = false;
-    EXPECT_FALSE(second->becomeFirstResponder());
-    EXPECT_TRUE(first->isFirstResponder());
-    first->letsGo = true;
-    second->wants = false;
-    EXPECT_FALSE(second->becomeFirstResponder());
-    EXPECT_TRUE(first->isFirstResponder());
-    second->wants = true;
-    EXPECT_TRUE(second->becomeFirstResponder());
-    EXPECT_FALSE(first->isFirstResponder());
+    for (auto letsGo : {false, true}) {
+        for (auto wants : {false, true}) {
+            first->letsGo = letsGo;
+            second->wants = wants;
+            EXPECT_EQ(second->becomeFirstResponder(), letsGo && wants);
+            EXPECT_NE(first->isFirstResponder(), letsGo && wants);
+        }
+    }
     harness.window().setKeyWindow(false);
     EXPECT_EQ(second->keyChanges, 1);
     EXPECT_EQ(first->keyChanges, 0);
-
-    // A view that leaves is not asked.
-    second->letsGo = false;
+    second->letsGo = false; // a view that leaves is not asked
     second->removeFromSuperview();
     EXPECT_EQ(harness.window().firstResponder(), nullptr);
 }
 
 TEST(UIWindow, tells_views_when_the_pointer_comes_and_goes)
 {
-    class Hovered : public UIView {
-    public:
-        Hovered(std::string name, CGRect frame, std::string& log)
-            : UIView(frame)
-            , name_(std::move(name))
-            , log_(log)
-        {
-        }
-        void pointerEntered() override { log_ += "+" + name_; }
-        void pointerExited() override { log_ += "-" + name_; }
-
-    private:
-        std::string name_;
-        std::string& log_;
+    struct Hovered : UIView {
+        std::string name;
+        std::string* log = nullptr;
+        void pointerEntered() override { *log += "+" + name; }
+        void pointerExited() override { *log += "-" + name; }
     };
     std::string log;
+    auto make = [&](std::string name, CGRect frame) {
+        auto view = std::make_shared<Hovered>();
+        view->setFrame(frame);
+        view->name = std::move(name);
+        view->log = &log;
+        return view;
+    };
     ViewHarness harness({100, 100});
     auto root = std::make_shared<UIView>();
-    auto outer = std::make_shared<Hovered>("outer", CGRect::make(0, 0, 50, 50), log);
-    auto inner = std::make_shared<Hovered>("inner", CGRect::make(0, 0, 20, 20), log);
-    auto beside = std::make_shared<Hovered>("beside", CGRect::make(50, 0, 50, 50), log);
+    auto outer = make("outer", CGRect::make(0, 0, 50, 50)), inner = make("inner", CGRect::make(0, 0, 20, 20));
+    auto beside = make("beside", CGRect::make(50, 0, 50, 50));
     outer->addSubview(inner);
     root->setSubviews({outer, beside});
     harness.show(root);
-    auto after = [&](auto act) {
-        log.clear();
-        act();
-        return log;
+    const std::pair<std::function<void()>, std::string_view> cases[] = {
+        {[&] { harness.hover({10, 10}); }, "+outer+inner"},
+        {[&] { harness.hover({30, 10}); }, "-inner"},
+        {[&] { harness.hover({60, 10}); }, "-outer+beside"},
+        {[&] { beside->removeFromSuperview(); }, "-beside"},
+        {[&] { harness.hover({10, 10}); }, "+outer+inner"},
+        {[&] { harness.window().sendHoverExit(); }, "-inner-outer"},
     };
-    EXPECT_EQ(after([&] { harness.hover({10, 10}); }), "+outer+inner");
-    EXPECT_EQ(after([&] { harness.hover({30, 10}); }), "-inner");
-    EXPECT_EQ(after([&] { harness.hover({60, 10}); }), "-outer+beside");
-    EXPECT_EQ(after([&] { beside->removeFromSuperview(); }), "-beside");
-    EXPECT_EQ(after([&] { harness.hover({10, 10}); }), "+outer+inner");
-    EXPECT_EQ(after([&] { harness.window().sendHoverExit(); }), "-inner-outer");
+    for (auto& [act, expected] : cases) {
+        act();
+        EXPECT_EQ(std::exchange(log, ""), expected);
+    }
 }
 
 TEST(UIWindow, survives_being_closed_and_dropped_by_what_it_calls)
@@ -409,37 +372,19 @@ TEST(UIWindow, survives_being_closed_and_dropped_by_what_it_calls)
         }
         std::weak_ptr<UIWindow> window = harness.sharedWindow();
         UITouch touch{.windowLocation = {5, 5}};
-        if (event == "touch")
-            harness.window().sendTouch(touch);
-        else if (event == "wheel")
-            harness.scroll({5, 5}, {0, 5});
-        else if (event == "hover")
-            harness.hover({5, 5});
-        else if (event == "resign")
-            harness.window().makeFirstResponder(nullptr);
-        else if (event == "close")
-            harness.window().close();
-        else
-            harness.type("x");
+        const std::map<std::string, std::function<void()>> acts = {
+            {"touch", [&] { harness.window().sendTouch(touch); }},
+            {"wheel", [&] { harness.scroll({5, 5}, {0, 5}); }},
+            {"hover", [&] { harness.hover({5, 5}); }},
+            {"resign", [&] { harness.window().makeFirstResponder(nullptr); }},
+            {"close", [&] { harness.window().close(); }},
+        };
+        acts.contains(event) ? acts.at(event)() : harness.type("x");
         view.reset();
         harness.settle();
         EXPECT_EQ(closes, 1);
         EXPECT_TRUE(window.expired());
     }
-}
-
-TEST(UIWindow, paints_a_point_more_where_a_pixel_is_no_whole_part_of_it)
-{
-    UITraitCollection traits;
-    traits.displayScale = 1.25;
-    ViewHarness harness({100, 100}, traits);
-    auto view = viewAt(10, 10, 10, 10);
-    auto root = std::make_shared<UIView>();
-    root->addSubview(view);
-    harness.show(root);
-    harness.paintFrame();
-    view->setNeedsDisplay();
-    EXPECT_EQ(harness.paintFrame(), (std::vector{CGRect::make(9, 9, 12, 12)}));
 }
 
 } // namespace
