@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <future>
 #include <string>
 #include <thread>
@@ -17,156 +16,92 @@ namespace platform {
 namespace {
 
 using namespace std::chrono_literals;
+using enum DispatchQueue::Initially;
 
 TEST(DispatchQueue, RunsWorkFromManyThreadsOneByOneAndInTheOrderOfEach)
 {
-    constexpr int threadCount = 4;
-    constexpr int workCount = 1000;
-    auto queue = DispatchQueue::make("test.order");
-    std::vector<std::vector<int>> received(threadCount); // touched by the queue only
-    {
+    auto& loop = RunLoop::main();
+    for (auto& queue : {DispatchQueue::make("test.order"), DispatchQueue::main()}) {
+        std::vector<std::vector<int>> received(4); // touched by the queue only
+        std::atomic<int> left = 4;
         std::vector<std::jthread> threads;
-        for (int thread = 0; thread < threadCount; ++thread)
-            threads.emplace_back([&, thread] {
-                for (int number = 0; number < workCount; ++number) {
-                    auto work = [&, thread, number] { received[thread].push_back(number); };
-                    if (number % 100 == 50)
-                        queue->sync(work);
-                    else
-                        queue->async(work);
+        for (auto& numbers : received)
+            threads.emplace_back([&] {
+                for (int number = 0; number < 500; ++number) {
+                    auto work = [&, number] { numbers.push_back(number); };
+                    number % 100 == 50 ? queue->sync(work) : queue->async(work);
+                    loop.schedule(loop.clock().now() + 1h, [] { ADD_FAILURE(); }).cancel();
                 }
+                if (--left == 0)
+                    loop.stop();
             });
-    }
-    queue->sync([] { });
-    for (auto& numbers : received) {
-        EXPECT_EQ(numbers.size(), workCount);
-        EXPECT_TRUE(std::ranges::is_sorted(numbers));
+        loop.run();
+        threads.clear();
+        VirtualClock().settleWithBackgroundQueues();
+        for (auto& numbers : received)
+            EXPECT_TRUE(numbers.size() == 500 && std::ranges::is_sorted(numbers)) << queue->label();
     }
 }
 
-TEST(DispatchQueue, RunsNothingUntilEverySuspensionIsResumed)
+TEST(DispatchQueue, RunsNothingFromAPieceThatSuspendsItUntilEverySuspensionIsResumed)
 {
     VirtualClock clock;
-    auto queue = DispatchQueue::make("test.suspended", DispatchQueue::Initially::suspended);
-    queue->suspend();
-    std::string order;
-    queue->async([&] { order += "a"; });
-    queue->async([&] { order += "b"; });
-    queue->resume();
-    clock.settleWithBackgroundQueues();
-    EXPECT_EQ(order, "");
-    queue->resume();
-    clock.settleWithBackgroundQueues();
-    EXPECT_EQ(order, "ab");
-}
-
-TEST(DispatchQueue, StopsAfterThePieceThatSuspendsIt)
-{
-    VirtualClock clock;
-    auto queue = DispatchQueue::make("test.suspends.itself", DispatchQueue::Initially::suspended);
+    auto queue = DispatchQueue::make("test.suspended", suspended);
     std::string order;
     queue->async([&] {
+        queue->suspend();
         queue->suspend();
         queue->async([&] { order += "c"; });
         order += "a";
     });
     queue->async([&] { order += "b"; });
-    queue->resume();
-    clock.settleWithBackgroundQueues();
-    EXPECT_EQ(order, "a");
-    queue->resume();
-    queue->sync([&] { order += "s"; });
-    EXPECT_EQ(order, "abcs") << "sync waits for its place";
-}
-
-TEST(DispatchQueue, LetsASyncThatWaitsInASuspendedQueueGoOnWhenItIsResumed)
-{
-    auto queue = DispatchQueue::make("test.sync.suspended", DispatchQueue::Initially::suspended);
-    std::atomic<bool> isResumed = false;
-    bool ranEarly = false;
-    std::jthread waiter([&] { queue->sync([&] { ranEarly = !isResumed; }); });
-    DispatchQueue::make("test.other")->sync([] { });
-    isResumed = true;
-    queue->resume();
-    waiter.join(); // would wait for ever
-    EXPECT_FALSE(ranEarly);
-}
-
-TEST(DispatchQueue, RunsItsWorkAfterItWasLetGo)
-{
-    std::promise<int> done;
-    {
-        auto queue = DispatchQueue::make("test.let.go", DispatchQueue::Initially::suspended);
-        for (int number = 0; number < 100; ++number)
-            queue->async([&done, number] {
-                if (number == 99)
-                    done.set_value(number);
-            });
+    for (auto expected : {"", "a"}) {
+        clock.settleWithBackgroundQueues();
+        EXPECT_EQ(order, expected);
         queue->resume();
     }
-    EXPECT_EQ(done.get_future().get(), 99);
+    std::jthread waiter([&] { queue->sync([&] { order += "s"; }); });
+    DispatchQueue::make("test.other")->sync([] { });
+    clock.settleWithBackgroundQueues();
+    queue->resume();
+    waiter.join(); // would wait for ever
+    EXPECT_EQ(order, "abcs");
 }
 
-TEST(DispatchQueue, ReleasesItsWorkWhenItIsLetGoSuspended)
+TEST(DispatchQueue, RunsItsWorkAfterItWasLetGoUnlessItIsSuspended)
 {
     auto held = std::make_shared<int>(0);
-    auto queue = DispatchQueue::make("test.dropped", DispatchQueue::Initially::suspended);
-    queue->async([held] { ++*held; });
-    EXPECT_EQ(held.use_count(), 2);
-    queue.reset();
-    EXPECT_EQ(held.use_count(), 1);
-    EXPECT_EQ(*held, 0);
+    for (auto state : {active, suspended})
+        DispatchQueue::make("test.let.go", state)->async([held] { ++*held; });
+    VirtualClock().settleWithBackgroundQueues();
+    EXPECT_EQ(*held, 1);
+    EXPECT_EQ(held.use_count(), 1) << "released without running";
 }
 
-TEST(DispatchQueue, ReturnsFromSyncWhatTheWorkReturnsAndRunsItOnTheCallersThread)
-{
-    auto queue = DispatchQueue::make("test.sync");
-    std::string before;
-    queue->async([&] { before = "seen"; });
-    auto result = queue->sync([&] {
-        EXPECT_TRUE(queue->isCurrent());
-        EXPECT_EQ(before, "seen");
-        return std::make_unique<std::thread::id>(std::this_thread::get_id());
-    });
-    EXPECT_EQ(*result, std::this_thread::get_id());
-    EXPECT_FALSE(queue->isCurrent());
-}
-
-// Makes each of `count` queues wait for the next, and returns when all have.
-int runChain(int count)
+// Makes each of many queues wait for the next.
+void runChain()
 {
     std::vector<std::shared_ptr<DispatchQueue>> queues;
-    for (int number = 0; number < count; ++number)
+    for (int number = 0; number < 40; ++number)
         queues.push_back(DispatchQueue::make("test.chain"));
     std::atomic<int> reached = 0;
-    for (int number = 0; number + 1 < count; ++number)
-        queues[number]->async([&, number] { queues[number + 1]->sync([&] { ++reached; }); });
+    for (int number = 0; number < 39; ++number)
+        queues[number]->async([&, number] { reached += queues[number + 1]->sync([] { return 1; }); });
     for (auto& queue : queues)
         queue->sync([] { });
-    return reached;
+    EXPECT_EQ(reached, 39);
 }
 
-TEST(DispatchQueue, LetsManyQueuesWaitForOneAnotherWithoutRunningOutOfThreads)
+TEST(DispatchQueue, LetsManyQueuesWaitForOneAnotherWithoutRunningOutOfThreadsOrKeepingThem)
 {
-    EXPECT_EQ(runChain(40), 39);
-}
-
-TEST(DispatchQueue, LeavesNoWorkLyingWhenThreadsThatFilledInGoAway)
-{
-    for (int round = 0; round < 100; ++round) {
-        runChain(12);
+    for (int round = 0; round < 30; ++round) {
+        runChain();
         std::promise<void> ran;
         DispatchQueue::make("test.after.chain")->async([&] { ran.set_value(); });
-        ran.get_future().wait(); // would wait for ever
+        ran.get_future().wait(); // would wait for ever if a thread that filled in took the news along
     }
-}
-
-TEST(DispatchQueue, RunsFewPiecesAtOnceHoweverManyQueuesWaitedBefore)
-{
-    runChain(40);
     VirtualClock clock;
-    std::atomic<unsigned> running = 0;
-    std::atomic<unsigned> most = 0;
+    std::atomic<unsigned> running = 0, most = 0;
     for (int number = 0; number < 64; ++number)
         DispatchQueue::make("test.wide")->async([&] {
             const unsigned now = ++running;
@@ -179,42 +114,6 @@ TEST(DispatchQueue, RunsFewPiecesAtOnceHoweverManyQueuesWaitedBefore)
     EXPECT_LE(most, std::max(4u, std::thread::hardware_concurrency()));
 }
 
-TEST(DispatchQueue, RunsSyncOnTheMainQueueOnTheMainThread)
-{
-    auto& loop = RunLoop::main();
-    auto main = std::this_thread::get_id();
-    std::thread::id seen;
-    int result = 0;
-    std::jthread other([&] {
-        result = DispatchQueue::main()->sync([&] {
-            seen = std::this_thread::get_id();
-            return 7;
-        });
-        loop.stop();
-    });
-    loop.run();
-    other.join();
-    EXPECT_EQ(seen, main);
-    EXPECT_EQ(result, 7);
-}
-
-TEST(DispatchQueue, DelaysMainWorkByTheClockOfTheRunLoop)
-{
-    VirtualClock clock;
-    std::string order;
-    auto main = DispatchQueue::main();
-    main->asyncAfter(750ms, [&] { order += "c"; });
-    main->asyncAfter(clock.now() + 700ms, [&] { order += "b"; });
-    main->async([&] { order += "a"; });
-    auto item = std::make_shared<DispatchWorkItem>([&] { order += "x"; });
-    main->asyncAfter(720ms, item);
-    clock.advance(710ms);
-    EXPECT_EQ(order, "ab");
-    item->cancel();
-    clock.advance(40ms);
-    EXPECT_EQ(order, "abc") << "a cancelled item does nothing";
-}
-
 TEST(DispatchQueue, DelaysBackgroundWorkWhileTheMainThreadIsBusy)
 {
     auto& clock = RunLoop::main().clock();
@@ -225,62 +124,47 @@ TEST(DispatchQueue, DelaysBackgroundWorkWhileTheMainThreadIsBusy)
     EXPECT_GE(ran.get_future().get() - start, 2ms); // this thread takes no turns
 }
 
-TEST(DispatchQueue, LetsOtherQueuesHaveTheirTurnBesideAQueueThatNeverEnds)
+TEST(DispatchQueue, LetsAnotherQueueHaveItsTurnBesideQueuesThatNeverEnd)
 {
     std::atomic<bool> isOver = false;
-    std::vector<std::shared_ptr<DispatchQueue>> busy;
-    std::atomic<int> alive = 0;
-    std::function<void(int)> again = [&](int number) {
-        if (isOver)
-            --alive;
-        else
-            busy[number]->async([&, number] { again(number); });
+    std::function<void(std::shared_ptr<DispatchQueue>)> again = [&](auto queue) {
+        if (!isOver)
+            queue->async([&, queue] { again(queue); });
     };
     for (int number = 0; number < 32; ++number)
-        busy.push_back(DispatchQueue::make("test.busy"));
-    for (int number = 0; number < 32; ++number) {
-        ++alive;
-        busy[number]->async([&, number] { again(number); });
-    }
+        again(DispatchQueue::make("test.busy"));
     std::promise<void> ran;
     DispatchQueue::make("test.modest")->async([&] { ran.set_value(); });
     ran.get_future().wait(); // would starve
     isOver = true;
-    for (auto& queue : busy)
-        queue->sync([] { });
-    for (auto& queue : busy)
-        queue->sync([] { });
-    EXPECT_EQ(alive, 0);
+    VirtualClock().settleWithBackgroundQueues();
 }
 
 TEST(DispatchQueueDeathTest, StopsTheProcessInsteadOfWaitingForItself)
 {
+    auto queue = DispatchQueue::make("test.self");
+    auto other = DispatchQueue::make("test.between");
     EXPECT_DEATH(DispatchQueue::main()->sync([] { }), "sync on the queue 'main' from itself");
-    EXPECT_DEATH(
-        {
-            auto queue = DispatchQueue::make("test.self");
-            auto other = DispatchQueue::make("test.between");
-            queue->sync([&] { other->sync([&] { queue->sync([] { }); }); });
-        },
-        "sync on the queue 'test.self' from itself");
-    EXPECT_DEATH(DispatchQueue::make("test.resume")->resume(), "'test.resume' was resumed more often");
+    EXPECT_DEATH(queue->sync([&] { other->sync([&] { queue->sync([] { }); }); }),
+                 "sync on the queue 'test.self' from itself");
+    EXPECT_DEATH(queue->resume(), "'test.self' was resumed more often");
     EXPECT_DEATH(DispatchQueue::main()->suspend(), "main queue cannot be suspended");
 }
 
 TEST(DispatchWorkItem, RunsOncePerTimeItIsGivenUntilItIsCancelled)
 {
-    auto queue = DispatchQueue::make("test.items");
-    int runs = 0;
-    std::shared_ptr<DispatchWorkItem> item;
-    item = std::make_shared<DispatchWorkItem>([&] {
-        if (++runs == 2)
+    VirtualClock clock; // delays the work of background queues too
+    std::atomic<int> runs = 0;
+    auto item = std::make_shared<DispatchWorkItem>([&] { ++runs; });
+    for (auto delay : {2s, 0s, 3s, 1s})
+        DispatchQueue::make("test.item")->asyncAfter(delay, item);
+    for (int expected : {1, 2, 3, 3}) {
+        clock.settleWithBackgroundQueues();
+        EXPECT_EQ(runs, expected);
+        if (runs == 3)
             item->cancel();
-    });
-    for (int time = 0; time < 3; ++time)
-        queue->async(item);
-    queue->sync([] { });
-    EXPECT_EQ(runs, 2);
-    EXPECT_TRUE(item->isCancelled());
+        clock.advance(1s);
+    }
 }
 
 } // namespace

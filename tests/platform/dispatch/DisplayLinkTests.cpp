@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 namespace platform {
 namespace {
@@ -20,48 +19,22 @@ struct RecordingDriver final : DisplayLinkDriver {
     std::string log;
 };
 
-// Puts the run loop back in charge of frames.
-struct DriverInPlace {
-    explicit DriverInPlace(std::shared_ptr<DisplayLinkDriver> driver)
-    {
-        DisplayLink::shared().setDriver(std::move(driver));
-    }
-    ~DriverInPlace() { DisplayLink::shared().setDriver(nullptr); }
-};
-
-TEST(DisplayLink, MakesSixtyFramesASecondAndNoneWhenNobodyAsks)
+TEST(DisplayLink, MakesSixtyFramesASecondButNoneThatABusyMainThreadMissedOrNobodyAsksFor)
 {
     VirtualClock clock;
-    auto& link = DisplayLink::shared();
     int frames = 0;
-    Instant last;
-    EXPECT_EQ(RunLoop::main().nextDeadline(), std::nullopt);
-    auto token = link.request([&](Instant frameTime) {
+    Token token;
+    token = DisplayLink::shared().request([&](Instant frameTime) {
         EXPECT_EQ(frameTime, clock.now());
-        EXPECT_GT(frameTime, last);
-        last = frameTime;
-        ++frames;
+        if (++frames == 61)
+            token.cancel();
     });
-    EXPECT_EQ(frames, 0);
-    clock.advance(1s);
-    EXPECT_EQ(frames, 60);
-    token.cancel();
-    EXPECT_FALSE(link.isRunning());
-    EXPECT_EQ(RunLoop::main().nextDeadline(), std::nullopt) << "idle means no timer";
-}
-
-TEST(DisplayLink, MakesNoFramesForThoseThatABusyMainThreadMissed)
-{
-    VirtualClock clock;
-    int frames = 0;
-    auto token = DisplayLink::shared().request([&](Instant) { ++frames; });
     clock.elapse(500ms);
-    clock.settle();
-    EXPECT_EQ(frames, 1);
-    clock.advance(16ms);
-    EXPECT_EQ(frames, 1);
-    clock.advance(1ms);
-    EXPECT_EQ(frames, 2);
+    for (auto [step, expected] : {std::pair(0ms, 1), {16ms, 1}, {1ms, 2}, {982ms, 60}, {10s, 61}}) {
+        clock.advance(step);
+        EXPECT_EQ(frames, expected);
+    }
+    EXPECT_EQ(RunLoop::main().nextDeadline(), std::nullopt) << "idle means no timer";
 }
 
 TEST(DisplayLink, LetsCallbacksCancelAndRequestWhileAFrameIsDelivered)
@@ -83,73 +56,31 @@ TEST(DisplayLink, LetsCallbacksCancelAndRequestWhileAFrameIsDelivered)
     EXPECT_EQ(log, "1n");
 }
 
-TEST(DisplayLink, StopsWhenTheLastCallbackCancelsItself)
+TEST(DisplayLink, HandsFramesOverToAWindowSystemAndBack)
 {
     VirtualClock clock;
     auto& link = DisplayLink::shared();
+    auto driver = std::make_shared<RecordingDriver>();
     int frames = 0;
-    Token token;
-    token = link.request([&](Instant) {
-        if (++frames == 3)
-            token.cancel();
-    });
-    clock.advance(1s);
-    EXPECT_EQ(frames, 3);
+    auto count = [&](Instant) { ++frames; };
+    Token token = link.request(count);
+    link.setDriver(driver);
     EXPECT_EQ(RunLoop::main().nextDeadline(), std::nullopt);
-}
-
-TEST(DisplayLink, HandsFramesOverToAWindowSystem)
-{
-    VirtualClock clock;
-    auto& link = DisplayLink::shared();
-    auto driver = std::make_shared<RecordingDriver>();
-    std::vector<Instant> frames;
-    auto token = link.request([&](Instant frameTime) { frames.push_back(frameTime); });
-    {
-        DriverInPlace inPlace(driver);
-        EXPECT_EQ(driver->log, "start ");
-        EXPECT_EQ(RunLoop::main().nextDeadline(), std::nullopt);
-        link.deliverFrame(clock.now());
-        EXPECT_EQ(frames, std::vector{clock.now()});
-        token.cancel();
-        EXPECT_EQ(driver->log, "start stop ");
-        link.deliverFrame(clock.now()); // one that was on its way
-        EXPECT_EQ(frames.size(), 1u);
-        token = link.request([&](Instant frameTime) { frames.push_back(frameTime); });
-    }
-    EXPECT_EQ(driver->log, "start stop start stop ");
-    clock.advance(17ms);
-    EXPECT_EQ(frames.size(), 2u) << "the run loop goes on";
-}
-
-TEST(DisplayLink, DoesNotStopTheWindowSystemBetweenTwoAnimationsThatFollowEachOther)
-{
-    VirtualClock clock;
-    auto& link = DisplayLink::shared();
-    auto driver = std::make_shared<RecordingDriver>();
-    DriverInPlace inPlace(driver);
-    Token token;
+    link.deliverFrame(clock.now());
+    token.cancel();
+    EXPECT_EQ(driver->log, "start stop ");
+    link.deliverFrame(clock.now()); // one that was on its way
+    EXPECT_EQ(frames, 1);
     token = link.request([&](Instant) {
         token.cancel();
-        token = link.request([](Instant) { });
+        token = link.request(count);
     });
     link.deliverFrame(clock.now());
-    EXPECT_EQ(driver->log, "start ");
-}
-
-TEST(DisplayLink, ComesBackAfterAVirtualClockTookItsFrameAway)
-{
-    auto& link = DisplayLink::shared();
-    Token leaked;
-    {
-        VirtualClock clock;
-        leaked = link.request([](Instant) { });
-    }
-    VirtualClock clock;
-    int frames = 0;
-    auto token = link.request([&](Instant) { ++frames; });
+    EXPECT_EQ(driver->log, "start stop start ") << "animations that follow each other need no stop";
+    link.setDriver(nullptr);
+    EXPECT_EQ(driver->log, "start stop start stop ");
     clock.advance(17ms);
-    EXPECT_EQ(frames, 1);
+    EXPECT_EQ(frames, 2) << "the run loop goes on";
 }
 
 } // namespace

@@ -5,190 +5,87 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
 namespace platform {
 namespace {
 
 using namespace std::chrono_literals;
 
-TEST(RunLoop, RunsWorkInOrderOfDeadlineThenInTheOrderGiven)
-{
-    VirtualClock clock;
-    auto& loop = RunLoop::main();
-    std::string order;
-    loop.performAfter(20ms, [&] { order += "d"; });
-    loop.performAfter(10ms, [&] { order += "b"; });
-    loop.performAfter(10ms, [&] { order += "c"; });
-    loop.perform([&] { order += "a"; });
-    clock.advance(20ms);
-    EXPECT_EQ(order, "abcd");
-}
+RunLoop& loop = RunLoop::main();
 
-TEST(RunLoop, CountsADeadlineInThePastAsNow)
+TEST(RunLoop, RunsWorkByDeadlineThenInTheOrderGivenAndWhatIsGivenMeanwhileInTheNextTurn)
 {
     VirtualClock clock;
-    auto& loop = RunLoop::main();
     std::string order;
-    loop.perform([&] { order += "first"; });
-    loop.performAt(clock.now() - 1h, [&] { order += " second"; });
-    loop.performAfter(-1h, [&] { order += " third"; });
-    loop.perform([&] { order += " fourth"; });
-    EXPECT_EQ(loop.nextDeadline(), clock.now());
-    loop.runPending();
-    EXPECT_EQ(order, "first second third fourth");
-}
-
-TEST(RunLoop, RunsWorkGivenDuringATurnInTheNext)
-{
-    VirtualClock clock;
-    auto& loop = RunLoop::main();
-    std::string order;
-    loop.perform([&] {
-        order += "1";
-        // Past deadlines must not jump the queue either.
-        loop.performAt(clock.now() - 1s, [&] { order += "3"; });
-    });
-    loop.performAfter(0s, [&] { order += "2"; });
-    EXPECT_TRUE(loop.runPending());
-    EXPECT_EQ(order, "12");
-    EXPECT_TRUE(loop.runPending());
-    EXPECT_EQ(order, "123");
-    EXPECT_FALSE(loop.runPending());
-    EXPECT_EQ(loop.nextDeadline(), std::nullopt);
-}
-
-TEST(RunLoop, GoesOnWithTheRestOfTheWorkInANestedTurn)
-{
-    VirtualClock clock;
-    auto& loop = RunLoop::main();
-    std::string order;
+    loop.performAfter(10ms, [&] { order += "e"; });
     loop.perform([&] {
         order += "(";
-        loop.runPending();
+        loop.runPending(); // goes on with the work that is left
         order += ")";
+        loop.performAt(clock.now() - 1s, [&] { order += "d"; }); // past, yet it must not jump the queue
     });
-    loop.perform([&] { order += "left"; });
+    loop.performAt(clock.now() - 1h, [&] { order += "b"; });
+    loop.performAfter(-1h, [&] { order += "c"; });
     loop.runPending();
-    EXPECT_EQ(order, "(left)");
+    EXPECT_EQ(order, "(bc)");
+    EXPECT_EQ(loop.nextDeadline(), clock.now());
+    EXPECT_TRUE(loop.runPending());
+    EXPECT_FALSE(loop.runPending());
+    clock.advance(10ms);
+    EXPECT_EQ(order, "(bc)de");
 }
 
 TEST(RunLoop, NeverRunsCancelledWorkAndReleasesItAtOnce)
 {
     VirtualClock clock;
-    auto& loop = RunLoop::main();
     auto held = std::make_shared<int>(0);
-    auto token = loop.schedule(clock.now() + 1s, [held] { ++*held; });
+    Token itself, sameTurn;
+    itself = loop.schedule(clock.now(), [&, held] {
+        itself = {};
+        sameTurn.cancel();
+        *held += 10; // the work is still whole
+    });
+    sameTurn = loop.schedule(clock.now(), [held] { ++*held; });
     auto dropped = loop.schedule(clock.now() + 1s, [held] { ++*held; });
-    EXPECT_EQ(held.use_count(), 3);
-    token.cancel();
     dropped = {};
+    EXPECT_EQ(held.use_count(), 3);
+    clock.advance(2s);
+    EXPECT_EQ(*held, 10);
     EXPECT_EQ(held.use_count(), 1);
     EXPECT_EQ(loop.nextDeadline(), std::nullopt);
-    clock.advance(2s);
-    EXPECT_EQ(*held, 0);
-}
-
-TEST(RunLoop, CancelsWorkThatIsDueInTheSameTurn)
-{
-    VirtualClock clock;
-    auto& loop = RunLoop::main();
-    bool ran = false;
-    Token second;
-    auto first = loop.schedule(clock.now(), [&] { second.cancel(); });
-    second = loop.schedule(clock.now(), [&] { ran = true; });
-    loop.runPending();
-    EXPECT_FALSE(ran);
-}
-
-TEST(RunLoop, LetsWorkCancelItsOwnToken)
-{
-    VirtualClock clock;
-    auto& loop = RunLoop::main();
-    int runs = 0;
-    Token token;
-    token = loop.schedule(clock.now(), [&runs, &token, kept = std::make_unique<int>(7)] {
-        token = {};
-        runs += *kept; // the work is still whole
-    });
-    clock.settle();
-    EXPECT_EQ(runs, 7);
 }
 
 TEST(RunLoop, WakesTheOuterLoopOnlyWhenTheNextDeadlineComesNearer)
 {
     VirtualClock clock;
-    auto& loop = RunLoop::main();
     int wakes = 0;
     loop.setWakeUp([&] { ++wakes; });
     loop.performAfter(10s, [] { });
-    EXPECT_EQ(wakes, 1);
     loop.performAfter(20s, [] { });
     EXPECT_EQ(wakes, 1) << "later work changes nothing";
     loop.performAfter(5s, [] { });
     EXPECT_EQ(wakes, 2);
-    EXPECT_EQ(loop.nextDeadline(), clock.now() + 5s);
     loop.requestTurn();
     loop.requestTurn();
     EXPECT_EQ(wakes, 3) << "many requests make one turn";
-    EXPECT_EQ(loop.nextDeadline(), clock.now());
     loop.runPending();
     EXPECT_EQ(loop.nextDeadline(), clock.now() + 5s);
     loop.setWakeUp(nullptr);
-    loop.perform([] { });
-    EXPECT_EQ(wakes, 3);
 }
 
-TEST(RunLoop, KeepsTheOrderOfEachThreadThatGivesWork)
+TEST(RunLoop, SleepsUntilADeadlineAndEndsOnlyTheInnermostRunWhenStopped)
 {
-    constexpr int threadCount = 4;
-    constexpr int workCount = 500;
-    auto& loop = RunLoop::main();
-    std::vector<std::vector<int>> received(threadCount);
-    int total = 0;
-    std::vector<std::jthread> threads;
-    for (int thread = 0; thread < threadCount; ++thread)
-        threads.emplace_back([&, thread] {
-            for (int number = 0; number < workCount; ++number) {
-                loop.perform([&, thread, number] {
-                    received[thread].push_back(number);
-                    if (++total == threadCount * workCount)
-                        loop.stop();
-                });
-                loop.schedule(loop.clock().now() + 1h, [] { ADD_FAILURE(); }).cancel();
-            }
-        });
-    loop.run();
-    for (auto& numbers : received) {
-        EXPECT_EQ(numbers.size(), workCount);
-        EXPECT_TRUE(std::ranges::is_sorted(numbers));
-    }
-}
-
-TEST(RunLoop, SleepsUntilTheDeadlineAndReturnsWhenStopped)
-{
-    auto& loop = RunLoop::main();
-    const Instant deadline = loop.clock().now() + 3ms;
-    Instant ran;
-    loop.performAt(deadline, [&] {
-        ran = loop.clock().now();
-        loop.stop();
-    });
-    loop.run();
-    EXPECT_GE(ran, deadline);
-}
-
-TEST(RunLoop, EndsOnlyTheInnermostRunWhenStopped)
-{
-    auto& loop = RunLoop::main();
     std::string order;
+    loop.stop(); // the next run ends after one turn
+    loop.perform([&] { order += "one "; });
+    loop.run();
+    const Instant deadline = loop.clock().now() + 3ms;
     loop.perform([&] {
-        loop.perform([&] {
-            order += "inner ";
+        loop.performAt(deadline, [&] {
+            order += loop.clock().now() < deadline ? "early " : "inner ";
             loop.stop();
         });
         loop.run();
@@ -196,17 +93,79 @@ TEST(RunLoop, EndsOnlyTheInnermostRunWhenStopped)
         loop.perform([&] { loop.stop(); });
     });
     loop.run();
-    EXPECT_EQ(order, "inner outer");
+    EXPECT_EQ(order, "one inner outer");
 }
 
-TEST(RunLoop, ReturnsAfterOneTurnWhenItWasStoppedBefore)
+// Does something as often as it is dirty, as a view host does.
+bool flush(int& dirty, std::string& log, const char* name)
 {
-    auto& loop = RunLoop::main();
-    bool ran = false;
-    loop.stop();
-    loop.perform([&] { ran = true; });
-    loop.run();
-    EXPECT_TRUE(ran);
+    if (dirty == 0)
+        return false;
+    --dirty;
+    log += name;
+    return true;
+}
+
+TEST(RunLoop, PaintsOnlyWhenStateAndLayoutHaveComeToRest)
+{
+    VirtualClock clock;
+    std::string log;
+    int state = 1, layout = 1, display = 1;
+    auto third =
+        loop.addBeforeSleepObserver(BeforeSleepPhase::display, [&] { return flush(display, log, "p"); });
+    auto second = loop.addBeforeSleepObserver(BeforeSleepPhase::layout, [&, isFirst = true]() mutable {
+        const bool isDone = flush(layout, log, "l");
+        // Layout changes state once, which dirties layout again: a painter must not see the middle of it.
+        if (isDone && std::exchange(isFirst, false)) {
+            state = layout = 1;
+            loop.requestTurn(); // as a view does that is marked from anywhere
+        }
+        return isDone;
+    });
+    auto first = loop.addBeforeSleepObserver(BeforeSleepPhase::state, [&] { return flush(state, log, "s"); });
+    EXPECT_TRUE(loop.runPending());
+    EXPECT_EQ(log, "slslp");
+    EXPECT_EQ(loop.nextDeadline(), std::nullopt) << "else an idle window would never sleep";
+    state = 1;
+    loop.requestTurn();
+    clock.settle();
+    EXPECT_EQ(log, "slslps") << "a turn asked for without work";
+}
+
+TEST(RunLoop, RunsObserversAfterTheDueWorkOfEachTurn)
+{
+    VirtualClock clock;
+    std::string log;
+    int dirty = 0;
+    auto token = loop.addBeforeSleepObserver(0, [&] { return flush(dirty, log, "|"); });
+    for (auto delay : {0s, 0s, 2s})
+        loop.performAfter(delay, [&] {
+            log += "w";
+            dirty = 1;
+        });
+    loop.perform([&] { loop.perform([&] { log += "n"; }); });
+    clock.advance(2s);
+    EXPECT_EQ(log, "ww|nw|") << "one flush for the changes of a turn, before the next turn's work";
+}
+
+TEST(RunLoop, LetsAnObserverCancelItselfAndTheNextAndTakeATurnWithoutBeingEnteredTwice)
+{
+    VirtualClock clock;
+    std::string log;
+    Token first, second;
+    first = loop.addBeforeSleepObserver(0, [&, kept = std::string(")")] {
+        log += "(";
+        loop.perform([&] { log += "work"; });
+        loop.runPending();
+        second.cancel();
+        first.cancel();
+        log += kept; // the observer is still whole
+        return true;
+    });
+    second = loop.addBeforeSleepObserver(0, [&] { return (log += "second").empty(); });
+    clock.settle();
+    loop.runPending();
+    EXPECT_EQ(log, "(work)");
 }
 
 void changeSomethingOffTheMainThread()
@@ -216,17 +175,18 @@ void changeSomethingOffTheMainThread()
 
 TEST(RunLoopDeathTest, StopsTheProcessWhenItIsMisused)
 {
-    RunLoop::main();
-    EXPECT_TRUE(isOnMainThread());
     EXPECT_DEATH(changeSomethingOffTheMainThread(), "changeSomethingOffTheMainThread.* off the main thread");
-    EXPECT_DEATH(std::thread([] { RunLoop::main().runPending(); }).join(), "own thread");
-    EXPECT_DEATH(RunLoop::main().perform(nullptr), "callable");
-    EXPECT_DEATH(
-        {
-            VirtualClock clock;
-            RunLoop::main().run();
-        },
-        "advance it instead");
+    EXPECT_DEATH(std::thread([&] { loop.runPending(); }).join(), "own thread");
+    EXPECT_DEATH(loop.perform(nullptr), "callable");
+    EXPECT_DEATH((VirtualClock(), loop.run()), "advance it instead");
+}
+
+TEST(RunLoopDeathTest, StopsATestWhoseObserversNeverRestButGoesOnByTheRealClock)
+{
+    auto token = loop.addBeforeSleepObserver(42, [] { return true; });
+    EXPECT_DEATH(VirtualClock().settle(), "never come to rest; the busy phase is 42");
+    EXPECT_TRUE(loop.runPending());
+    EXPECT_TRUE(loop.nextDeadline().has_value()) << "in the next turn";
 }
 
 } // namespace
