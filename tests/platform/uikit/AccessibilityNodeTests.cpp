@@ -41,8 +41,7 @@ std::string namesBelow(QAccessibleInterface& node)
 TEST(AccessibilityNode, puts_elements_in_the_place_of_views_that_are_none)
 {
     ViewHarness harness;
-    auto root = std::make_shared<UIView>();
-    auto wrapper = std::make_shared<UIView>();
+    auto root = std::make_shared<UIView>(), wrapper = std::make_shared<UIView>();
     auto inner = std::make_shared<UIView>();
     auto group = element("group", AccessibilityRole::group);
     auto hidden = element("hidden", AccessibilityRole::button);

@@ -13,14 +13,15 @@
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusVariant>
 #include <QtDBus/QDBusVirtualObject>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace {
 
 using namespace platform;
+using namespace Qt::StringLiterals;
 
 QVariant wrapped(const QVariant& value, int times)
 {
@@ -29,42 +30,28 @@ QVariant wrapped(const QVariant& value, int times)
 
 TEST(SettingsPortal, understands_what_portals_say)
 {
-    const auto appearance = QStringLiteral("org.freedesktop.appearance");
-    const auto interface = QStringLiteral("org.gnome.desktop.interface");
+    const auto appearance = u"org.freedesktop.appearance"_s, interface = u"org.gnome.desktop.interface"_s;
+    const auto scheme = u"color-scheme"_s, scale = u"text-scaling-factor"_s;
     UITraitCollection dark, contrast, still, large, tiny;
     dark.userInterfaceStyle = UIUserInterfaceStyle::dark;
     contrast.accessibilityContrast = UIAccessibilityContrast::high;
     still.prefersReducedMotion = true;
     large.textScale = 1.5;
     tiny.textScale = 0.5;
-    struct Case {
-        std::string_view name;
-        QString group, key;
-        QVariant value;
-        UITraitCollection expected;
-    };
-    const Case cases[] = {
-        {"dark", appearance, QStringLiteral("color-scheme"), 1u, dark},
-        {"no preference is light", appearance, QStringLiteral("color-scheme"), 0u, {}},
-        {"light", appearance, QStringLiteral("color-scheme"), 2u, {}},
-        {"a number of the future", appearance, QStringLiteral("color-scheme"), 99u, {}},
-        {"a colour scheme that is a text",
-         appearance,
-         QStringLiteral("color-scheme"),
-         QStringLiteral("dark"),
-         {}},
-        {"contrast", appearance, QStringLiteral("contrast"), 1u, contrast},
-        {"reduced motion", appearance, QStringLiteral("reduced-motion"), 1u, still},
-        {"no animations", interface, QStringLiteral("enable-animations"), false, still},
-        {"text scale", interface, QStringLiteral("text-scaling-factor"), 1.5, large},
-        {"text scale of nothing", interface, QStringLiteral("text-scaling-factor"), 0.0, tiny},
-        {"text scale that is no number",
-         interface,
-         QStringLiteral("text-scaling-factor"),
-         std::numeric_limits<double>::quiet_NaN(),
-         {}},
-        {"a key of another group", interface, QStringLiteral("color-scheme"), 1u, {}},
-        {"nothing", appearance, QStringLiteral("color-scheme"), QVariant(), {}},
+    const std::tuple<std::string_view, QString, QString, QVariant, UITraitCollection> cases[] = {
+        {"dark", appearance, scheme, 1u, dark},
+        {"no preference is light", appearance, scheme, 0u, {}},
+        {"light", appearance, scheme, 2u, {}},
+        {"a number of the future", appearance, scheme, 99u, {}},
+        {"a colour scheme that is a text", appearance, scheme, u"dark"_s, {}},
+        {"contrast", appearance, u"contrast"_s, 1u, contrast},
+        {"reduced motion", appearance, u"reduced-motion"_s, 1u, still},
+        {"no animations", interface, u"enable-animations"_s, false, still},
+        {"text scale", interface, scale, 1.5, large},
+        {"text scale of nothing", interface, scale, 0.0, tiny},
+        {"text scale that is no number", interface, scale, std::nan(""), {}},
+        {"a key of another group", interface, scheme, 1u, {}},
+        {"nothing", appearance, scheme, QVariant(), {}},
     };
     for (const auto& [name, group, key, value, expected] : cases) {
         // Older portals wrap an answer twice, newer ones and the signal once.
@@ -81,16 +68,10 @@ TEST(SettingsPortal, understands_what_portals_say)
 
 TEST(SettingsPortal, asks_only_a_bus_that_is_there)
 {
-    struct Case {
-        std::string_view name;
-        const char* address;
-        const char* directory;
-        bool isThere;
-    };
     auto directory = std::filesystem::temp_directory_path() / "zelk-settings-portal-test";
     std::filesystem::create_directories(directory / "bus");
     auto text = directory.string();
-    const Case cases[] = {
+    const std::tuple<std::string_view, const char*, const char*, bool> cases[] = {
         {"an address", "unix:path=/somewhere", nullptr, true},
         {"switched off", "disabled:", text.c_str(), false},
         {"one that would have to be started", "autolaunch:", nullptr, false},
@@ -111,9 +92,9 @@ TEST(SettingsPortal, asks_only_a_bus_that_is_there)
     std::filesystem::remove_all(directory);
 }
 
-const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto portalInterface = QStringLiteral("org.freedesktop.portal.Settings");
-const auto appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const auto portalPath = u"/org/freedesktop/portal/desktop"_s;
+const auto portalInterface = u"org.freedesktop.portal.Settings"_s;
+const auto appearanceGroup = u"org.freedesktop.appearance"_s;
 
 // A bus of its own, with a portal as people's desktops have them: it knows only `Read`, wraps twice, and not every key.
 class FakeDesktop {
@@ -124,12 +105,11 @@ public:
         bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
         {
             auto arguments = message.arguments();
-            if (message.member() != QLatin1String("Read") || arguments.size() != 2)
+            if (message.member() != u"Read"_s || arguments.size() != 2)
                 return false;
-            if (arguments[1].toString() != QLatin1String("color-scheme"))
-                return connection.send(
-                    message.createErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"),
-                                             QStringLiteral("no such setting")));
+            if (arguments[1].toString() != u"color-scheme"_s)
+                return connection.send(message.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
+                                                                u"no such setting"_s));
             return connection.send(message.createReply(wrapped(1u, 2)));
         }
     };
@@ -137,9 +117,9 @@ public:
     FakeDesktop()
     {
         startGraphics(DisplayMode::offscreen);
-        daemon_.start(QStringLiteral("dbus-daemon"),
-                      {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
-                       QStringLiteral("--print-address"), QStringLiteral("--address=unix:tmpdir=/tmp")});
+        daemon_.start(u"dbus-daemon"_s,
+                      {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s,
+                       u"--address=unix:tmpdir=/tmp"_s});
         if (daemon_.waitForStarted() && daemon_.waitForReadyRead())
             address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
     }
@@ -162,7 +142,7 @@ private:
 void offer(QDBusConnection& bus, FakeDesktop::Portal& portal)
 {
     bus.registerVirtualObject(portalPath, &portal);
-    ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+    ASSERT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
 }
 
 // Until the condition holds; the test fails when it does not within some seconds.
@@ -224,13 +204,12 @@ TEST(SettingsPortal, takes_answers_that_come_late_and_follows_changes)
     EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::dark);
 
     auto changed = [&](const QString& key, const QVariant& value) {
-        auto signal =
-            QDBusMessage::createSignal(portalPath, portalInterface, QStringLiteral("SettingChanged"));
+        auto signal = QDBusMessage::createSignal(portalPath, portalInterface, u"SettingChanged"_s);
         signal << appearanceGroup << key << wrapped(value, 1);
         bus.send(signal);
     };
-    changed(QStringLiteral("accent-color"), 5u); // none of ours
-    changed(QStringLiteral("color-scheme"), 2u);
+    changed(u"accent-color"_s, 5u); // none of ours
+    changed(u"color-scheme"_s, 2u);
     processEventsUntil([&] { return changes == 2; });
     EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::light);
 }

@@ -245,16 +245,6 @@ TEST(UIScrollView, KeysScrollIt)
     }
 }
 
-TEST(UIScrollView, AKeyThatRepeatsGoesOnFromTheAnimation)
-{
-    Scrolling stage;
-    stage.view->scrollByLines(2);
-    stage.clock.advance(50ms);
-    stage.view->scrollByLines(2);
-    stage.clock.advance(1s);
-    EXPECT_EQ(stage.y(), 68);
-}
-
 TEST(ScrollIndicator, IsThereWhileItScrollsAndGoesAfterwards)
 {
     Scrolling stage;

@@ -238,8 +238,7 @@ TEST(UIViewControllerDeathTest, refuses_misuse)
     };
     EXPECT_DEATH(std::make_shared<Viewless>()->view(), "loadView has set no view");
     EXPECT_DEATH(std::make_shared<Circular>()->view(), "asked for the view that it is to make");
-    auto outer = std::make_shared<UIViewController>();
-    auto inner = std::make_shared<UIViewController>();
+    auto outer = std::make_shared<UIViewController>(), inner = std::make_shared<UIViewController>();
     outer->addChild(inner);
     EXPECT_DEATH(inner->addChild(outer), "inside of it");
     EXPECT_DEATH(outer->addChild(nullptr), "null controller");

@@ -54,8 +54,7 @@ TEST(UIViewLayout, lays_out_many_marks_of_one_turn_once_and_superviews_first)
 {
     ViewHarness harness;
     std::string order;
-    auto outer = std::make_shared<CountingView>();
-    auto inner = std::make_shared<CountingView>();
+    auto outer = std::make_shared<CountingView>(), inner = std::make_shared<CountingView>();
     outer->addSubview(inner);
     harness.show(outer);
     outer->onLayout = [&] { order += 'o'; };
@@ -71,8 +70,7 @@ TEST(UIViewLayout, lays_out_many_marks_of_one_turn_once_and_superviews_first)
 TEST(UIViewLayout, comes_to_rest_when_a_layout_asks_for_another)
 {
     ViewHarness harness;
-    auto outer = std::make_shared<CountingView>();
-    auto inner = std::make_shared<CountingView>();
+    auto outer = std::make_shared<CountingView>(), inner = std::make_shared<CountingView>();
     outer->addSubview(inner);
     harness.show(outer);
     outer->layouts = 0;
@@ -118,8 +116,7 @@ TEST(UIViewLayout, survives_a_view_that_removes_itself_while_it_lays_out)
 {
     ViewHarness harness;
     auto root = std::make_shared<UIView>();
-    auto fleeting = std::make_shared<CountingView>();
-    auto after = std::make_shared<CountingView>();
+    auto fleeting = std::make_shared<CountingView>(), after = std::make_shared<CountingView>();
     auto* pointer = fleeting.get();
     fleeting->onLayout = [pointer] { pointer->removeFromSuperview(); };
     root->setSubviews({fleeting, after});

@@ -194,8 +194,7 @@ TEST(UIView, tells_only_the_views_that_come_or_go_when_all_subviews_are_set)
 
 TEST(UIViewDeathTest, refuses_trees_that_cannot_be)
 {
-    auto outer = std::make_shared<UIView>();
-    auto inner = std::make_shared<UIView>();
+    auto outer = std::make_shared<UIView>(), inner = std::make_shared<UIView>();
     outer->addSubview(inner);
     EXPECT_DEATH(outer->addSubview(outer), "added to itself");
     EXPECT_DEATH(inner->addSubview(outer), "added to itself or to a view inside of it");

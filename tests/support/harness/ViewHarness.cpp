@@ -94,7 +94,7 @@ void ViewHarness::tap(std::string_view label)
 void ViewHarness::down(CGPoint place, const Press& press)
 {
     precondition(!touch_, "the pointer is down already");
-    touch_ = std::make_unique<UITouch>(UITouch{.type = press.type,
+    touch_ = std::make_shared<UITouch>(UITouch{.type = press.type,
                                                .button = press.button,
                                                .modifiers = press.modifiers,
                                                .tapCount = press.tapCount,
@@ -106,32 +106,29 @@ void ViewHarness::down(CGPoint place, const Press& press)
 
 void ViewHarness::moveTo(CGPoint place)
 {
-    precondition(touch_ != nullptr, "the pointer is not down");
-    touch_->phase = UITouchPhase::moved;
-    touch_->previousWindowLocation = std::exchange(touch_->windowLocation, place);
-    touch_->timestamp = clock_.now();
-    window_->sendTouch(*touch_);
-    clock_.settle();
+    send(UITouchPhase::moved, place);
 }
 
 void ViewHarness::up()
 {
-    precondition(touch_ != nullptr, "the pointer is not down");
-    auto touch = std::move(touch_);
-    touch->phase = UITouchPhase::ended;
-    touch->previousWindowLocation = touch->windowLocation;
-    touch->timestamp = clock_.now();
-    if (window_)
-        window_->sendTouch(*touch);
-    clock_.settle();
+    send(UITouchPhase::ended, touch_ ? touch_->windowLocation : CGPoint{});
 }
 
 void ViewHarness::cancel()
 {
+    send(UITouchPhase::cancelled, touch_ ? touch_->windowLocation : CGPoint{});
+}
+
+void ViewHarness::send(UITouchPhase phase, CGPoint place)
+{
     precondition(touch_ != nullptr, "the pointer is not down");
-    auto touch = std::move(touch_);
-    touch->phase = UITouchPhase::cancelled;
-    window_->sendTouch(*touch);
+    touch_->phase = phase;
+    touch_->previousWindowLocation = std::exchange(touch_->windowLocation, place);
+    touch_->timestamp = clock_.now();
+    auto isLast = phase != UITouchPhase::moved;
+    std::shared_ptr<UITouch> touch = isLast ? std::exchange(touch_, nullptr) : touch_;
+    if (window_)
+        window_->sendTouch(*touch);
     clock_.settle();
 }
 
@@ -175,26 +172,25 @@ bool ViewHarness::turnWheel(CGPoint place, const UIScrollWheel& wheel)
 
 bool ViewHarness::press(UIKeyCode key, std::uint8_t modifiers)
 {
-    UIPress press{.key = key, .modifiers = {modifiers}, .timestamp = clock_.now()};
+    UIPress press{.key = key, .modifiers = {modifiers}};
     if (key == UIKeyCode::space)
         press.characters = press.charactersIgnoringModifiers = " ";
-    auto keptAlive = window_;
-    auto wasHandled = keptAlive->sendPress(press);
-    keptAlive->sendPressEnded(press); // though it may be closed
-    clock_.settle();
-    return wasHandled;
+    return send(std::move(press));
 }
 
 bool ViewHarness::press(std::string_view character, std::uint8_t modifiers)
 {
     constexpr auto silent =
         UIKeyModifierFlags::control | UIKeyModifierFlags::alternate | UIKeyModifierFlags::command;
-    UIPress press{.key = character == " " ? UIKeyCode::space : UIKeyCode::character,
-                  .modifiers = {modifiers},
-                  .charactersIgnoringModifiers = std::string(character),
-                  .timestamp = clock_.now()};
-    if ((modifiers & silent) == 0)
-        press.characters = character;
+    return send({.key = character == " " ? UIKeyCode::space : UIKeyCode::character,
+                 .modifiers = {modifiers},
+                 .characters = std::string((modifiers & silent) == 0 ? character : ""),
+                 .charactersIgnoringModifiers = std::string(character)});
+}
+
+bool ViewHarness::send(UIPress press)
+{
+    press.timestamp = clock_.now();
     auto keptAlive = window_;
     auto wasHandled = keptAlive->sendPress(press);
     keptAlive->sendPressEnded(press); // though it may be closed
@@ -220,27 +216,26 @@ std::vector<CGRect> ViewHarness::paintFrame()
 {
     clock_.settle();
     auto dirty = window_->takeDirtyRegion();
-    if (dirty.isEmpty())
-        return {};
-    auto traits = window_->traitCollection();
-    auto image = makeImage(
-        window_->bounds().size, traits.displayScale,
-        [&](CGContext& context) {
-            for (const auto& rect : dirty.rects())
-                window_->paint(context, rect);
-        },
-        traits.colorAppearance());
-    precondition(image.has_value(), "the window is too large for a picture");
+    if (!dirty.isEmpty())
+        picture(dirty.rects());
     return dirty.rects();
 }
 
 UIImage ViewHarness::snapshot()
 {
     clock_.settle();
+    return picture({{{}, window_->bounds().size}});
+}
+
+UIImage ViewHarness::picture(const std::vector<CGRect>& painted)
+{
     auto traits = window_->traitCollection();
-    auto all = CGRect{{}, window_->bounds().size};
     auto image = makeImage(
-        all.size, traits.displayScale, [&](CGContext& context) { window_->paint(context, all); },
+        window_->bounds().size, traits.displayScale,
+        [&](CGContext& context) {
+            for (const auto& rect : painted)
+                window_->paint(context, rect);
+        },
         traits.colorAppearance());
     precondition(image.has_value(), "the window is too large for a picture");
     return *image;

@@ -75,9 +75,13 @@ public:
     platform::UIImage snapshot();
 
 private:
+    void send(platform::UITouchPhase phase, platform::CGPoint place);
+    bool send(platform::UIPress press);
+    platform::UIImage picture(const std::vector<platform::CGRect>& painted);
+
     platform::VirtualClock clock_;
     std::shared_ptr<platform::UIWindow> window_;
-    std::unique_ptr<platform::UITouch> touch_; // what is down
+    std::shared_ptr<platform::UITouch> touch_; // what is down
 };
 
 // The colour of a picture at a place in points, rounded to bytes: "rrggbb", or "rrggbbaa" where it is not opaque.
