@@ -10,6 +10,7 @@ namespace {
 
 using namespace platform;
 using harness::ViewHarness;
+using namespace Qt::StringLiterals;
 
 std::shared_ptr<UIView> element(std::string label, AccessibilityRole role,
                                 CGRect frame = CGRect::make(0, 0, 10, 10))
@@ -66,30 +67,23 @@ TEST(AccessibilityNode, puts_elements_in_the_place_of_views_that_are_none)
     EXPECT_EQ(namesBelow(*node), "group(a hidden) c");
 }
 
-TEST(AccessibilityNode, forgets_a_view_that_leaves_its_window)
-{
-    ViewHarness harness;
-    auto root = std::make_shared<UIView>();
-    auto view = element("a", AccessibilityRole::button);
-    root->addSubview(view);
-    harness.show(root);
-    auto id = QAccessible::uniqueId(AccessibilityNodes::node(*view));
-    EXPECT_NE(QAccessible::accessibleInterface(id), nullptr);
-    EXPECT_EQ(AccessibilityNodes::node(*view), QAccessible::accessibleInterface(id))
-        << "one node for one view";
-    view->removeFromSuperview();
-    EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
-}
+class Control : public UIView {
+public:
+    bool canBecomeFirstResponder() const override { return true; }
+    bool accessibilityActivate() override
+    {
+        ++activations;
+        removeFromSuperview(); // and its node with it
+        return true;
+    }
+    int activations = 0;
+};
 
 TEST(AccessibilityNode, says_how_a_view_is)
 {
-    class Focusable : public UIView {
-    public:
-        bool canBecomeFirstResponder() const override { return true; }
-    };
     ViewHarness harness({100, 100});
     auto root = std::make_shared<UIView>();
-    auto view = std::make_shared<Focusable>();
+    auto view = std::make_shared<Control>();
     view->setFrame(CGRect::make(10, 20, 30, 40));
     view->accessibility() = {.role = AccessibilityRole::toggle,
                              .label = "Wrap",
@@ -101,53 +95,45 @@ TEST(AccessibilityNode, says_how_a_view_is)
                              .isBusy = true};
     root->addSubview(view);
     harness.show(root);
-    harness.window().setKeyWindow(true);
+    auto* window = AccessibilityNodes::node(harness.window());
     auto* node = AccessibilityNodes::node(*view);
-    EXPECT_EQ(node->text(QAccessible::Name), QStringLiteral("Wrap"));
-    EXPECT_EQ(node->text(QAccessible::Value), QStringLiteral("on"));
-    EXPECT_EQ(node->text(QAccessible::Description), QStringLiteral("Wraps long lines"));
+    EXPECT_EQ((QStringList{node->text(QAccessible::Name), node->text(QAccessible::Value),
+                           node->text(QAccessible::Description)}),
+              (QStringList{u"Wrap"_s, u"on"_s, u"Wraps long lines"_s}));
     EXPECT_EQ(node->role(), QAccessible::CheckBox);
     EXPECT_EQ(node->rect(), QRect(10, 20, 30, 40));
     auto state = node->state();
     EXPECT_TRUE(state.disabled && state.selected && state.modal && state.busy && state.checked
                 && state.focusable);
     EXPECT_FALSE(state.focused || state.offscreen || state.editable || state.selectableText);
-
     view->becomeFirstResponder();
     EXPECT_TRUE(node->state().focused);
-    EXPECT_EQ(AccessibilityNodes::node(harness.window())->focusChild(), node);
+    EXPECT_EQ(window->focusChild(), node);
+    EXPECT_EQ(window->childAt(15, 25), node);
     view->setCenter({500, 500});
     EXPECT_TRUE(node->state().offscreen);
-    EXPECT_EQ(AccessibilityNodes::node(harness.window())->childAt(15, 25), nullptr);
-    view->setCenter({25, 40});
-    EXPECT_EQ(AccessibilityNodes::node(harness.window())->childAt(15, 25), node);
+    EXPECT_EQ(window->childAt(15, 25), nullptr);
 }
 
-TEST(AccessibilityNode, does_what_the_view_does_when_it_is_activated)
+TEST(AccessibilityNode, activates_its_view_and_goes_with_it)
 {
-    class Button : public UIView {
-    public:
-        bool accessibilityActivate() override
-        {
-            ++activations;
-            removeFromSuperview(); // and its node with it
-            return true;
-        }
-        int activations = 0;
-    };
     ViewHarness harness;
     auto root = std::make_shared<UIView>();
-    auto button = std::make_shared<Button>();
+    auto button = std::make_shared<Control>();
     button->accessibility().role = AccessibilityRole::button;
     root->addSubview(button);
     harness.show(root);
-    auto* actions = AccessibilityNodes::node(*button)->actionInterface();
+    auto* node = AccessibilityNodes::node(*button);
+    auto id = QAccessible::uniqueId(node);
+    EXPECT_EQ(node, QAccessible::accessibleInterface(id)) << "one node for one view";
+    auto* actions = node->actionInterface();
     ASSERT_NE(actions, nullptr);
     EXPECT_EQ(actions->actionNames(), QStringList{QAccessibleActionInterface::pressAction()});
-    actions->doAction(QStringLiteral("no such action"));
+    actions->doAction(u"no such action"_s);
     EXPECT_EQ(button->activations, 0);
     actions->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(button->activations, 1);
+    EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
     button->accessibility().isEnabled = false;
     root->addSubview(button);
     EXPECT_EQ(AccessibilityNodes::node(*button)->actionInterface(), nullptr);
@@ -156,10 +142,6 @@ TEST(AccessibilityNode, does_what_the_view_does_when_it_is_activated)
 // A text of lines of ten units each that counts what it is asked to copy.
 class LongText : public UIView, public AccessibleText {
 public:
-    LongText()
-    {
-        accessibility() = {.role = AccessibilityRole::textView, .isReadOnly = true, .isMultiLine = true};
-    }
     AccessibleText* accessibleText() override { return this; }
     std::size_t characterCount() const override { return count; }
     std::u16string text(Range range) const override
@@ -173,15 +155,9 @@ public:
     void setSelection(Range range) override { selected = range; }
     Range rangeAround(std::size_t offset, Boundary boundary) const override
     {
-        offset = std::min(offset, count);
-        switch (boundary) {
-        case Boundary::character:
-            return {offset, std::min(offset + 1, count)};
-        case Boundary::document:
-            return {0, count};
-        default:
-            return {offset / 10 * 10, std::min(offset / 10 * 10 + 10, count)};
-        }
+        auto size = boundary == Boundary::character ? 1u : boundary == Boundary::document ? count : 10u;
+        auto start = std::min(offset, count) / size * size;
+        return {start, std::min(start + size, count)};
     }
     CGRect characterRect(std::size_t offset) const override
     {
@@ -191,95 +167,75 @@ public:
     {
         return point.y < 16 ? std::optional(static_cast<std::size_t>(point.x / 8)) : std::nullopt;
     }
-    void scrollTo(Range range) override { scrolledTo = range.start; }
+    void scrollTo(Range) override { }
 
-    std::size_t count = 1000, caret = 0, scrolledTo = 0;
+    std::size_t count = 1000, caret = 0;
     mutable std::size_t copied = 0;
     Range selected;
 };
 
+struct ShownText {
+    explicit ShownText(std::size_t count = 1000)
+    {
+        view->count = count;
+        view->accessibility() = {.role = AccessibilityRole::textView, .isReadOnly = true};
+        harness.show(view);
+    }
+    QAccessibleTextInterface& text() { return *AccessibilityNodes::node(*view)->textInterface(); }
+    ViewHarness harness;
+    std::shared_ptr<LongText> view = std::make_shared<LongText>();
+};
+
 TEST(AccessibilityNode, reads_a_text_by_the_pieces_that_are_asked_for)
 {
-    ViewHarness harness;
-    auto view = std::make_shared<LongText>();
-    harness.show(view);
-    auto* node = AccessibilityNodes::node(*view);
-    auto* text = node->textInterface();
-    ASSERT_NE(text, nullptr);
-    auto state = node->state();
-    EXPECT_TRUE(state.readOnly && state.multiLine && state.selectableText);
-    EXPECT_FALSE(state.editable);
-
-    struct Case {
-        std::string_view name;
-        std::function<QString(int*, int*)> ask;
-        int start, end;
+    ShownText shown;
+    auto state = AccessibilityNodes::node(*shown.view)->state();
+    EXPECT_TRUE(state.readOnly && state.selectableText && !state.editable);
+    using Text = QAccessibleTextInterface;
+    using Ask = QString (Text::*)(int, QAccessible::TextBoundaryType, int*, int*) const;
+    constexpr auto line = QAccessible::LineBoundary, character = QAccessible::CharBoundary;
+    const std::tuple<std::string_view, Ask, int, QAccessible::TextBoundaryType, int, int> cases[] = {
+        {"the line here", &Text::textAtOffset, 15, line, 10, 20},
+        {"the one before", &Text::textBeforeOffset, 15, line, 0, 10},
+        {"the one after", &Text::textAfterOffset, 15, line, 20, 30},
+        {"before the first", &Text::textBeforeOffset, 5, line, -1, -1},
+        {"after the last", &Text::textAfterOffset, 995, line, -1, -1},
+        {"a character", &Text::textAtOffset, 7, character, 7, 8},
+        {"an offset before the beginning", &Text::textAtOffset, -5, line, 0, 10},
     };
-    const Case cases[] = {
-        {"the line here",
-         [&](int* s, int* e) { return text->textAtOffset(15, QAccessible::LineBoundary, s, e); }, 10, 20},
-        {"the one before",
-         [&](int* s, int* e) { return text->textBeforeOffset(15, QAccessible::LineBoundary, s, e); }, 0, 10},
-        {"the one after",
-         [&](int* s, int* e) { return text->textAfterOffset(15, QAccessible::LineBoundary, s, e); }, 20, 30},
-        {"before the first",
-         [&](int* s, int* e) { return text->textBeforeOffset(5, QAccessible::LineBoundary, s, e); }, -1, -1},
-        {"after the last",
-         [&](int* s, int* e) { return text->textAfterOffset(995, QAccessible::LineBoundary, s, e); }, -1, -1},
-        {"a character",
-         [&](int* s, int* e) { return text->textAtOffset(7, QAccessible::CharBoundary, s, e); }, 7, 8},
-        {"an offset before the beginning",
-         [&](int* s, int* e) { return text->textAtOffset(-5, QAccessible::LineBoundary, s, e); }, 0, 10},
-    };
-    for (const auto& [name, ask, start, end] : cases) {
+    for (const auto& [name, ask, offset, boundary, start, end] : cases) {
         SCOPED_TRACE(name);
-        view->copied = 0;
+        shown.view->copied = 0;
         int s = 0, e = 0;
-        auto answer = ask(&s, &e);
-        EXPECT_EQ(s, start);
-        EXPECT_EQ(e, end);
-        EXPECT_EQ(answer.size(), end - start);
-        EXPECT_LE(view->copied, 10u) << "nothing but what was asked for is read";
+        EXPECT_EQ((shown.text().*ask)(offset, boundary, &s, &e).size(), end - start);
+        EXPECT_EQ(std::pair(s, e), std::pair(start, end));
+        EXPECT_LE(shown.view->copied, 10u) << "nothing but what was asked for is read";
     }
 }
 
-TEST(AccessibilityNode, answers_for_a_text_of_any_size)
+TEST(AccessibilityNode, answers_for_a_text_of_any_size_and_at_any_offset)
 {
-    ViewHarness harness;
-    auto view = std::make_shared<LongText>();
-    view->count = std::size_t(5) * 1024 * 1024 * 1024;
-    harness.show(view);
-    auto* text = AccessibilityNodes::node(*view)->textInterface();
-    EXPECT_EQ(text->characterCount(), std::numeric_limits<int>::max());
-    EXPECT_LE(text->text(0, -1).size(), 16 * 1024 * 1024) << "more would end the bus connection";
-    EXPECT_EQ(text->text(500, 400), QString());
-    EXPECT_EQ(text->text(5, 8).size(), 3);
-}
-
-TEST(AccessibilityNode, selects_and_moves_in_a_text)
-{
-    ViewHarness harness;
-    auto view = std::make_shared<LongText>();
-    harness.show(view);
-    auto* text = AccessibilityNodes::node(*view)->textInterface();
-    EXPECT_EQ(text->selectionCount(), 0);
-    text->addSelection(20, 5);
+    ShownText shown(std::size_t(5) * 1024 * 1024 * 1024);
+    auto& text = shown.text();
+    EXPECT_EQ(text.characterCount(), std::numeric_limits<int>::max());
+    EXPECT_LE(text.text(0, -1).size(), 16 * 1024 * 1024) << "more would end the bus connection";
+    EXPECT_EQ(text.text(500, 400), QString());
+    EXPECT_EQ(text.text(5, 8).size(), 3);
+    EXPECT_EQ(text.selectionCount(), 0);
+    text.addSelection(20, 5);
     int start = 0, end = 0;
-    text->selection(0, &start, &end);
+    text.selection(0, &start, &end);
     EXPECT_EQ(std::pair(start, end), std::pair(5, 20));
-    EXPECT_EQ(text->selectionCount(), 1);
-    text->removeSelection(0);
-    EXPECT_EQ(text->selectionCount(), 0);
-    text->setCursorPosition(42);
-    EXPECT_EQ(view->caret, 42u);
-    text->setCursorPosition(-1);
-    EXPECT_EQ(view->caret, 0u);
-    EXPECT_EQ(text->characterRect(2), QRect(16, 0, 8, 16));
-    EXPECT_EQ(text->characterRect(50), QRect());
-    EXPECT_EQ(text->offsetAtPoint({17, 3}), 2);
-    EXPECT_EQ(text->offsetAtPoint({17, 300}), -1);
-    text->scrollToSubstring(70, 80);
-    EXPECT_EQ(view->scrolledTo, 70u);
+    text.removeSelection(0);
+    EXPECT_EQ(text.selectionCount(), 0);
+    text.setCursorPosition(42);
+    EXPECT_EQ(std::exchange(shown.view->caret, 7), 42u);
+    text.setCursorPosition(-1);
+    EXPECT_EQ(shown.view->caret, 0u);
+    EXPECT_EQ(text.characterRect(2), QRect(16, 0, 8, 16));
+    EXPECT_EQ(text.characterRect(50), QRect());
+    EXPECT_EQ(text.offsetAtPoint({17, 3}), 2);
+    EXPECT_EQ(text.offsetAtPoint({17, 300}), -1);
 }
 
 } // namespace

@@ -10,12 +10,9 @@ using namespace platform;
 
 TEST(DirtyRegion, merges_what_meets_and_keeps_apart_what_does_not)
 {
-    struct Case {
-        std::string_view name;
-        std::vector<CGRect> added, expected;
-    };
+    using Rects = std::vector<CGRect>;
     auto rect = CGRect::make;
-    const Case cases[] = {
+    const std::tuple<std::string_view, Rects, Rects> cases[] = {
         {"nothing", {}, {}},
         {"empty rectangles", {rect(1, 1, 0, 5), CGRect::null(), rect(2, 2, 5, 0)}, {}},
         {"apart", {rect(0, 0, 10, 10), rect(50, 50, 10, 10)}, {rect(0, 0, 10, 10), rect(50, 50, 10, 10)}},

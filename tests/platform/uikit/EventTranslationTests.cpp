@@ -26,37 +26,37 @@ TEST(EventTranslation, says_what_a_key_is_and_types)
         std::string characters, plain;
     };
     constexpr auto none = Qt::NoModifier;
+    using Code = UIKeyCode;
     using Flags = UIKeyModifierFlags;
     const Case cases[] = {
-        {"a letter", Qt::Key_A, none, u"a", 38, UIKeyCode::character, 0, "a", "a"},
-        {"a capital", Qt::Key_A, Qt::ShiftModifier, u"A", 38, UIKeyCode::character, Flags::shift, "A", "a"},
-        {"a command types nothing", Qt::Key_C, Qt::ControlModifier, u"\x03", 54, UIKeyCode::character,
+        {"a letter", Qt::Key_A, none, u"a", 38, Code::character, 0, "a", "a"},
+        {"a capital", Qt::Key_A, Qt::ShiftModifier, u"A", 38, Code::character, Flags::shift, "A", "a"},
+        {"a command types nothing", Qt::Key_C, Qt::ControlModifier, u"\x03", 54, Code::character,
          Flags::control, "", "c"},
         {"a sign on a shifted key", Qt::Key_Plus, Qt::ControlModifier | Qt::ShiftModifier, u"+", 21,
-         UIKeyCode::character, Flags::control | Flags::shift, "", "+"},
-        {"a Cyrillic letter", 0x0421, none, u"с", 54, UIKeyCode::character, 0, "с", "с"},
+         Code::character, Flags::control | Flags::shift, "", "+"},
+        {"a Cyrillic letter", 0x0421, none, u"с", 54, Code::character, 0, "с", "с"},
         {"a command on a Cyrillic keyboard goes by the key's place", 0x0421, Qt::ControlModifier, u"", 54,
-         UIKeyCode::character, Flags::control, "", "c"},
-        {"a command that the layout gives a text", 0x0421, Qt::ControlModifier, u"с", 54,
-         UIKeyCode::character, Flags::control, "", "c"},
-        {"a third sign of a layout", Qt::Key_At, Qt::GroupSwitchModifier, u"@", 24, UIKeyCode::character, 0,
-         "@", "@"},
-        {"a command on a Greek keyboard", 0x0391, Qt::ControlModifier, u"", 38, UIKeyCode::character,
+         Code::character, Flags::control, "", "c"},
+        {"a command that the layout gives a text", 0x0421, Qt::ControlModifier, u"с", 54, Code::character,
+         Flags::control, "", "c"},
+        {"a third sign of a layout", Qt::Key_At, Qt::GroupSwitchModifier, u"@", 24, Code::character, 0, "@",
+         "@"},
+        {"a command on a Greek keyboard", 0x0391, Qt::ControlModifier, u"", 38, Code::character,
          Flags::control, "", "a"},
-        {"an unknown place keeps its letter", 0x0421, Qt::ControlModifier, u"", 250, UIKeyCode::character,
+        {"an unknown place keeps its letter", 0x0421, Qt::ControlModifier, u"", 250, Code::character,
          Flags::control, "", "с"},
-        {"outside of the first plane", 0x1f600, none, u"😀", 0, UIKeyCode::character, 0, "😀", "😀"},
-        {"space", Qt::Key_Space, none, u" ", 65, UIKeyCode::space, 0, " ", " "},
-        {"return types nothing", Qt::Key_Return, none, u"\r", 36, UIKeyCode::returnKey, 0, "", ""},
-        {"enter on the keypad", Qt::Key_Enter, Qt::KeypadModifier, u"\r", 104, UIKeyCode::returnKey,
-         Flags::keypad, "", ""},
-        {"tab backwards", Qt::Key_Backtab, Qt::ShiftModifier, u"\t", 23, UIKeyCode::tab, Flags::shift, "",
-         ""},
-        {"delete types nothing", Qt::Key_Delete, none, u"\x7f", 119, UIKeyCode::deleteForward, 0, "", ""},
-        {"an arrow", Qt::Key_Left, Qt::ControlModifier, u"", 113, UIKeyCode::left, Flags::control, "", ""},
-        {"the first function key", Qt::Key_F1, none, u"", 67, UIKeyCode::f1, 0, "", ""},
-        {"the last", Qt::Key_F12, none, u"", 96, UIKeyCode::f12, 0, "", ""},
-        {"a key without a meaning", Qt::Key_VolumeUp, none, u"", 123, UIKeyCode::unknown, 0, "", ""},
+        {"outside of the first plane", 0x1f600, none, u"😀", 0, Code::character, 0, "😀", "😀"},
+        {"space", Qt::Key_Space, none, u" ", 65, Code::space, 0, " ", " "},
+        {"return types nothing", Qt::Key_Return, none, u"\r", 36, Code::returnKey, 0, "", ""},
+        {"enter on the keypad", Qt::Key_Enter, Qt::KeypadModifier, u"\r", 104, Code::returnKey, Flags::keypad,
+         "", ""},
+        {"tab backwards", Qt::Key_Backtab, Qt::ShiftModifier, u"\t", 23, Code::tab, Flags::shift, "", ""},
+        {"delete types nothing", Qt::Key_Delete, none, u"\x7f", 119, Code::deleteForward, 0, "", ""},
+        {"an arrow", Qt::Key_Left, Qt::ControlModifier, u"", 113, Code::left, Flags::control, "", ""},
+        {"the first function key", Qt::Key_F1, none, u"", 67, Code::f1, 0, "", ""},
+        {"the last", Qt::Key_F12, none, u"", 96, Code::f12, 0, "", ""},
+        {"a key without a meaning", Qt::Key_VolumeUp, none, u"", 123, Code::unknown, 0, "", ""},
     };
     for (const auto& [name, key, modifiers, text, scanCode, code, flags, characters, plain] : cases) {
         SCOPED_TRACE(name);
@@ -75,14 +75,8 @@ TEST(EventTranslation, says_what_a_key_is_and_types)
 TEST(EventTranslation, says_how_far_a_wheel_goes)
 {
     startGraphics(DisplayMode::offscreen);
-    struct Case {
-        std::string_view name;
-        QPoint pixels, angle;
-        Qt::KeyboardModifiers modifiers;
-        CGVector delta;
-        bool isPrecise;
-    };
-    const Case cases[] = {
+    using Modifiers = Qt::KeyboardModifiers;
+    const std::tuple<std::string_view, QPoint, QPoint, Modifiers, CGVector, bool> cases[] = {
         {"a notch up shows three lines above", {}, {0, 120}, Qt::NoModifier, {0, 54}, false},
         {"two notches down", {}, {0, -240}, Qt::NoModifier, {0, -108}, false},
         {"a part of a notch is a touchpad's", {}, {0, 40}, Qt::NoModifier, {0, 18}, true},
@@ -103,18 +97,9 @@ TEST(EventTranslation, says_how_far_a_wheel_goes)
 
 TEST(ClickCounter, counts_presses_that_belong_together)
 {
-    struct Press {
-        UIPointerButton button;
-        CGPoint place;
-        Duration time;
-        int count;
-    };
-    struct Case {
-        std::string_view name;
-        std::vector<Press> presses;
-    };
+    using Press = std::tuple<UIPointerButton, CGPoint, Duration, int>;
     constexpr auto left = UIPointerButton::primary, right = UIPointerButton::secondary;
-    const Case cases[] = {
+    const std::pair<std::string_view, std::vector<Press>> cases[] = {
         {"in time and place", {{left, {0, 0}, 0ms, 1}, {left, {5, -5}, 400ms, 2}, {left, {5, 0}, 800ms, 3}}},
         {"too late by a little",
          {{left, {0, 0}, 0ms, 1}, {left, {0, 0}, 401ms, 1}, {left, {0, 0}, 500ms, 2}}},
@@ -124,8 +109,8 @@ TEST(ClickCounter, counts_presses_that_belong_together)
     for (const auto& [name, presses] : cases) {
         SCOPED_TRACE(name);
         ClickCounter counter(400ms, 5);
-        for (const auto& press : presses)
-            EXPECT_EQ(counter.press(press.button, press.place, Instant(press.time)), press.count);
+        for (const auto& [button, place, time, count] : presses)
+            EXPECT_EQ(counter.press(button, place, Instant(time)), count);
     }
 }
 

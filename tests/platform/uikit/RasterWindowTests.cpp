@@ -18,6 +18,7 @@
 namespace {
 
 using namespace platform;
+using namespace Qt::StringLiterals;
 
 class SensingView : public UIView, public UITextInput {
 public:
@@ -62,6 +63,11 @@ struct Desktop {
             window->close();
         turn();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    void show()
+    {
+        window->makeKeyAndVisible();
+        turn();
     }
     void turn()
     {
@@ -110,8 +116,7 @@ TEST(RasterWindow, paints_before_it_is_shown_and_reports_the_first_frame_once)
 TEST(RasterWindow, follows_its_size_and_asks_for_one_layout)
 {
     Desktop desktop;
-    desktop.window->makeKeyAndVisible();
-    desktop.turn();
+    desktop.show();
     desktop.view->layouts = 0;
     desktop.surface().resize(300, 150);
     desktop.turn();
@@ -123,8 +128,7 @@ TEST(RasterWindow, follows_its_size_and_asks_for_one_layout)
 TEST(RasterWindow, sends_mouse_events_as_touches)
 {
     Desktop desktop;
-    desktop.window->makeKeyAndVisible();
-    desktop.turn();
+    desktop.show();
     constexpr auto left = Qt::LeftButton, middle = Qt::MiddleButton, none = Qt::NoButton;
     desktop.mouse(QEvent::MouseButtonPress, {10, 10}, left, left, 1000);
     desktop.mouse(QEvent::MouseMove, {12, 10}, none, left, 1010);
@@ -148,17 +152,16 @@ TEST(RasterWindow, sends_mouse_events_as_touches)
 TEST(RasterWindow, sends_keys_and_composed_text)
 {
     Desktop desktop;
-    desktop.window->makeKeyAndVisible();
-    desktop.turn();
+    desktop.show();
     desktop.view->becomeFirstResponder();
-    QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, u"a"_s);
     QCoreApplication::sendEvent(&desktop.surface(), &key);
     EXPECT_EQ(std::exchange(desktop.view->log, {}), "key:a text:a ");
 
-    QInputMethodEvent composing(QStringLiteral("ni"), {});
+    QInputMethodEvent composing(u"ni"_s, {});
     QCoreApplication::sendEvent(&desktop.surface(), &composing);
     QInputMethodEvent committed;
-    committed.setCommitString(QStringLiteral("你"));
+    committed.setCommitString(u"你"_s);
     QCoreApplication::sendEvent(&desktop.surface(), &committed);
     EXPECT_EQ(std::exchange(desktop.view->log, {}), "marked:ni marked: text:你 ");
 
@@ -174,63 +177,52 @@ TEST(RasterWindow, sends_keys_and_composed_text)
 
 TEST(RasterWindow, survives_being_closed_and_dropped_in_the_middle_of_its_events)
 {
-    struct Case {
-        std::string_view name;
-        std::function<void(Desktop&, std::function<void()>)> arrange;
-        std::function<void(Desktop&)> act;
-    };
     class Closing : public SensingView {
     public:
         void touchesBegan(UITouch&) override { onTouch(); }
         void draw(CGContext&, CGRect) override { onDraw(); }
         std::function<void()> onTouch = [] { }, onDraw = [] { };
     };
-    auto click = [](Desktop& desktop) {
-        desktop.mouse(QEvent::MouseButtonPress, {10, 10}, Qt::LeftButton, Qt::LeftButton, 1);
+    using Act = std::function<void(Desktop&)>;
+    const Act nothing = [](auto&) { };
+    auto drop = [](Desktop& desktop) {
+        if (auto last = std::exchange(desktop.window, nullptr))
+            last->close();
     };
-    const Case cases[] = {
-        {"the user closes it", [](Desktop&, auto) {},
-         [](Desktop& desktop) {
+    auto closing = [](Desktop& desktop) {
+        auto view = std::make_shared<Closing>();
+        view->setFrame(CGRect::make(0, 0, 50, 50));
+        desktop.view->addSubview(view);
+        return view;
+    };
+    const std::tuple<std::string_view, Act, Act> cases[] = {
+        {"the user closes it", nothing,
+         [](auto& desktop) {
              QCloseEvent event;
              QCoreApplication::sendEvent(&desktop.surface(), &event);
          }},
         {"the owner drops it in onClose",
-         [](Desktop& desktop, auto) {
+         [](auto& desktop) {
              desktop.window->onClose = [&desktop] {
                  ++desktop.closes;
                  desktop.window.reset();
              };
          },
-         [](Desktop& desktop) { desktop.window->close(); }},
-        {"a click",
-         [](Desktop& desktop, auto close) {
-             auto view = std::make_shared<Closing>();
-             view->setFrame(CGRect::make(0, 0, 50, 50));
-             view->onTouch = close;
-             desktop.view->addSubview(view);
-         },
-         click},
-        {"its first frame", [](Desktop& desktop, auto close) { desktop.window->onFirstFrame = close; },
-         [](Desktop&) {}},
-        {"painting",
-         [](Desktop& desktop, auto close) {
-             auto view = std::make_shared<Closing>();
-             view->setFrame(CGRect::make(0, 0, 50, 50));
-             view->onDraw = close;
-             desktop.view->addSubview(view);
-         },
-         [](Desktop&) {}},
+         [](auto& desktop) { desktop.window->close(); }},
+        {"a click", [&](auto& desktop) { closing(desktop)->onTouch = [&] { drop(desktop); }; },
+         [](auto& desktop) {
+             desktop.mouse(QEvent::MouseButtonPress, {10, 10}, Qt::LeftButton, Qt::LeftButton, 1);
+         }},
+        {"its first frame", [&](auto& desktop) { desktop.window->onFirstFrame = [&] { drop(desktop); }; },
+         nothing},
+        {"painting", [&](auto& desktop) { closing(desktop)->onDraw = [&] { drop(desktop); }; }, nothing},
     };
     for (const auto& [name, arrange, act] : cases) {
         SCOPED_TRACE(name);
         Desktop desktop;
         std::weak_ptr<UIWindow> window = desktop.window;
-        arrange(desktop, [&desktop] {
-            if (auto last = std::exchange(desktop.window, nullptr))
-                last->close();
-        });
-        desktop.window->makeKeyAndVisible();
-        desktop.turn();
+        arrange(desktop);
+        desktop.show();
         if (desktop.window)
             act(desktop);
         desktop.turn();
@@ -263,14 +255,12 @@ TEST(RasterWindow, ends_the_program_with_its_last_window)
 
 TEST(RasterWindow, runs_timed_work_of_the_run_loop_inside_of_the_window_systems)
 {
+    using namespace std::chrono_literals;
     Desktop desktop;
     desktop.window->makeKeyAndVisible();
     std::string order;
-    RunLoop::main().performAfter(std::chrono::milliseconds(4), [&] {
-        order += "late";
-        UIApplication::shared().terminate(7);
-    });
-    RunLoop::main().performAfter(std::chrono::milliseconds(1), [&] { order += "soon "; });
+    RunLoop::main().performAfter(4ms, [&] { order += "late", UIApplication::shared().terminate(7); });
+    RunLoop::main().performAfter(1ms, [&] { order += "soon "; });
     EXPECT_EQ(UIApplication::shared().run(), 7);
     EXPECT_EQ(order, "soon late");
 }

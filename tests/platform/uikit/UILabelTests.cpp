@@ -2,7 +2,6 @@
 #include "platform/uikit/UILabel.h"
 
 #include "platform/uikit/snapshot.h"
-#include "tests/platform/uikit/TouchTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -105,22 +104,6 @@ TEST(UILabel, StandsInTheMiddleOfItsHeight)
 {
     auto low = ink(*label("x"), {50, 100}), high = ink(*label("x"), {50, 30});
     EXPECT_NEAR(low.minY() - high.minY(), 35, 1);
-}
-
-TEST(UILabel, ThePreferredFontFollowsTheTextSizeAround)
-{
-    Stage stage;
-    auto view = stage.add<UILabel>(CGRect::make(0, 0, 100, 30));
-    view->setPreferredFont(FontTextStyle::body);
-    view->setText("x");
-    auto before = view->intrinsicContentSize().height;
-    UITraitCollection traits;
-    traits.preferredContentSizeCategory = UIContentSizeCategory::accessibilityLarge;
-    stage.window->setBaseTraits(traits);
-    EXPECT_GT(view->intrinsicContentSize().height, before);
-    view->setFont(UIFont::systemFont(11));
-    stage.window->setBaseTraits({});
-    EXPECT_EQ(view->font().pointSize(), 11);
 }
 
 TEST(UILabel, BadInputIsShownOrLeftOut)
