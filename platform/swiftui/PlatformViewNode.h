@@ -22,6 +22,10 @@ public:
     {
         views.push_back(view_);
     }
+    void appendContentViews(std::vector<std::shared_ptr<UIView>>& views) const override
+    {
+        views.push_back(view_);
+    }
 
 protected:
     // Once, in the subclass's constructor.

@@ -31,6 +31,10 @@ public:
     using ViewNode::ViewNode;
     ~ViewControllerNode() override;
     void appendPlatformViews(std::vector<std::shared_ptr<UIView>>& views) const override;
+    void appendContentViews(std::vector<std::shared_ptr<UIView>>& views) const override
+    {
+        appendPlatformViews(views);
+    }
 
 protected:
     // Makes it a child of the host's controller; `afterwards` runs when its view stands in the tree.

@@ -152,6 +152,11 @@ void ViewNode::appendPlatformViews(std::vector<std::shared_ptr<UIView>>& views) 
     forEachChild([&](ViewNode& child) { child.appendPlatformViews(views); });
 }
 
+void ViewNode::appendContentViews(std::vector<std::shared_ptr<UIView>>& views) const
+{
+    forEachChild([&](ViewNode& child) { child.appendContentViews(views); });
+}
+
 CGSize ViewNode::measure(const ProposedSize& proposal)
 {
     auto* child = onlyChild();

@@ -88,6 +88,8 @@ public:
     // --- What it put on screen --------------------------------------------------------------------
     // The platform views of this node and below that stand directly in its container, in painting order.
     virtual void appendPlatformViews(std::vector<std::shared_ptr<UIView>>& views) const;
+    // The platform views that show something themselves, through groups: for what a modifier says of the content.
+    virtual void appendContentViews(std::vector<std::shared_ptr<UIView>>& views) const;
     // Every child, in painting order: backgrounds before content, overlays after.
     virtual void forEachChild(const std::function<void(ViewNode&)>&) const { }
     // The node whose removal is animated when this one is removed; null when it goes at once.

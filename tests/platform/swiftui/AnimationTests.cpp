@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/animation.h"
 
+#include "platform/swiftui/Color.h"
 #include "platform/swiftui/ConditionalContent.h"
 #include "platform/swiftui/appearance.h"
 #include "platform/swiftui/effects.h"
@@ -118,6 +119,43 @@ TEST(WithAnimation, that_repeats_for_ever_goes_on_until_it_is_replaced)
     harness.settle();
     EXPECT_EQ(group.presentationAlpha(), 1);
     EXPECT_FALSE(group.isAnimating());
+}
+
+TEST(WithAnimation, moves_colours_too)
+{
+    auto isDark = makeHandle<bool>();
+    auto controller = host(
+        stateful(isDark, false, [](bool now) { return Color{now ? UIColor::black() : UIColor::white()}; }));
+    ViewHarness harness;
+    harness.show(controller);
+    withAnimation(Animation::linear(1), [&] { (*isDark)->set(true); });
+    harness.advance(500ms);
+    auto shown = controller->view()->subviews().front()->presentationBackgroundColor();
+    EXPECT_NEAR(shown.value().components().red, 0.5, frameTolerance);
+}
+
+// Notes the transaction that each update comes with.
+struct Noting : UIViewRepresentable<Noting> {
+    explicit Noting(std::shared_ptr<std::vector<Transaction>> log)
+        : transactions(std::move(log))
+    {
+    }
+    std::shared_ptr<std::vector<Transaction>> transactions;
+    std::shared_ptr<UIView> makeUIView(const auto&) const { return std::make_shared<UIView>(); }
+    void updateUIView(UIView&, const auto& context) const { transactions->push_back(context.transaction); }
+};
+
+TEST(WithAnimation, tells_representable_views_how_they_are_updated)
+{
+    auto handle = makeHandle<int>();
+    auto log = std::make_shared<std::vector<Transaction>>();
+    ViewHarness harness;
+    harness.show(host(stateful(handle, 0, [log](int) { return Noting(log); })));
+    withAnimation(Animation::linear(1), [&] { (*handle)->set(1); });
+    harness.settle();
+    (*handle)->set(2);
+    harness.settle();
+    EXPECT_EQ(*log, (std::vector<Transaction>{{}, {.animation = Animation::linear(1)}, {}}));
 }
 
 TEST(RotationEffect, goes_round_when_it_is_animated)
