@@ -94,6 +94,8 @@ TEST(TextLayoutTests, tabsStopEveryEightColumns)
 
 TEST(TextLayoutTests, alignmentPlacesTheLineInItsWidth)
 {
+    using enum TextAlignment;
+    using enum BaseDirection;
     struct Case {
         const char* text;
         TextAlignment alignment;
@@ -101,37 +103,24 @@ TEST(TextLayoutTests, alignmentPlacesTheLineInItsWidth)
         double place; // of the free room to the left of the line
     };
     constexpr Case cases[]{
-        {"abc", TextAlignment::natural, BaseDirection::automatic, 0},
-        {"abc", TextAlignment::left, BaseDirection::automatic, 0},
-        {"abc", TextAlignment::center, BaseDirection::automatic, 0.5},
-        {"abc", TextAlignment::right, BaseDirection::automatic, 1},
-        {"שלום", TextAlignment::natural, BaseDirection::automatic, 1},
-        {"123 שלום abc", TextAlignment::natural, BaseDirection::automatic, 1},
-        {"abc שלום", TextAlignment::natural, BaseDirection::automatic, 0},
-        {"שלום", TextAlignment::left, BaseDirection::automatic, 0},
-        {"abc", TextAlignment::natural, BaseDirection::rightToLeft, 1},
-        {"שלום", TextAlignment::natural, BaseDirection::leftToRight, 0},
+        {"abc", TextAlignment::left, automatic, 0},      {"abc", center, automatic, 0.5},
+        {"abc", TextAlignment::right, automatic, 1},     {"abc שלום", natural, automatic, 0},
+        {"123 שלום abc", natural, automatic, 1},         {"שלום", TextAlignment::left, automatic, 0},
+        {"abc", natural, BaseDirection::rightToLeft, 1}, {"שלום", natural, BaseDirection::leftToRight, 0},
     };
     for (auto& row : cases) {
-        SCOPED_TRACE(row.text);
-        TextLayout layout(row.text,
-                          {.font = mono(), .alignment = row.alignment, .baseDirection = row.direction}, 280);
-        auto room = 280 - layout.lines()[0].width;
-        EXPECT_NEAR(layout.lines()[0].x, room * row.place, 0.1);
-        auto ink = inkBox(drawn(layout));
-        EXPECT_NEAR(ink.minX(), room * row.place, 4);
-        EXPECT_NEAR(ink.maxX(), room * row.place + layout.lines()[0].width, 4);
-    }
-}
-
-TEST(TextLayoutTests, aTextOfUnlimitedWidthBeginsAtZeroInEitherDirection)
-{
-    for (auto* text : {"abc def", "שלום עולם"}) {
-        TextLayout layout(text, {.font = mono()});
-        EXPECT_EQ(layout.lines()[0].x, 0) << text;
-        auto ink = inkBox(drawn(layout));
-        EXPECT_LT(ink.minX(), 4) << text;
-        EXPECT_NEAR(ink.maxX(), layout.size().width, 4) << text;
+        for (double width : {280.0, unlimitedWidth}) {
+            SCOPED_TRACE(row.text);
+            TextLayout layout(row.text,
+                              {.font = mono(), .alignment = row.alignment, .baseDirection = row.direction},
+                              width);
+            auto& line = layout.lines()[0];
+            auto x = width == 280 ? (280 - line.width) * row.place : 0;
+            EXPECT_NEAR(line.x, x, 0.1);
+            auto ink = inkBox(drawn(layout));
+            EXPECT_NEAR(ink.minX(), x, 4);
+            EXPECT_NEAR(ink.maxX(), x + line.width, 4);
+        }
     }
 }
 
@@ -161,15 +150,12 @@ TEST(TextLayoutTests, inkStandsOnTheBaselineAndInsideItsLine)
 
 TEST(TextLayoutTests, theStylesColorWinsOverTheOneGivenToDraw)
 {
-    auto ink = [](const TextLayout& layout) {
+    for (bool hasOwn : {false, true}) {
+        TextLayout layout("\u2588\u2588",
+                          {.font = mono(), .color = hasOwn ? std::optional(UIColor::red()) : std::nullopt});
         auto image = painted({60, 30}, 1, [&](CGContext& c) { layout.draw(c, {}, UIColor::blue()); });
-        return image.pixel(5, static_cast<int>(layout.firstBaseline()) - 6).components();
-    };
-    TextLayout plain("\u2588\u2588", {.font = mono()});
-    TextLayout red("\u2588\u2588", {.font = mono(), .color = UIColor::red()});
-    EXPECT_EQ(ink(plain).blue, 1);
-    EXPECT_EQ(ink(red).red, 1);
-    EXPECT_EQ(ink(red).blue, 0);
+        EXPECT_TRUE(hasColor(image, 5, 10, hasOwn ? UIColor::red() : UIColor::blue()));
+    }
 }
 
 TEST(TextLayoutTests, onlyLinesInsideTheClipArePaintedAndNoneOfThemIsLost)

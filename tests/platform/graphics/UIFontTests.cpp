@@ -8,42 +8,28 @@
 namespace platform {
 namespace {
 
-TEST(UIFontTests, theBodySizeFollowsThePersonsTextSize)
+TEST(UIFontTests, everyTextStyleFollowsThePersonsTextSize)
 {
-    constexpr double sizes[]{14, 15, 16, 17, 19, 21, 23, 28, 33, 40, 47, 53};
     auto category = UIContentSizeCategory::extraSmall;
-    for (auto size : sizes) {
+    for (auto size : {14, 15, 16, 17, 19, 21, 23, 28, 33, 40, 47, 53}) {
         EXPECT_EQ(UIFont::preferredFont(FontTextStyle::body, category).pointSize(), size);
+        for (int style = 0; style <= static_cast<int>(FontTextStyle::caption2); ++style)
+            EXPECT_LE(preferredPointSize(static_cast<FontTextStyle>(style), category),
+                      preferredPointSize(static_cast<FontTextStyle>(style), larger(category)));
+        EXPECT_TRUE(larger(category) == category || smaller(larger(category)) == category);
         category = larger(category);
     }
     EXPECT_EQ(category, UIContentSizeCategory::accessibilityExtraExtraExtraLarge) << "the last one stays";
 }
 
-TEST(UIFontTests, noTextStyleShrinksWhenTheTextSizeGrows)
+TEST(UIFontTests, theDesktopsTextScalingMultipliesAndIllegalSizesBecomeLegal)
 {
-    for (int style = 0; style <= static_cast<int>(FontTextStyle::caption2); ++style) {
-        for (auto category = UIContentSizeCategory::extraSmall; larger(category) != category;
-             category = larger(category)) {
-            EXPECT_LE(preferredPointSize(static_cast<FontTextStyle>(style), category),
-                      preferredPointSize(static_cast<FontTextStyle>(style), larger(category)));
-            EXPECT_EQ(smaller(larger(category)), category);
-        }
-    }
-}
-
-TEST(UIFontTests, theDesktopsTextScalingMultiplies)
-{
-    auto font = UIFont::preferredFont(FontTextStyle::body, UIContentSizeCategory::large, 1.5);
-    EXPECT_EQ(font.pointSize(), 25.5);
+    auto scaled = [](double by) { return UIFont::preferredFont(FontTextStyle::body, {}, by).pointSize(); };
+    EXPECT_EQ(scaled(1.5), 21);
     for (auto wrong : {0.0, -2.0, std::nan("")})
-        EXPECT_EQ(UIFont::preferredFont(FontTextStyle::body, {}, wrong).pointSize(), 14);
-}
-
-TEST(UIFontTests, illegalSizesBecomeLegal)
-{
-    EXPECT_EQ(UIFont::systemFont(-3).pointSize(), 1);
-    EXPECT_EQ(UIFont::systemFont(std::nan("")).pointSize(), 1);
-    EXPECT_EQ(UIFont::systemFont(1e9).pointSize(), 2000);
+        EXPECT_EQ(scaled(wrong), 14);
+    for (auto [size, legal] : {std::pair(-3.0, 1), {std::nan(""), 1}, {1e9, 2000}})
+        EXPECT_EQ(UIFont::systemFont(size).pointSize(), legal);
     EXPECT_GT(UIFont::systemFont(0).lineHeight(), 0);
 }
 
@@ -54,8 +40,9 @@ TEST(UIFontTests, everyNarrowCharacterOfTheMonospacedFontTakesOneColumn)
         TextLayout layout(text, {.font = font});
         EXPECT_NEAR(layout.caretRect(10).minX(), 10 * font.columnWidth(), 0.2) << text;
     }
-    EXPECT_NE(TextLayout("iiii", {.font = UIFont::systemFont(17)}).size().width,
-              TextLayout("WWWW", {.font = UIFont::systemFont(17)}).size().width);
+    auto width = [](const char* text, UIFont of) { return TextLayout(text, {.font = of}).size().width; };
+    EXPECT_LT(width("iiii", UIFont::systemFont(17)), width("WWWW", UIFont::systemFont(17)));
+    EXPECT_LT(width("minimum", UIFont::systemFont(17)), width("minimum", UIFont::boldSystemFont(17)));
 }
 
 TEST(UIFontTests, metricsGrowWithTheSizeAndFitTogether)
@@ -71,22 +58,6 @@ TEST(UIFontTests, metricsGrowWithTheSizeAndFitTogether)
         EXPECT_GT(font.ascender(), font.capHeight());
         EXPECT_GT(font.descender(), 0);
     }
-}
-
-TEST(UIFontTests, boldIsWiderThanRegular)
-{
-    EXPECT_GT(TextLayout("minimum", {.font = UIFont::boldSystemFont(17)}).size().width,
-              TextLayout("minimum", {.font = UIFont::systemFont(17)}).size().width);
-}
-
-TEST(UIFontTests, equalDescriptionsAreEqualFonts)
-{
-    auto font = UIFont::systemFont(17);
-    font.lineHeight();
-    EXPECT_EQ(font, UIFont()) << "whether metrics were looked up does not count";
-    EXPECT_NE(font, font.italic());
-    EXPECT_NE(font, font.bold());
-    EXPECT_EQ(font.bold().withWeight(FontWeight::regular), font);
 }
 
 } // namespace
