@@ -27,6 +27,8 @@ add_compile_definitions(QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
 if(ZELK_SANITIZE)
   add_compile_options(-fsanitize=${ZELK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZELK_SANITIZE})
+  # GCC cannot tell what is initialised once the sanitizers have added their own code, and says so in its manual.
+  add_compile_options(-Wno-maybe-uninitialized)
 endif()
 
 find_program(ZELK_CCACHE ccache)
