@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <random>
 #include <ranges>
 
 namespace {
@@ -174,6 +175,46 @@ TEST(ForEach, tells_elements_apart_that_share_an_identity)
     controller->setRootView(describe({{2, "c"}, {1, "b"}}));
     harness.settle();
     EXPECT_EQ(names(*controller->view()), (Log{"c3", "b1"}));
+}
+
+TEST(ForEach, keeps_each_state_with_its_element_through_any_changes)
+{
+    // Against a slow, obvious answer: a map from the identity and its number to the count.
+    std::minstd_rand random(7);
+    Counters counter;
+    std::map<std::string, int> model;
+    auto describe = [&](const std::vector<int>& keys) {
+        return VStack{
+            ForEach{keys, std::identity{}, [counter](int key) { return counter(std::to_string(key)); }}};
+    };
+    auto controller = host(describe({}));
+    ViewHarness harness;
+    harness.show(controller);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<int> keys(random() % 8);
+        for (auto& key : keys)
+            key = static_cast<int>(random() % 6);
+        controller->setRootView(describe(keys));
+        harness.settle();
+
+        std::map<std::string, int> present;
+        std::map<int, int> seen;
+        Log expected;
+        for (auto key : keys) {
+            auto name = std::to_string(key);
+            auto place = name + '/' + std::to_string(seen[key]++);
+            present[place] = model[place];
+            expected.push_back(name + std::to_string(model[place]));
+        }
+        ASSERT_EQ(names(*controller->view()), expected) << "round " << round;
+        // The last of its identity to be described is the one whose binding is known; give it another count.
+        model = std::move(present);
+        if (!keys.empty() && seen[keys.front()] == 1) {
+            counter.set(std::to_string(keys.front()), round + 1);
+            model[std::to_string(keys.front()) + "/0"] = round + 1;
+            harness.settle();
+        }
+    }
 }
 
 TEST(ForEach, takes_ranges_that_are_made_as_they_are_read)

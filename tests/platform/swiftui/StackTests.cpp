@@ -187,6 +187,27 @@ TEST(Stack, of_equal_options_is_not_laid_out_again)
     EXPECT_GT(controller->statistics().placements, before.placements);
 }
 
+// A stack of stacks, to the depth given, in turn a row and a column of a flexible view and the rest.
+template <int depth>
+auto nested()
+{
+    if constexpr (depth == 0)
+        return Filler("x");
+    else if constexpr (depth % 2 == 0)
+        return HStack{Filler("x"), nested<depth - 1>()};
+    else
+        return VStack{Filler("x"), nested<depth - 1>()};
+}
+
+TEST(Stack, within_stacks_measures_each_a_bounded_number_of_times)
+{
+    auto controller = host(nested<14>());
+    harness::ViewHarness harness({5000, 5000});
+    harness.show(controller);
+    // 29 nodes; without what is remembered the innermost would be asked three times for each stack around it.
+    EXPECT_LT(controller->statistics().measurements, 29 * 12);
+}
+
 TEST(Stack, aligns_baselines_of_texts_of_different_sizes)
 {
     auto row = [](VerticalAlignment alignment) {
