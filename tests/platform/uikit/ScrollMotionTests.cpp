@@ -32,16 +32,8 @@ TEST(ScrollMotion, ADecelerationGoesAsFarAsThePublishedRateSays)
     auto expected = 2000 / (1000 * -std::log(0.998));
     for (auto frame : {1ms, 16ms, 100ms})
         EXPECT_NEAR(whole(ScrollMotion::deceleration({0, 2000}, 0.998, {}), frame), expected, 6);
-    auto motion = ScrollMotion::deceleration({0, 1000}, 0.998, {});
-    EXPECT_NEAR(motion.advance(Instant{100ms}).dy,
-                1000 * (1 - std::pow(0.998, 100)) / (1000 * -std::log(0.998)), 1e-6);
     EXPECT_NEAR(whole(ScrollMotion::deceleration({0, 2000}, std::nan(""), {}), 16ms), expected, 6);
-}
-
-TEST(ScrollMotion, TimeThatRunsBackwardsMovesNothing)
-{
-    auto motion = ScrollMotion::wheel({0, 51}, Instant{1s});
-    EXPECT_EQ(motion.advance(Instant{500ms}).dy, 0);
+    EXPECT_EQ(ScrollMotion::wheel({0, 51}, Instant{1s}).advance(Instant{500ms}).dy, 0) << "time runs back";
 }
 
 } // namespace

@@ -23,17 +23,6 @@ TEST(TextScan, CountsAndFindsLineEndsWhereverBlocksBegin)
     }
 }
 
-TEST(TextScan, CountsLineEndsUpToEachLimit)
-{
-    auto text = std::string("a\r\nb\rc\n\n\r\r\n") + std::string(30, 'x') + "\r\n";
-    for (std::size_t limit = 0; limit <= text.size(); ++limit) {
-        std::int64_t expected = 0;
-        for (auto start : lineStarts(text))
-            expected += start > 0 && start <= static_cast<std::int64_t>(limit);
-        EXPECT_EQ(countLineEnds(text, limit), expected) << limit;
-    }
-}
-
 TEST(TextScan, KnowsASCIIByEveryByte)
 {
     for (std::size_t at = 0; at < 40; ++at) {

@@ -121,16 +121,14 @@ TEST(UIViewGeometry, resizes_subviews_by_their_flexible_parts)
 {
     using Flexible = UIViewAutoresizing;
     // A view at (10, 10, 80, 30) in (100, 50) that grows to (200, 100).
+    constexpr auto left = Flexible::flexibleLeftMargin, right = Flexible::flexibleRightMargin;
+    constexpr auto width = Flexible::flexibleWidth, height = Flexible::flexibleHeight;
     const std::tuple<std::string_view, unsigned, CGRect> cases[] = {
         {"nothing flexible stays", 0, CGRect::make(10, 10, 80, 30)},
-        {"width and height take it all", Flexible::flexibleWidth | Flexible::flexibleHeight,
-         CGRect::make(10, 10, 180, 80)},
-        {"a left margin moves it right", Flexible::flexibleLeftMargin, CGRect::make(110, 10, 80, 30)},
-        {"a right margin leaves it", Flexible::flexibleRightMargin, CGRect::make(10, 10, 80, 30)},
-        {"equal margins keep it in the middle", Flexible::flexibleLeftMargin | Flexible::flexibleRightMargin,
-         CGRect::make(60, 10, 80, 30)},
-        {"parts share in proportion", Flexible::flexibleTopMargin | Flexible::flexibleHeight,
-         CGRect::make(10, 22.5, 80, 67.5)},
+        {"width and height take it all", width | height, CGRect::make(10, 10, 180, 80)},
+        {"a left margin moves it right", left, CGRect::make(110, 10, 80, 30)},
+        {"equal margins keep it in the middle", left | right, CGRect::make(60, 10, 80, 30)},
+        {"parts share in proportion", Flexible::flexibleTopMargin | height, CGRect::make(10, 22.5, 80, 67.5)},
     };
     for (const auto& [name, mask, expected] : cases) {
         SCOPED_TRACE(name);
@@ -144,7 +142,7 @@ TEST(UIViewGeometry, resizes_subviews_by_their_flexible_parts)
     // A parent that was empty gives no proportion.
     auto parent = std::make_shared<UIView>();
     auto child = viewAt(0, 0, 0, 0);
-    child->setAutoresizingMask({Flexible::flexibleWidth | Flexible::flexibleHeight});
+    child->setAutoresizingMask({width | height});
     parent->addSubview(child);
     parent->setFrame(CGRect::make(0, 0, 300, 200));
     EXPECT_EQ(child->frame(), CGRect::make(0, 0, 300, 200));
