@@ -249,10 +249,11 @@ TEST(GestureArena, NothingThatACallbackTakesAwayIsUsedAfterwards)
             SCOPED_TRACE(name);
             Gestures stage;
             int calls = 0;
-            auto pan = std::make_shared<UIPanGestureRecognizer>([&, &act = act](UIGestureRecognizer& self) {
-                if (self.state() == when && ++calls == 1)
-                    act(stage, self);
-            });
+            auto pan =
+                std::make_shared<UIPanGestureRecognizer>([&, &takeAway = act](UIGestureRecognizer& self) {
+                    if (self.state() == when && ++calls == 1)
+                        takeAway(stage, self);
+                });
             stage.view->addGestureRecognizer(pan);
             pan.reset();
             Finger(stage).down({100, 100}).moveTo({130, 100}).moveTo({150, 100}).moveTo({160, 100}).up();
