@@ -38,24 +38,16 @@ TEST(ErrorTests, The_first_failure_leaves_the_function_as_it_was)
     ASSERT_TRUE(failed.error().as<Trouble>());
     EXPECT_EQ(*failed.error().as<Trouble>(), Trouble::flood);
     EXPECT_EQ(failed.error().as<int>(), nullptr);
-    EXPECT_EQ(_convertErrorToNSError(failed.error()).domain(), "Trouble");
     EXPECT_EQ(failed.error().localizedDescription(), "Water everywhere.");
 }
 
 TEST(ErrorTests, Errors_are_the_same_by_domain_and_code_whatever_they_say)
 {
     EXPECT_EQ(NSError("A", 1), NSError("A", 1, {{"NSLocalizedDescription", "x"}}));
-    EXPECT_FALSE(NSError("A", 1) == NSError("A", 2));
-    EXPECT_FALSE(NSError("A", 1) == NSError("B", 1));
+    EXPECT_FALSE(NSError("A", 1) == NSError("A", 2) || NSError("A", 1) == NSError("B", 1));
     EXPECT_EQ(Error(Trouble::flood), Error(NSError("Trouble", 1)));
-}
-
-TEST(ErrorTests, An_error_without_a_description_names_domain_and_code)
-{
-    NSError error(NSCocoaError::fileReadNoSuchFile);
-    EXPECT_EQ(error.localizedDescription(),
+    EXPECT_EQ(NSError(NSCocoaError::fileReadNoSuchFile).localizedDescription(),
               "The operation couldn’t be completed. (NSCocoaErrorDomain error 260.)");
-    EXPECT_EQ(error.localizedFailureReason(), "");
 }
 
 TEST(PreconditionDeathTest, A_broken_precondition_stops_with_its_reason_and_place)
@@ -66,23 +58,14 @@ TEST(PreconditionDeathTest, A_broken_precondition_stops_with_its_reason_and_plac
 TEST(NSObjectTests, Attached_values_are_found_by_key_and_type)
 {
     auto object = std::make_shared<NSObject>();
-    EXPECT_EQ(object->associatedObject<int>("count"), nullptr);
-    object->setAssociatedObject("count", 1);
-    object->setAssociatedObject("count", 2);
-    ASSERT_TRUE(object->associatedObject<int>("count"));
-    EXPECT_EQ(*object->associatedObject<int>("count"), 2);
+    for (int value : {1, 2}) {
+        object->setAssociatedObject("count", value);
+        ASSERT_TRUE(object->associatedObject<int>("count"));
+        EXPECT_EQ(*object->associatedObject<int>("count"), value);
+    }
     EXPECT_EQ(object->associatedObject<long>("count"), nullptr);
     object->removeAssociatedObject("count");
-    object->removeAssociatedObject("never there");
     EXPECT_EQ(object->associatedObject<int>("count"), nullptr);
-}
-
-TEST(NSObjectTests, Objects_are_equal_only_to_themselves)
-{
-    auto one = std::make_shared<NSObject>(), two = std::make_shared<NSObject>();
-    EXPECT_TRUE(one->isEqual(*one));
-    EXPECT_FALSE(one->isEqual(*two));
-    EXPECT_NE(one->hash(), two->hash());
 }
 
 } // namespace platform

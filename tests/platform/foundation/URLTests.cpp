@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 namespace platform {
 
 using namespace std::string_view_literals;
@@ -69,56 +67,28 @@ TEST(URLTests, Spellings_of_the_same_file_are_equal)
 
 TEST(URLTests, What_is_no_absolute_URL_is_refused)
 {
-    for (auto text : {""sv,
-                      "a.srt"sv,
-                      "/a.srt"sv,
-                      ":x"sv,
-                      "1a:x"sv,
-                      "fi le:///a"sv,
-                      "file:"sv,
-                      "file:a.srt"sv,
-                      "file://"sv,
-                      "file://server/a"sv,
-                      "file://server"sv,
-                      "file://localhost"sv,
-                      "file://127.0.0.1/a"sv,
-                      "file://user@localhost/a"sv,
-                      "file:///%"sv,
-                      "file:///%4"sv,
-                      "file:///%zz"sv,
-                      "file:///a\nb"sv,
-                      "file:///a\0b"sv,
-                      "http://host/%g0"sv}) {
+    for (std::string_view text : {"", "a.srt", "/a.srt", ":x", "1a:x", "fi le:///a", "file:", "file:a.srt",
+                                  "file://", "file://server/a", "file://server", "file://localhost",
+                                  "file://127.0.0.1/a", "file://user@localhost/a", "file:///%", "file:///%4",
+                                  "file:///%zz", "file:///a\nb", "http://host/%g0"})
         EXPECT_FALSE(URL::parse(text)) << text;
-    }
+    EXPECT_FALSE(URL::parse("file:///a\0b"sv));
 }
 
-TEST(URLTests, A_relative_path_begins_at_the_working_directory)
+TEST(URLTests, A_relative_path_begins_at_the_working_directory_even_a_deleted_one)
 {
-    TemporaryDirectory directory;
     auto before = std::filesystem::current_path();
-    std::filesystem::current_path(directory.path());
+    auto directory = std::make_optional<TemporaryDirectory>();
+    std::filesystem::current_path(directory->path());
     // the directory may be reached through a link
     auto here = std::filesystem::current_path().string();
-    EXPECT_EQ(URL::fileURL("a.srt").path(), here + "/a.srt");
-    EXPECT_EQ(URL::fileURL("./a.srt").path(), here + "/a.srt");
-    EXPECT_EQ(URL::fileURL("../a.srt").path(), here + "/../a.srt");
-    EXPECT_EQ(URL::fileURL("").path(), here);
-    EXPECT_EQ(URL::fileURL("-x").path(), here + "/-x");
-    std::filesystem::current_path(before);
-}
-
-TEST(URLTests, A_relative_path_in_a_deleted_directory_is_still_a_path)
-{
-    auto before = std::filesystem::current_path();
-    {
-        TemporaryDirectory directory;
-        std::filesystem::current_path(directory.path());
-    }
+    for (auto [name, path] :
+         {std::pair("a.srt", "/a.srt"), {"./a", "/a"}, {"../a", "/../a"}, {"", ""}, {"-x", "/-x"}})
+        EXPECT_EQ(URL::fileURL(name).path(), here + path);
+    directory.reset();
     auto path = URL::fileURL("a.srt").path();
     std::filesystem::current_path(before);
-    EXPECT_TRUE(path.starts_with('/'));
-    EXPECT_TRUE(path.ends_with("/a.srt"));
+    EXPECT_TRUE(path.starts_with('/') && path.ends_with("/a.srt")) << path;
 }
 
 TEST(URLTests, Components_are_those_of_the_decoded_path)
@@ -152,9 +122,7 @@ TEST(URLTests, An_appended_component_is_encoded_and_meets_one_slash)
     EXPECT_EQ(URL::fileURL("/a").appendingPathComponent("b c").absoluteString(), "file:///a/b%20c");
     EXPECT_EQ(URL::fileURL("/a/").appendingPathComponent("/b/c").path(), "/a/b/c");
     EXPECT_EQ(URL::fileURL("/").appendingPathComponent("50%41").path(), "/50%41");
-    auto web = URL::parse("https://host/a?q#f");
-    ASSERT_TRUE(web);
-    EXPECT_EQ(web->appendingPathComponent("b").absoluteString(), "https://host/a/b");
+    EXPECT_EQ(URL::parse("https://host/a?q#f")->appendingPathComponent("b"), URL::parse("https://host/a/b"));
 }
 
 TEST(URLTests, Other_schemes_keep_what_the_server_reads)
@@ -162,15 +130,12 @@ TEST(URLTests, Other_schemes_keep_what_the_server_reads)
     auto url = URL::parse("HTTPS://User@EXAMPLE.org:8080/a%2Fb/ü?q=1 2&r=/?#top");
     ASSERT_TRUE(url);
     EXPECT_EQ(url->absoluteString(), "https://User@example.org:8080/a%2Fb/%C3%BC?q=1%202&r=/?#top");
-    EXPECT_EQ(url->scheme(), "https");
     EXPECT_EQ(url->host(), "example.org");
     EXPECT_EQ(url->path(), "/a/b/ü");
     EXPECT_FALSE(url->isFileURL());
     EXPECT_EQ(URL::parse("http://[::1]:80/")->host(), "[::1]");
     auto umlaut = URL::parse("http://MÜNCHEN.example/");
-    ASSERT_TRUE(umlaut);
-    EXPECT_EQ(URL::parse(umlaut->absoluteString()), umlaut);
-    EXPECT_EQ(URL::parse("mailto:a@b.c")->path(), "a@b.c");
+    EXPECT_EQ(URL::parse(umlaut.value().absoluteString()), umlaut);
     EXPECT_EQ(URL::parse("file:///a?q#f")->path(), "/a");
 }
 

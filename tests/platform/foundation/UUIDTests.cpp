@@ -19,25 +19,18 @@ TEST(UUIDTests, Fresh_ones_differ_and_say_that_they_are_random)
     }
 }
 
-TEST(UUIDTests, The_text_form_is_read_back_in_either_case)
+TEST(UUIDTests, The_text_form_is_read_back_in_either_case_and_no_other_is)
 {
     constexpr std::string_view text = "E621E1F8-C36C-495A-93FC-0C247A3E6E5F";
     auto uuid = UUID::parse(text);
     ASSERT_TRUE(uuid);
-    EXPECT_EQ(uuid->bytes()[0], 0xE6);
-    EXPECT_EQ(uuid->bytes()[15], 0x5F);
     EXPECT_EQ(uuid->string(), text);
     EXPECT_EQ(UUID::parse("e621e1f8-c36c-495a-93fc-0c247a3e6e5f"), uuid);
-}
-
-TEST(UUIDTests, Other_texts_are_refused)
-{
-    for (std::string_view text :
+    for (std::string_view other :
          {"", "E621E1F8C36C495A93FC0C247A3E6E5F", "E621E1F8-C36C-495A-93FC-0C247A3E6E5",
           "E621E1F8-C36C-495A-93FC-0C247A3E6E5FF", "G621E1F8-C36C-495A-93FC-0C247A3E6E5F",
-          "E621E1F-8C36C-495A-93FC-0C247A3E6E5F", "E621E1F8-C36C-495A-93FC-0C247A3E6E5-"}) {
-        EXPECT_FALSE(UUID::parse(text)) << text;
-    }
+          "E621E1F-8C36C-495A-93FC-0C247A3E6E5F", "E621E1F8-C36C-495A-93FC-0C247A3E6E5-"})
+        EXPECT_FALSE(UUID::parse(other)) << other;
 }
 
 } // namespace platform
