@@ -23,17 +23,10 @@ std::string conditionsOn(OperatingSystemVersion running)
     using Member = iOSVersion::Member;
     std::string letters;
     for (const auto member : {Member::v13, Member::v14, Member::v15, Member::v16, Member::v17}) {
-        switch (iOSVersion::conditionOn(member, running)) {
-        case PlatformVersionCondition::past:
-            letters += 'p';
-            break;
-        case PlatformVersionCondition::current:
-            letters += 'c';
-            break;
-        case PlatformVersionCondition::future:
-            letters += 'f';
-            break;
-        }
+        const auto condition = iOSVersion::conditionOn(member, running);
+        letters += condition == PlatformVersionCondition::past ? 'p'
+            : condition == PlatformVersionCondition::current   ? 'c'
+                                                               : 'f';
     }
     return letters;
 }
@@ -65,16 +58,14 @@ TEST(PlatformVersion, MembersAreCurrentUntilTheNextMajorVersion)
 
 TEST(PlatformVersion, AConditionDecidesWhatIsCurrentAndPast)
 {
-    const auto version = [](std::optional<PlatformVersionCondition> condition) {
-        return iOSVersion([condition] { return condition; });
-    };
-    EXPECT_TRUE(version(PlatformVersionCondition::current).isCurrent());
-    EXPECT_TRUE(version(PlatformVersionCondition::current).isCurrentOrPast());
-    EXPECT_FALSE(version(PlatformVersionCondition::past).isCurrent());
-    EXPECT_TRUE(version(PlatformVersionCondition::past).isCurrentOrPast());
-    EXPECT_FALSE(version(PlatformVersionCondition::future).isCurrentOrPast());
-    EXPECT_FALSE(version(std::nullopt).isCurrent());
-    EXPECT_FALSE(version(std::nullopt).isCurrentOrPast());
+    using enum PlatformVersionCondition;
+    for (std::optional<PlatformVersionCondition> condition :
+         {std::optional(past), std::optional(current), std::optional(future),
+          std::optional<PlatformVersionCondition>()}) {
+        const iOSVersion version([condition] { return condition; });
+        EXPECT_EQ(version.isCurrent(), condition == current);
+        EXPECT_EQ(version.isCurrentOrPast(), condition == current || condition == past);
+    }
 }
 
 TEST(PlatformVersion, VersionsOfOtherPlatformsAreNeverCurrent)
@@ -141,36 +132,14 @@ TEST(PlatformViewVersionPredicate, TakesTheFirstMatchInTheListsOrder)
             [](platform::UIViewController&) { return found; });
     });
     const auto plain = Constant::available(iOSVersion::Member::v13);
-    struct Case {
-        const char* name;
-        std::initializer_list<Constant> versions;
-        bool isFound;
-    };
-    const Case cases[] = {
-        {"the constant's own selector", {own}, true},
-        {"the default selector where it has none", {plain}, false},
-        {"the first of two", {own, plain}, true},
-        {"the first of two, the other way round", {plain, own}, false},
-        {"past what is unavailable", {Constant::unavailable(), own}, true},
-    };
-    for (const auto& test : cases) {
+    const auto isFoundBy = [&](std::initializer_list<Constant> versions) {
         // Every system is at or past 13.
-        const auto predicate =
-            Predicate::firstMatch<iOSVersion>(test.versions, &PlatformVersion::isCurrentOrPast);
-        ASSERT_TRUE(predicate.selector.has_value()) << test.name;
-        EXPECT_EQ(predicate.selector->find(*probe, IntrospectionScope::receiver) == found, test.isFound)
-            << test.name;
-    }
-}
-
-TEST(PlatformViewVersion, IsOrderedByVersionWithTheUnavailableFirst)
-{
-    const auto row = textEditor.iOS;
-    EXPECT_LT(row.v13, row.v14);
-    EXPECT_LT(row.v14, row.v17);
-    EXPECT_NE(row.v15, row.v16);
-    EXPECT_EQ(navigationStack.iOS.v13, navigationStack.iOS.v15); // neither is available
-    EXPECT_LT(navigationStack.iOS.v15, navigationStack.iOS.v16);
+        const auto predicate = Predicate::firstMatch<iOSVersion>(versions, &PlatformVersion::isCurrentOrPast);
+        return predicate.selector.value().find(*probe, IntrospectionScope::receiver) == found;
+    };
+    EXPECT_TRUE(isFoundBy({own, plain}));
+    EXPECT_FALSE(isFoundBy({plain, own}));
+    EXPECT_TRUE(isFoundBy({Constant::unavailable(), own}));
 }
 
 } // namespace introspect
