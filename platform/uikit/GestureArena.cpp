@@ -368,7 +368,8 @@ void GestureArena::State::change(UIGestureRecognizer& recognizer, RecognizerStat
 {
     recognizer.state_ = state;
     if (recognizer.onChange)
-        std::invoke(UIGestureRecognizer::Action(recognizer.onChange), recognizer); // a copy: it may replace itself
+        std::invoke(UIGestureRecognizer::Action(recognizer.onChange),
+                    recognizer); // a copy: it may replace itself
 }
 
 // Lets those begin whose predecessors have all failed, and fail whose predecessors have not.
