@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The preview as assistive technology finds it: through a real accessibility bus and the bus's own client library.
 #include "tests/endtoend/Desktop.h"
-#include "tests/endtoend/TemporaryFolder.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <atspi/atspi.h>
 #include <gtest/gtest.h>
@@ -74,7 +74,7 @@ TEST(Accessibility, theTextViewIsFoundWithItsRoleStatesTextAndSelection)
 {
     Desktop desktop;
     SessionBus bus(desktop);
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     const std::string content = "first line\nsecond \U0001F600 line\n";
     auto file = folder.file("film.srt", content);
     Process process({program, file},

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program's command line: what it prints and how it exits, without any display.
 #include "tests/endtoend/Process.h"
-#include "tests/endtoend/TemporaryFolder.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include "platform/graphics/UIImage.h"
 
@@ -45,7 +45,7 @@ TEST(CommandLine, textGivesTheDecodedTextExactly)
          "a\0b\x01\x1B[0m tab\there and more text\n"s},
         {"only newlines", "\n\n\n\n", "\n\n\n\n"},
     };
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     for (auto& each : cases) {
         SCOPED_TRACE(each.name);
         auto outcome = run({program, "--text", folder.file("in.srt", each.content)}, noDisplay);
@@ -56,7 +56,7 @@ TEST(CommandLine, textGivesTheDecodedTextExactly)
 
 TEST(CommandLine, aFileUrlAndAPathOutsideOfUtf8NameTheSameFileAsThePlainPath)
 {
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     folder.file("a b%\u00E9.srt", "by url\n");
     auto url = "file://" + folder.path("a%20b%25%C3%A9.srt");
     EXPECT_EQ(run({program, "--text", url}, noDisplay).output, "by url\n");
@@ -66,7 +66,7 @@ TEST(CommandLine, aFileUrlAndAPathOutsideOfUtf8NameTheSameFileAsThePlainPath)
 
 TEST(CommandLine, whatCannotBeReadIsNamedOnOneLineWithItsReasonAndExitsWithOne)
 {
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     ASSERT_EQ(mkfifo(folder.path("pipe.srt").c_str(), 0600), 0);
     int listener = socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{.sun_family = AF_UNIX};
@@ -144,7 +144,7 @@ TEST(CommandLine, wrongUsageExitsWithTwoAndSaysWhatIsWrong)
 
 TEST(CommandLine, withoutADisplayItSaysSoInOneLineAndHowToGetAPicture)
 {
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     auto file = folder.file("a.srt", "text\n");
     for (auto environment :
          {noDisplay, Environment{{"DISPLAY", ":97531"}, {"WAYLAND_DISPLAY", ""}, {"QT_QPA_PLATFORM", ""}}}) {
@@ -157,7 +157,7 @@ TEST(CommandLine, withoutADisplayItSaysSoInOneLineAndHowToGetAPicture)
 
 TEST(CommandLine, aSnapshotHasTheAskedSizeScaleAndAppearance)
 {
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     auto file = folder.file("a.srt", "text\n");
     struct Case {
         const char *size, *scale, *appearance;
@@ -198,7 +198,7 @@ TEST(CommandLine, helpAndVersionNeedNeitherFileNorDisplay)
 
 TEST(CommandLine, aReaderThatGoesAwayEndsItQuietly)
 {
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     auto file = folder.file("long.srt", std::string(8 << 20, 'x'));
     auto outcome = run(
         {"bash", "-c", "set -o pipefail; '" + program + "' --text '" + file + "' | head -c 10"}, noDisplay);

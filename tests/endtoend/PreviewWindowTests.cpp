@@ -3,7 +3,7 @@
 #include "platform/graphics/UIFont.h"
 #include "platform/graphics/UIImage.h"
 #include "tests/endtoend/Desktop.h"
-#include "tests/endtoend/TemporaryFolder.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -46,7 +46,7 @@ public:
         return outcome ? outcome->exitStatus : -1;
     }
 
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     Desktop desktop;
     std::string file;
     Process process;
@@ -214,7 +214,7 @@ TEST(PreviewWindow, eachClosingKeyEndsTheProgramWithZero)
 
 TEST(PreviewWindow, aFileThatCannotBeReadShowsWhyAndExitsWithOne)
 {
-    TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     Desktop desktop;
     auto file = folder.path("gone.srt");
     Process process({program, file}, desktop.environment());

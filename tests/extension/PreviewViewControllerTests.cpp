@@ -6,7 +6,7 @@
 #include "platform/uikit/UITextView.h"
 #include "platform/uikit/UIView.h"
 #include "platform/uikit/UIWindow.h"
-#include "tests/endtoend/TemporaryFolder.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -43,7 +43,7 @@ struct Preview {
         clock.settle();
     }
 
-    endtoend::TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     VirtualClock clock;
     std::shared_ptr<PreviewViewController> controller = std::make_shared<PreviewViewController>();
     std::shared_ptr<UIWindow> window = std::make_shared<UIWindow>(CGRect::make(0, 0, 400, 300));
@@ -72,7 +72,7 @@ TEST(PreviewViewController, aReadableFileShowsItsExactTextReadOnlySelectableInTh
 
 TEST(PreviewViewController, aReadErrorIsHandedBackUnchangedOnceAndNothingIsShown)
 {
-    endtoend::TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     for (auto& url :
          {URL::fileURL(folder.path("gone.srt")), URL::fileURL(folder.file("bad.srt", "caf\xE9 au lait"))}) {
         auto expected = String::contentsOf(url);

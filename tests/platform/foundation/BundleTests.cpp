@@ -2,13 +2,13 @@
 #include "platform/foundation/Bundle.h"
 
 #include "platform/foundation/Logger.h"
-#include "tests/platform/foundation/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 namespace platform {
 
-using tests::TemporaryDirectory;
+using ::tests::TemporaryDirectory;
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include "platform/foundation/PropertyList.h"
 
 #include "platform/foundation/URL.h"
-#include "tests/platform/foundation/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace platform {
 namespace {
 
 using namespace std::chrono_literals;
-using tests::TemporaryDirectory;
+using ::tests::TemporaryDirectory;
 
 Result<PropertyListValue> parsed(std::string_view values)
 {

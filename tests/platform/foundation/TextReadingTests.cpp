@@ -3,7 +3,7 @@
 #include "platform/foundation/TextDecoding.h"
 #include "platform/foundation/URL.h"
 #include "tests/platform/foundation/EncodedSamples.h"
-#include "tests/platform/foundation/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 
 namespace platform {
 
-using tests::TemporaryDirectory;
+using ::tests::TemporaryDirectory;
 
 namespace {
 

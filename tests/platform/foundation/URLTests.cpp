@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/URL.h"
 
-#include "tests/platform/foundation/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 namespace platform {
 
 using namespace std::string_view_literals;
-using tests::TemporaryDirectory;
+using ::tests::TemporaryDirectory;
 
 TEST(URLTests, A_path_travels_through_a_file_URL_unchanged)
 {

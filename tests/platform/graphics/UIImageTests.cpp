@@ -3,6 +3,8 @@
 
 #include "tests/platform/graphics/Painting.h"
 
+#include "tests/support/TemporaryDirectory.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -29,17 +31,10 @@ UIImage checkers()
 
 class UIImageFileTests : public testing::Test {
 protected:
-    ~UIImageFileTests() override { std::filesystem::remove_all(folder_); }
-    std::string path(const char* name) const { return folder_ + "/" + name; }
-    std::ptrdiff_t fileCount() const
-    {
-        return std::ranges::distance(std::filesystem::directory_iterator(folder_));
-    }
+    std::string path(const char* name) const { return folder_.path(name); }
+    std::ptrdiff_t fileCount() const { return folder_.fileCount(); }
 
-    std::string folder_ = [] {
-        auto pattern = (std::filesystem::temp_directory_path() / "zelk-image-XXXXXX").string();
-        return std::string(::mkdtemp(pattern.data()));
-    }();
+    ::tests::TemporaryDirectory folder_;
 };
 
 TEST(UIImageTests, aCutPictureIsAPictureOrAnErrorAndOtherDataIsCorrupt)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/Bundle.h"
 #include "platform/quicklook/ExtensionManifest.h"
-#include "tests/endtoend/TemporaryFolder.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -23,9 +23,9 @@ std::string manifestWith(std::string_view piece, std::string_view replacement)
 
 Result<ExtensionManifest> read(const std::string& text)
 {
-    endtoend::TemporaryFolder folder;
+    ::tests::TemporaryDirectory folder;
     folder.file("Info.plist", text);
-    auto bundle = Bundle::open(URL::fileURL(folder.path("")));
+    auto bundle = Bundle::open(URL::fileURL(folder.path()));
     if (!bundle)
         return std::unexpected(bundle.error());
     return ExtensionManifest::read(**bundle);

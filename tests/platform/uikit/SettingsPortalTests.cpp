@@ -4,7 +4,6 @@
 #include "platform/graphics/GraphicsRuntime.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QProcess>
 #include <QtCore/QSemaphore>
@@ -145,16 +144,6 @@ void offer(QDBusConnection& bus, FakeDesktop::Portal& portal)
     ASSERT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
 }
 
-// Until the condition holds; the test fails when it does not within some seconds.
-void processEventsUntil(const std::function<bool()>& condition)
-{
-    QElapsedTimer time;
-    time.start();
-    while (!condition() && time.elapsed() < 10000)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-    EXPECT_TRUE(condition());
-}
-
 TEST(SettingsPortal, takes_answers_that_come_while_it_waits)
 {
     FakeDesktop desktop;
@@ -186,32 +175,6 @@ TEST(SettingsPortal, takes_answers_that_come_while_it_waits)
     }
     loop->quit();
     thread->wait();
-}
-
-TEST(SettingsPortal, takes_answers_that_come_late_and_follows_changes)
-{
-    FakeDesktop desktop;
-    if (!desktop.isThere())
-        GTEST_SKIP() << "no dbus-daemon is installed";
-    FakeDesktop::Portal portal;
-    auto bus = desktop.connect("late-portal");
-    offer(bus, portal);
-    int changes = 0;
-    SettingsPortal settings({}, [&] { ++changes; }, desktop.connect("patient-program"));
-    settings.waitForAnswers(std::chrono::milliseconds(1)); // the portal is on this thread and cannot answer
-    EXPECT_EQ(settings.traits(), UITraitCollection{});
-    processEventsUntil([&] { return changes == 1; });
-    EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::dark);
-
-    auto changed = [&](const QString& key, const QVariant& value) {
-        auto signal = QDBusMessage::createSignal(portalPath, portalInterface, u"SettingChanged"_s);
-        signal << appearanceGroup << key << wrapped(value, 1);
-        bus.send(signal);
-    };
-    changed(u"accent-color"_s, 5u); // none of ours
-    changed(u"color-scheme"_s, 2u);
-    processEventsUntil([&] { return changes == 2; });
-    EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::light);
 }
 
 TEST(SettingsPortal, goes_on_without_a_portal)
