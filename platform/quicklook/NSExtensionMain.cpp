@@ -6,6 +6,7 @@
 #include "platform/quicklook/ExtensionManifest.h"
 #include "platform/quicklook/PreviewArguments.h"
 #include "platform/quicklook/PreviewHost.h"
+#include "platform/quicklook/messageLine.h"
 
 #include <cerrno>
 #include <csignal>
@@ -34,8 +35,7 @@ Result<URL> fileNamed(const std::string& file)
 
 int reportFailure(std::string_view program, std::string_view file, const NSError& error)
 {
-    auto line = previewFailureLine(program, file, error);
-    std::fprintf(stderr, "%s\n", line.c_str());
+    printMessageLine(previewFailureLine(program, file, error));
     return notShown;
 }
 
@@ -76,7 +76,7 @@ int NSExtensionMain(int argumentCount, char** arguments)
 {
     auto program = programName(argumentCount, arguments);
     auto complain = [&](const std::string& text, int status) {
-        std::fprintf(stderr, "%.*s: %s\n", static_cast<int>(program.size()), program.data(), text.c_str());
+        printMessageLine(std::string(program) + ": " + text);
         return status;
     };
 
@@ -86,7 +86,7 @@ int NSExtensionMain(int argumentCount, char** arguments)
         return complain(request.error() + "; try --help", wrongUsage);
     if (request->action == PreviewAction::help) {
         std::fputs(previewUsage(program).c_str(), stdout);
-        return shown;
+        return std::fflush(stdout) == 0 ? shown : complain("standard output cannot be written", notShown);
     }
     if (request->action == PreviewAction::text)
         return printText(program, request->file);
@@ -96,7 +96,7 @@ int NSExtensionMain(int argumentCount, char** arguments)
         return complain(manifest.error().localizedDescription(), notShown);
     if (request->action == PreviewAction::version) {
         std::printf("%s %s\n", manifest->name.c_str(), manifest->version.c_str());
-        return shown;
+        return std::fflush(stdout) == 0 ? shown : complain("standard output cannot be written", notShown);
     }
     auto url = fileNamed(request->file);
     if (!url)

@@ -7,6 +7,7 @@
 #include "platform/quicklook/PreviewSize.h"
 #include "platform/quicklook/PrincipalClass.h"
 #include "platform/quicklook/QLPreviewingController.h"
+#include "platform/quicklook/messageLine.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UIViewController.h"
@@ -15,6 +16,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -23,11 +25,6 @@ namespace platform {
 namespace {
 
 constexpr int shown = 0, notShown = 1;
-
-void complain(const std::string& line)
-{
-    std::fprintf(stderr, "%s\n", line.c_str());
-}
 
 // What the extension made of the file: its controller, or why there is none to show.
 struct PreparedPreview {
@@ -58,11 +55,33 @@ Result<PreparedPreview> prepare(const ExtensionManifest& manifest, const URL& fi
     return preview;
 }
 
+// A picture takes the place of what its path names, so that must be nothing, or a file that is not the one shown. Empty when
+// it may.
+std::string whyNotAPicture(const std::string& path, const URL& file)
+{
+    std::error_code unknown; // what cannot be looked at is reported when it cannot be written
+    auto status = std::filesystem::status(path, unknown);
+    if (!std::filesystem::exists(status))
+        return {};
+    if (!std::filesystem::is_regular_file(status))
+        return "This is not a file that a picture could replace";
+    if (std::filesystem::is_symlink(std::filesystem::symlink_status(path, unknown)))
+        return "This is a link, which a picture would replace";
+    if (std::filesystem::equivalent(path, file.path(), unknown))
+        return "This is the file to be shown";
+    return {};
+}
+
 int paintSnapshot(std::string_view program, const PreviewArguments& arguments, const URL& file,
                   const PreparedPreview& preview)
 {
     if (preview.error) {
-        complain(previewFailureLine(program, file.lastPathComponent(), *preview.error));
+        printMessageLine(previewFailureLine(program, file.lastPathComponent(), *preview.error));
+        return notShown;
+    }
+    if (auto reason = whyNotAPicture(arguments.snapshotPath, file); !reason.empty()) {
+        printMessageLine(std::string(program) + ": "
+                         + URL::fileURL(arguments.snapshotPath).lastPathComponent() + ": " + reason);
         return notShown;
     }
     UITraitCollection traits;
@@ -76,7 +95,7 @@ int paintSnapshot(std::string_view program, const PreviewArguments& arguments, c
         image ? image->writePNG(arguments.snapshotPath) : Result<void>(std::unexpected(image.error()));
     if (!written) {
         auto picture = URL::fileURL(arguments.snapshotPath).lastPathComponent();
-        complain(previewFailureLine(program, picture, written.error().bridged()));
+        printMessageLine(previewFailureLine(program, picture, written.error().bridged()));
         return notShown;
     }
     return shown;
@@ -170,7 +189,7 @@ int showWindow(std::string_view program, const PreviewArguments& arguments, cons
 {
     auto controller = preview.controller;
     if (preview.error) {
-        complain(previewFailureLine(program, file.lastPathComponent(), *preview.error));
+        printMessageLine(previewFailureLine(program, file.lastPathComponent(), *preview.error));
         controller = std::make_shared<PreviewFailureViewController>(file.lastPathComponent(), *preview.error);
     }
     PreviewWindow window(arguments, file, controller);
@@ -185,7 +204,7 @@ int prepareAndShow(std::string_view program, const ExtensionManifest& manifest,
 {
     auto preview = prepare(manifest, file);
     if (!preview) {
-        complain(std::string(program) + ": " + preview.error().localizedDescription());
+        printMessageLine(std::string(program) + ": " + preview.error().localizedDescription());
         return notShown;
     }
     return arguments.action == PreviewAction::window ? showWindow(program, arguments, file, *preview)
@@ -199,8 +218,8 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
 {
     bool needsDisplay = arguments.action == PreviewAction::window;
     if (needsDisplay && !displayIsAvailable()) {
-        complain(std::string(program) + ": " + file.lastPathComponent()
-                 + ": no display to show it on; --snapshot OUT.png paints it into a picture");
+        printMessageLine(std::string(program) + ": " + file.lastPathComponent()
+                         + ": no display to show it on; --snapshot OUT.png paints it into a picture");
         return notShown;
     }
     if (needsDisplay) {
@@ -225,11 +244,6 @@ std::string previewFailureLine(std::string_view program, std::string_view file, 
     line += file;
     line += ": ";
     line += reason;
-    // A name may hold anything: what would break the line or drive a terminal is shown as a question mark.
-    for (auto& character : line) {
-        if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F)
-            character = '?';
-    }
     return line;
 }
 

@@ -37,6 +37,8 @@ public:
             return cell_->value();
         return constant_ ? *constant_ : functions_->get();
     }
+    // False for a constant: there is no use in computing what would be written.
+    bool isWritable() const { return !constant_; }
     void set(Value value) const
     {
         if (cell_)

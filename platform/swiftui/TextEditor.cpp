@@ -14,6 +14,8 @@ public:
     }
     void textViewDidChange(UITextView& textView) override
     {
+        if (!node_.text_.isWritable())
+            return; // the text would be put together, a gigabyte perhaps, for nobody
         node_.written_ = textView.text();
         node_.text_.set(node_.written_);
     }

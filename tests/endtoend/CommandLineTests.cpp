@@ -186,6 +186,38 @@ TEST(CommandLine, aSnapshotHasTheAskedSizeScaleAndAppearance)
     EXPECT_TRUE(isOneLine(outcome.errors)) << outcome.errors;
 }
 
+TEST(CommandLine, aPictureReplacesNeitherTheFileShownNorADeviceNorALink)
+{
+    ::tests::TemporaryDirectory folder;
+    auto file = folder.file("a.srt", "text\n");
+    ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+    ASSERT_EQ(symlink("a.srt", folder.path("link").c_str()), 0);
+    for (auto& target :
+         {file, folder.path("pipe"), folder.path("link"), folder.path("."), std::string("/dev/null")}) {
+        auto outcome = run({program, "--snapshot", target, file}, noDisplay);
+        EXPECT_EQ(outcome.exitStatus, 1) << target;
+        EXPECT_TRUE(isOneLine(outcome.errors)) << outcome.errors;
+    }
+    EXPECT_EQ(folder.read("a.srt"), "text\n");
+}
+
+TEST(CommandLine, aNameCannotBreakTheLineOrDriveTheTerminal)
+{
+    for (std::string name : {"a\nb", "a\x1B[31m",
+                             "a\xC2\x9B"
+                             "31m",
+                             "a\xE2\x80\xAE"
+                             "b",
+                             "a\xFF\x9B"}) {
+        for (auto& arguments :
+             {std::vector<std::string>{program, name}, {program, "--text", name}, {program, "--" + name}}) {
+            auto errors = run(arguments, noDisplay).errors;
+            EXPECT_TRUE(isOneLine(errors)) << errors;
+            EXPECT_EQ(errors.find_first_of("\x1B\x9B\xAE"), std::string::npos) << errors;
+        }
+    }
+}
+
 TEST(CommandLine, helpAndVersionNeedNeitherFileNorDisplay)
 {
     auto help = run({program, "--help"}, noDisplay);
