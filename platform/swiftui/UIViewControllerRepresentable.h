@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/swiftui/RepresentableContext.h"
+#include "platform/swiftui/RepresentableNode.h"
 #include "platform/swiftui/View.h"
 #include "platform/uikit/UIViewController.h"
 
@@ -50,54 +50,31 @@ private:
 };
 
 template <class Record>
-class ViewControllerRepresentableNode final : public ViewControllerNode {
-    using Coordinator = detail::CoordinatorOf<Record>;
-    using Context = RepresentableContext<Coordinator>;
+class ViewControllerRepresentableNode final : public RepresentableNode<Record, ViewControllerNode> {
+    using Base = RepresentableNode<Record, ViewControllerNode>;
+    using Context = typename Base::Context;
 
 public:
     ViewControllerRepresentableNode(const NodeContext& context, const Record& record)
-        : ViewControllerNode(context)
-        , record_(record)
-        , coordinator_(detail::makeCoordinatorOf(record))
+        : Base(context, record)
     {
-        connect();
-        controller_ = record_.makeUIViewController(representableContext());
-        adopt(controller_, [this] { record_.updateUIViewController(*controller_, representableContext()); });
+        controller_ = this->record().makeUIViewController(this->representableContext());
+        this->adopt(controller_, [this] { updateRepresented(); });
     }
     ~ViewControllerRepresentableNode() override
     {
-        release();
-        if constexpr (requires { Record::dismantleUIViewController(*controller_, coordinator_.get()); })
-            Record::dismantleUIViewController(*controller_, coordinator_.get());
-    }
-
-    void update(const Record& record)
-    {
-        if (detail::isSameRecord(record, record_))
-            return;
-        record_ = record;
-        refresh();
-    }
-    void refresh() override
-    {
-        forgetSources();
-        connect();
-        // After the subviews are in order, so that an update finds the tree as it is described.
-        host().performAfterSync([this, isMounted = std::weak_ptr(alive_)] {
-            if (isMounted.lock())
-                record_.updateUIViewController(*controller_, representableContext());
-        });
+        this->release();
+        if constexpr (requires { Record::dismantleUIViewController(*controller_, this->coordinator()); })
+            Record::dismantleUIViewController(*controller_, this->coordinator());
     }
 
 private:
-    Context representableContext() { return {coordinator_, host().transaction(), *this}; }
-    void connect() { detail::connectProperties(record_, *this, storage_); }
+    void updateRepresented() override
+    {
+        this->record().updateUIViewController(*controller_, this->representableContext());
+    }
 
-    Record record_;
-    PropertyStorage storage_;
-    std::shared_ptr<Coordinator> coordinator_;
     decltype(std::declval<const Record&>().makeUIViewController(std::declval<const Context&>())) controller_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 template <class Record>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/swiftui/PlatformViewNode.h"
-#include "platform/swiftui/RepresentableContext.h"
+#include "platform/swiftui/RepresentableNode.h"
 #include "platform/swiftui/View.h"
 
 #include <concepts>
@@ -20,68 +20,44 @@ namespace platform {
 //   static void dismantleUIView(V&, X*)
 // In this order: coordinator, view, the view is inserted, update; then as UIViewControllerRepresentable.
 template <class Record>
-class ViewRepresentableNode final : public PlatformViewNode {
-    using Coordinator = detail::CoordinatorOf<Record>;
-    using Context = RepresentableContext<Coordinator>;
+class ViewRepresentableNode final : public RepresentableNode<Record, PlatformViewNode> {
+    using Base = RepresentableNode<Record, PlatformViewNode>;
+    using Context = typename Base::Context;
 
 public:
     ViewRepresentableNode(const NodeContext& context, const Record& record)
-        : PlatformViewNode(context)
-        , record_(record)
-        , coordinator_(detail::makeCoordinatorOf(record))
+        : Base(context, record)
     {
-        connect();
-        view_ = record_.makeUIView(representableContext());
-        setPlatformView(view_);
-        updateAfterSync();
+        view_ = this->record().makeUIView(this->representableContext());
+        this->setPlatformView(view_);
+        this->updateAfterSync();
     }
     ~ViewRepresentableNode() override
     {
-        if constexpr (requires { Record::dismantleUIView(*view_, coordinator_.get()); })
-            Record::dismantleUIView(*view_, coordinator_.get());
+        if constexpr (requires { Record::dismantleUIView(*view_, this->coordinator()); })
+            Record::dismantleUIView(*view_, this->coordinator());
     }
 
-    void update(const Record& record)
-    {
-        if (detail::isSameRecord(record, record_))
-            return;
-        record_ = record;
-        refresh();
-    }
     void refresh() override
     {
-        forgetSources();
-        connect();
-        updateAfterSync();
-        invalidateLayout(); // what the view shows may want another size
+        Base::refresh();
+        this->invalidateLayout(); // what the view shows may want another size
     }
 
 protected:
     CGSize measure(const ProposedSize& proposal) override
     {
-        if constexpr (requires { record_.sizeThatFits(proposal, *view_); }) {
-            if (auto size = record_.sizeThatFits(proposal, *view_))
+        if constexpr (requires { this->record().sizeThatFits(proposal, *view_); }) {
+            if (auto size = this->record().sizeThatFits(proposal, *view_))
                 return *size;
         }
         return PlatformViewNode::measure(proposal);
     }
 
 private:
-    Context representableContext() { return {coordinator_, host().transaction(), *this}; }
-    void connect() { detail::connectProperties(record_, *this, storage_); }
-    void updateAfterSync()
-    {
-        host().performAfterSync([this, alive = std::weak_ptr(alive_)] {
-            if (alive.lock())
-                record_.updateUIView(*view_, representableContext());
-        });
-    }
+    void updateRepresented() override { this->record().updateUIView(*view_, this->representableContext()); }
 
-    Record record_;
-    PropertyStorage storage_;
-    std::shared_ptr<Coordinator> coordinator_;
     decltype(std::declval<const Record&>().makeUIView(std::declval<const Context&>())) view_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 template <class Record>
