@@ -24,6 +24,9 @@ add_compile_options(-Wno-missing-field-initializers)
 # Qt's headers are left without its convenience macros, which would take names like `emit` and `slots`.
 add_compile_definitions(QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 
+# A program loads only the libraries it calls: the preview is not to pay for the kit's.
+add_link_options(-Wl,--as-needed)
+
 if(ZELK_SANITIZE)
   add_compile_options(-fsanitize=${ZELK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZELK_SANITIZE})

@@ -3,8 +3,9 @@
 # docs/dependencies.md says why each library is there.
 
 packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
-  qt6-base-dev libhwy-dev libexpat1-dev"
+  qt6-base-dev libhwy-dev libexpat1-dev libicu-dev libcld2-dev
+  libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev"
 packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal
-  xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev"
+  xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev ffmpeg"
 packages_bench="libbenchmark-dev libxcb1-dev xvfb"
