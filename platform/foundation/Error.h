@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/foundation/LocalizedError.h"
 #include "platform/foundation/NSError.h"
 
 #include <any>
 #include <concepts>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -29,8 +31,12 @@ public:
         requires(!std::same_as<Value, NSError> && !std::same_as<Value, Error>)
     Error(Value value)
         : bridged_(nsError(value))
-        , value_(std::move(value))
     {
+        if constexpr (ConformsToLocalizedError<Value>) {
+            localized_ = localizedError(value);
+            bridged_ = withTexts(bridged_, *localized_);
+        }
+        value_ = std::move(value);
     }
 
     // The enumeration value that this error was made from; null when it was made from something else.
@@ -40,6 +46,9 @@ public:
         return std::any_cast<Value>(&value_);
     }
 
+    // What the value that this error was made from says for people; nothing when its type says nothing.
+    const std::optional<LocalizedError>& localized() const { return localized_; }
+
     const NSError& bridged() const { return bridged_; }
     std::string localizedDescription() const { return bridged_.localizedDescription(); }
 
@@ -47,6 +56,7 @@ public:
 
 private:
     NSError bridged_;
+    std::optional<LocalizedError> localized_;
     std::any value_;
 };
 

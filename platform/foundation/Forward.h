@@ -12,6 +12,7 @@ class ProcessInfo;
 class String;
 class URL;
 class UUID;
+struct LocalizedError;
 struct OperatingSystemVersion;
 struct TextSurvey;
 

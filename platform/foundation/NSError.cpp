@@ -17,6 +17,11 @@ NSError::NSError(NSCocoaError code, UserInfo userInfo)
 {
 }
 
+NSError::NSError(NSURLError code, UserInfo userInfo)
+    : NSError(NSURLErrorDomain, static_cast<long>(code), std::move(userInfo))
+{
+}
+
 std::string NSError::localizedDescription() const
 {
     if (auto found = userInfo_.find(NSLocalizedDescriptionKey); found != userInfo_.end())
@@ -28,6 +33,12 @@ std::string NSError::localizedFailureReason() const
 {
     auto found = userInfo_.find(NSLocalizedFailureReasonErrorKey);
     return found == userInfo_.end() ? std::string() : found->second;
+}
+
+std::optional<std::string> NSError::localizedRecoverySuggestion() const
+{
+    auto found = userInfo_.find(NSLocalizedRecoverySuggestionErrorKey);
+    return found == userInfo_.end() ? std::nullopt : std::optional(found->second);
 }
 
 } // namespace platform
