@@ -17,17 +17,6 @@ namespace platform {
 
 namespace {
 
-// A name that may be shown: well-formed, and without characters that would break a line or drive a terminal.
-std::string shownName(const URL& file)
-{
-    auto name = repairedUTF8(file.lastPathComponent());
-    for (char& character : name) {
-        if (static_cast<unsigned char>(character) < ' ' || character == 0x7F)
-            character = '?';
-    }
-    return name;
-}
-
 // What a file is, if it is not one that may be read.
 std::optional<std::string_view> refusal(mode_t mode)
 {
@@ -54,6 +43,16 @@ Result<std::string> usablePath(const URL& url)
 }
 
 } // namespace
+
+std::string shownName(const URL& file)
+{
+    auto name = repairedUTF8(file.lastPathComponent());
+    for (char& character : name) {
+        if (static_cast<unsigned char>(character) < ' ' || character == 0x7F)
+            character = '?';
+    }
+    return name;
+}
 
 FileFault faultOf(int errorNumber)
 {

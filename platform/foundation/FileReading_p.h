@@ -14,6 +14,9 @@
 
 namespace platform {
 
+// A file's name as it may be shown: well-formed, and without characters that would break a line or drive a terminal.
+std::string shownName(const URL& file);
+
 // Why a file gave nothing. Whoever knows its name makes the error.
 struct FileFault {
     NSCocoaError code;
