@@ -52,7 +52,7 @@ template <>
 struct std::hash<platform::CMTimeRange> {
     std::size_t operator()(const platform::CMTimeRange& range) const noexcept
     {
-        std::hash<platform::CMTime> hash;
-        return hash(range.start) * 31 ^ hash(range.duration);
+        std::hash<platform::CMTime> hashOfTime;
+        return hashOfTime(range.start) * 31 ^ hashOfTime(range.duration);
     }
 };
