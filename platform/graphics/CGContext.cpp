@@ -21,11 +21,11 @@ QTransform qTransform(const CGAffineTransform& t)
     return {t.a, t.b, t.c, t.d, t.tx, t.ty};
 }
 
-QPen qPen(const QColor& color, const StrokeStyle& style)
+QPen qPen(const QBrush& brush, const StrokeStyle& style)
 {
     constexpr Qt::PenCapStyle caps[]{Qt::FlatCap, Qt::RoundCap, Qt::SquareCap};
     constexpr Qt::PenJoinStyle joins[]{Qt::SvgMiterJoin, Qt::RoundJoin, Qt::BevelJoin};
-    QPen pen(color, style.lineWidth, Qt::SolidLine, caps[static_cast<int>(style.lineCap)],
+    QPen pen(brush, style.lineWidth, Qt::SolidLine, caps[static_cast<int>(style.lineCap)],
              joins[static_cast<int>(style.lineJoin)]);
     pen.setMiterLimit(style.miterLimit);
     if (!style.dash.empty()) {
@@ -137,20 +137,25 @@ void CGContext::clip(const UIBezierPath& path, FillRule rule)
 
 void CGContext::fill(const CGRect& rect, const UIColor& color)
 {
-    if (!rect.isEmpty())
+    if (rect.isEmpty())
+        return;
+    // The library fills with a plain colour faster.
+    if (color.patternImage())
+        backend_->painter().fillRect(qRect(rect), qBrush(color, backend_->appearance));
+    else
         backend_->painter().fillRect(qRect(rect), qColor(color, backend_->appearance));
 }
 
 void CGContext::fill(const UIBezierPath& path, const UIColor& color, FillRule rule)
 {
-    backend_->painter().fillPath(painterPath(path, rule), qColor(color, backend_->appearance));
+    backend_->painter().fillPath(painterPath(path, rule), qBrush(color, backend_->appearance));
 }
 
 void CGContext::stroke(const UIBezierPath& path, const UIColor& color, const StrokeStyle& style)
 {
     // A width of zero would be the library's hairline.
     if (style.lineWidth > 0)
-        backend_->painter().strokePath(painterPath(path), qPen(qColor(color, backend_->appearance), style));
+        backend_->painter().strokePath(painterPath(path), qPen(qBrush(color, backend_->appearance), style));
 }
 
 void CGContext::drawImage(const UIImage& image, const CGRect& rect, const std::optional<UIColor>& tint)

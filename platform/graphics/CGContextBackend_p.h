@@ -4,6 +4,7 @@
 #include "platform/graphics/CGContext_p.h"
 
 #include <QtCore/QRectF>
+#include <QtGui/QBrush>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 #include <QtGui/QTransform>
@@ -11,6 +12,8 @@
 namespace platform {
 
 QColor qColor(const UIColor& color, ColorAppearance appearance);
+// The same for areas, which a pattern tiles.
+QBrush qBrush(const UIColor& color, ColorAppearance appearance);
 
 // Three coordinate systems: the caller's (points under the present transform), the base's (points of the
 // device that the context began with) and pixels of that device. A layer is a piece of those pixels.

@@ -3,6 +3,7 @@
 
 namespace platform {
 
+class CGColor;
 class CGContext;
 class CGContextState;
 class TextLayout;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/graphics/UIColor.h"
 
+#include "platform/graphics/CGColor.h"
+#include "platform/graphics/CurrentAppearance.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -44,8 +47,26 @@ UIColor UIColor::dynamic(const UIColor& light, const UIColor& dark, const UIColo
                      darkHighContrast.components({.isDark = true, .highContrast = true})});
 }
 
+bool UIColor::getRed(double* red, double* green, double* blue, double* alpha) const
+{
+    if (pattern_)
+        return false;
+    auto& present = components(currentAppearance());
+    auto write = [](double* place, double value) {
+        if (place)
+            *place = value;
+    };
+    write(red, present.red);
+    write(green, present.green);
+    write(blue, present.blue);
+    write(alpha, present.alpha);
+    return true;
+}
+
 UIColor UIColor::withAlphaComponent(double alpha) const
 {
+    if (pattern_)
+        return patternWithAlpha(alpha);
     auto changed = [alpha](ColorComponents components) {
         components.alpha = alpha;
         return components;
@@ -76,6 +97,8 @@ UIColor UIColor::blended(const UIColor& other, double fraction) const
 
 bool operator==(const UIColor& a, const UIColor& b)
 {
+    if (a.pattern_ || b.pattern_)
+        return UIColor::isSamePattern(a, b);
     if (a.family_ == b.family_)
         return a.components_ == b.components_;
     return a.family_ && b.family_ && *a.family_ == *b.family_;

@@ -8,7 +8,9 @@
 
 #include <array>
 #include <map>
+#include <string>
 #include <tuple>
+#include <utility>
 
 namespace platform {
 
@@ -42,7 +44,10 @@ std::shared_ptr<const FontFace> makeFace(const UIFont& font)
     awaitFontConfiguration();
     auto face = std::make_shared<FontFace>();
     auto& q = face->font;
-    q.setFamilies(families(font.design()));
+    auto names = families(font.design());
+    if (auto family = font.familyName(); !family.empty())
+        names.prepend(QString::fromUtf8(family.data(), static_cast<qsizetype>(family.size())));
+    q.setFamilies(names);
     q.setStyleHint(font.design() == FontDesign::monospaced ? QFont::Monospace : QFont::SansSerif);
     // Grey edges look the same on every surface, under every transform and inside a layer.
     q.setStyleStrategy(
@@ -75,11 +80,12 @@ CGFloat legalSize(CGFloat size)
 
 UIFont::UIFont() = default;
 
-UIFont::UIFont(FontDesign design, CGFloat size, FontWeight weight, FontSlant slant)
+UIFont::UIFont(FontDesign design, CGFloat size, FontWeight weight, FontSlant slant, Family family)
     : design_(design)
     , weight_(weight)
     , slant_(slant)
     , size_(legalSize(size))
+    , family_(std::move(family))
 {
 }
 
@@ -104,9 +110,9 @@ const std::shared_ptr<const FontFace>& UIFont::face() const
 {
     if (face_)
         return face_;
-    using Key = std::tuple<CGFloat, FontDesign, FontWeight, FontSlant>;
+    using Key = std::tuple<CGFloat, FontDesign, FontWeight, FontSlant, std::string>;
     static std::map<Key, std::shared_ptr<const FontFace>> faces;
-    Key key{size_, design_, weight_, slant_};
+    Key key{size_, design_, weight_, slant_, std::string(familyName())};
     auto found = faces.find(key);
     if (found == faces.end()) {
         if (faces.size() >= cachedFaceCount)
@@ -149,22 +155,28 @@ CGFloat UIFont::columnWidth() const
 
 UIFont UIFont::withSize(CGFloat size) const
 {
-    return {design_, size, weight_, slant_};
+    return {design_, size, weight_, slant_, family_};
 }
 
 UIFont UIFont::withWeight(FontWeight weight) const
 {
-    return {design_, size_, weight, slant_};
+    return {design_, size_, weight, slant_, family_};
 }
 
 UIFont UIFont::withDesign(FontDesign design) const
 {
-    return {design, size_, weight_, slant_};
+    return {design, size_, weight_, slant_, family_};
+}
+
+UIFont UIFont::withFamily(std::string_view family) const
+{
+    return {design_, size_, weight_, slant_,
+            family.empty() ? nullptr : std::make_shared<const std::string>(family)};
 }
 
 UIFont UIFont::italic() const
 {
-    return {design_, size_, weight_, FontSlant::italic};
+    return {design_, size_, weight_, FontSlant::italic, family_};
 }
 
 CGFloat preferredPointSize(FontTextStyle style, UIContentSizeCategory category)

@@ -5,6 +5,8 @@
 #include "platform/graphics/UIContentSizeCategory.h"
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -29,8 +31,8 @@ enum class FontTextStyle {
 
 struct FontFace; // the font as the shaping library has it, with its metrics
 
-// A font, as a value: design, size in points, weight, slant. Which family that is depends on what is
-// installed; characters that it lacks come from whatever font has them. Metrics are looked up at first use
+// A font, as a value: design, size in points, weight, slant, and a family if one was asked for. Which family
+// is really drawn depends on what is installed; characters that it lacks come from whatever font has them. Metrics are looked up at first use
 // and start graphics off-screen when nothing has. Main thread only.
 class UIFont {
 public:
@@ -47,6 +49,8 @@ public:
                                 CGFloat textScale = 1, FontDesign design = FontDesign::standard);
 
     FontDesign design() const { return design_; }
+    // The family asked for; empty for the family of the design.
+    std::string_view familyName() const { return family_ ? std::string_view(*family_) : std::string_view(); }
     FontWeight weight() const { return weight_; }
     FontSlant slant() const { return slant_; }
     bool isItalic() const { return slant_ == FontSlant::italic; }
@@ -65,24 +69,30 @@ public:
     UIFont withSize(CGFloat size) const;
     UIFont withWeight(FontWeight weight) const;
     UIFont withDesign(FontDesign design) const;
+    // The design is what stands in where the family is not installed. Empty: the family of the design.
+    UIFont withFamily(std::string_view family) const;
     UIFont italic() const;
     UIFont bold() const { return withWeight(FontWeight::bold); }
 
     friend bool operator==(const UIFont& a, const UIFont& b)
     {
-        return a.size_ == b.size_ && a.design_ == b.design_ && a.weight_ == b.weight_ && a.slant_ == b.slant_;
+        return a.size_ == b.size_ && a.design_ == b.design_ && a.weight_ == b.weight_ && a.slant_ == b.slant_
+            && a.familyName() == b.familyName();
     }
 
     // The shared face; never null. For the drawing code.
     const std::shared_ptr<const FontFace>& face() const;
 
 private:
-    UIFont(FontDesign design, CGFloat size, FontWeight weight, FontSlant slant);
+    using Family = std::shared_ptr<const std::string>;
+
+    UIFont(FontDesign design, CGFloat size, FontWeight weight, FontSlant slant, Family family = nullptr);
 
     FontDesign design_ = FontDesign::standard;
     FontWeight weight_ = FontWeight::regular;
     FontSlant slant_ = FontSlant::upright;
     CGFloat size_ = 17;
+    Family family_;                                // null: the design's
     mutable std::shared_ptr<const FontFace> face_; // looked up at first use
 };
 
