@@ -9,6 +9,10 @@
 
 namespace platform {
 
+using CMTimeValue = std::int64_t;
+using CMTimeScale = std::int32_t;
+using CMTimeEpoch = std::int64_t;
+
 // What a CMTime is besides its fraction, combined with |. The raw values are the platform's.
 enum class CMTimeFlags : std::uint32_t {
     none = 0,
@@ -51,16 +55,16 @@ enum class CMTimeRoundingMethod {
 // half away from zero, and says so in its flags, as does every time computed from it. A value too great for any
 // timescale becomes an infinity.
 struct CMTime {
-    std::int64_t value = 0;
-    std::int32_t timescale = 0; // ticks per second
+    CMTimeValue value = 0;
+    CMTimeScale timescale = 0; // ticks per second
     CMTimeFlags flags = CMTimeFlags::none;
-    std::int64_t epoch = 0;
+    CMTimeEpoch epoch = 0;
 
-    static constexpr std::int32_t maxTimescale = 0x7fffffff;
+    static constexpr CMTimeScale maxTimescale = 0x7fffffff;
 
     constexpr CMTime() = default;
     // Invalid when `timescale` is not positive.
-    constexpr CMTime(std::int64_t ticks, std::int32_t ticksPerSecond, std::int64_t timelineEpoch = 0)
+    constexpr CMTime(CMTimeValue ticks, CMTimeScale ticksPerSecond, CMTimeEpoch timelineEpoch = 0)
         : value(ticks)
         , timescale(ticksPerSecond)
         , flags(ticksPerSecond > 0 ? CMTimeFlags::valid : CMTimeFlags::none)
@@ -70,7 +74,7 @@ struct CMTime {
     // The tick nearest to `seconds`, half away from zero; flagged as rounded when its seconds are not exactly
     // `seconds`. The timescale is halved until the value fits 64 bits; an infinity when it never does. Not-a-number
     // and a timescale that is not positive give the invalid time.
-    static CMTime makeWithSeconds(double seconds, std::int32_t preferredTimescale);
+    static CMTime makeWithSeconds(double seconds, CMTimeScale preferredTimescale);
 
     static constexpr CMTime invalid() { return {}; }
     static constexpr CMTime zero() { return {0, 1}; }
@@ -94,7 +98,7 @@ struct CMTime {
 
     // The same time at another timescale; an infinity when the value does not fit, invalid when `newTimescale` is not
     // positive. A time that is not numeric stays as it is.
-    CMTime convertScale(std::int32_t newTimescale,
+    CMTime convertScale(CMTimeScale newTimescale,
                         CMTimeRoundingMethod method = CMTimeRoundingMethod::roundHalfAwayFromZero) const;
     CMTime absoluteValue() const;
 
