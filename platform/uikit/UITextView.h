@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/foundation/NSRange.h"
 #include "platform/foundation/String.h"
 #include "platform/graphics/TextLayout.h"
 #include "platform/uikit/UIScrollView.h"
@@ -26,13 +27,6 @@ public:
     // The user changed the text; not called for what the program does.
     virtual void textViewDidChange(UITextView&) { }
     virtual void textViewDidChangeSelection(UITextView&) { }
-};
-
-// A part of a text in UTF-16 units, as the platform counts.
-struct NSRange {
-    std::int64_t location = 0;
-    std::int64_t length = 0;
-    bool operator==(const NSRange&) const = default;
 };
 
 // A scrolling view of a text of any size, in one font, that can be selected and, if it is editable, edited.
