@@ -26,6 +26,7 @@ class UIPopoverPresentationController;
 class UIPresentationController;
 class UIProgressView;
 class UIResponder;
+class UIScene;
 class UIScrollView;
 class UISearchBar;
 class UISegmentedControl;
@@ -42,6 +43,7 @@ class UITextView;
 class UIView;
 class UIViewController;
 class UIWindow;
+class UIWindowScene;
 
 enum class UILayoutAxis;
 struct LayoutState;

@@ -2,9 +2,11 @@
 #include "platform/uikit/UIApplication.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/CurrentAppearance.h"
 #include "platform/graphics/GraphicsRuntime_p.h"
 #include "platform/uikit/RunLoopPump_p.h"
 #include "platform/uikit/SettingsPortal_p.h"
+#include "platform/uikit/UIScene.h"
 #include "platform/uikit/UIWindow.h"
 
 #include <QtCore/QLocale>
@@ -69,6 +71,7 @@ void UIApplication::start()
     if (QLocale().textDirection() == Qt::RightToLeft)
         defaults.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
     state_->settings.emplace(defaults, [this] {
+        setProcessAppearance(state_->settings->traits().colorAppearance());
         for (const auto& weak : std::vector(windows_)) {
             if (auto window = weak.lock())
                 window->surroundingsDidChange();
@@ -100,8 +103,10 @@ void UIApplication::terminate(int exitStatus)
 const UITraitCollection& UIApplication::desktopTraits()
 {
     start();
-    if (!std::exchange(state_->hasWaitedForSettings, true))
+    if (!std::exchange(state_->hasWaitedForSettings, true)) {
         state_->settings->waitForAnswers(settingsPatience);
+        setProcessAppearance(state_->settings->traits().colorAppearance());
+    }
     return state_->settings->traits();
 }
 

@@ -10,6 +10,7 @@
 
 namespace platform {
 
+class UIScene;
 class UIWindow;
 
 // The process as the desktop sees it: its event loop, windows and the desktop's settings. Main thread only.
@@ -28,12 +29,16 @@ public:
 
     const std::vector<std::weak_ptr<UIWindow>>& windows() const { return windows_; }
 
+    // What stands on the desktop, in the order in which it came there.
+    const std::vector<std::shared_ptr<UIScene>>& connectedScenes() const { return connectedScenes_; }
+
     // The desktop's appearance, contrast, text scale and motion settings, asked from the settings portal without
     // blocking for longer than the first frame can wait; the defaults where no portal answers. Changes come later through
     // all windows' traits.
     const UITraitCollection& desktopTraits();
 
 private:
+    friend class UIScene;
     friend class UIWindow;
     struct State;
     UIApplication();
@@ -44,6 +49,7 @@ private:
     // all main thread only
     std::unique_ptr<State> state_;
     std::vector<std::weak_ptr<UIWindow>> windows_; // those on the desktop, in order of opening
+    std::vector<std::shared_ptr<UIScene>> connectedScenes_;
 };
 
 } // namespace platform

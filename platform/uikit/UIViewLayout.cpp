@@ -5,6 +5,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Logger.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/graphics/CurrentAppearance.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindow.h"
 #include "platform/uikit/ViewLayout.h"
@@ -67,6 +68,7 @@ void UIView::layoutSubtree()
     auto keptAlive = weak_from_this().lock();
     if (needsLayout_) {
         needsLayout_ = false;
+        CurrentAppearance current(traits_.colorAppearance());
         auto controller = viewController_.lock();
         if (controller)
             controller->viewWillLayoutSubviews();

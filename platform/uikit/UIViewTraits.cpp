@@ -3,6 +3,7 @@
 #include "platform/uikit/UIView.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/CurrentAppearance.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindow.h"
 
@@ -29,6 +30,7 @@ void UIView::inheritTraits()
     }
     if (mask_)
         mask_->inheritTraits();
+    CurrentAppearance current(traits_.colorAppearance());
     if (auto controller = viewController_.lock())
         controller->traitCollectionDidChange(previous);
     traitCollectionDidChange(previous);

@@ -5,30 +5,15 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
 #include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIControllerWalk_p.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindowDispatch_p.h"
+#include "platform/uikit/UIWindowScene.h"
 #include "platform/uikit/WindowBackend.h"
 
 #include <algorithm>
 
 namespace platform {
-
-namespace {
-
-void eachController(UIView& view, const std::function<void(UIViewController&)>& before,
-                    const std::function<void(const std::shared_ptr<UIViewController>&)>& after)
-{
-    auto keptAlive = view.weak_from_this().lock();
-    auto controller = view.viewController();
-    if (controller)
-        before(*controller);
-    for (const auto& subview : std::vector(view.subviews()))
-        eachController(*subview, before, after);
-    if (controller)
-        after(controller);
-}
-
-} // namespace
 
 UIWindow::UIWindow(CGRect frame)
     : UIView(frame)
@@ -80,6 +65,19 @@ void UIWindow::installRootView()
     insertSubview(view, 0);
 }
 
+void UIWindow::setWindowScene(std::shared_ptr<UIWindowScene> scene)
+{
+    assertOnMainThread();
+    if (scene == windowScene_)
+        return;
+    precondition(scene || !isVisible_, "a window that is shown was taken out of its scene");
+    auto former = std::exchange(windowScene_, std::move(scene));
+    if (!isVisible_)
+        return;
+    windowScene_->add(sharedFrom(this));
+    former->remove(*this);
+}
+
 void UIWindow::makeKeyAndVisible()
 {
     assertOnMainThread();
@@ -115,6 +113,9 @@ void UIWindow::showOffscreen()
 void UIWindow::show()
 {
     isVisible_ = true;
+    if (!windowScene_)
+        windowScene_ = std::make_shared<UIWindowScene>();
+    windowScene_->add(sharedFrom(this));
     layoutObserver_ = RunLoop::main().addBeforeSleepObserver(BeforeSleepPhase::layout, [this] {
         if (!wantsLayout() && appearing_.empty())
             return false;
@@ -158,6 +159,8 @@ void UIWindow::close()
         }
     }
     layoutObserver_.cancel();
+    if (auto scene = std::exchange(windowScene_, nullptr))
+        scene->remove(*this);
     auto wasOnDesktop = backend_ != nullptr;
     if (wasOnDesktop)
         std::exchange(backend_, nullptr)->drop();

@@ -13,6 +13,7 @@
 
 namespace platform {
 
+class UIWindowScene;
 class WindowBackend;
 
 // The root of a view tree: on the desktop's window system once it is made visible, or of no display at all
@@ -25,6 +26,11 @@ public:
 
     const std::shared_ptr<UIViewController>& rootViewController() const { return rootViewController_; }
     void setRootViewController(std::shared_ptr<UIViewController> controller);
+
+    // The scene that the window is shown in. Null before it is shown, unless set, and after it is closed.
+    const std::shared_ptr<UIWindowScene>& windowScene() const { return windowScene_; }
+    // Requires: not null while the window is shown.
+    void setWindowScene(std::shared_ptr<UIWindowScene> scene);
 
     // Opens the window on the desktop: root controller's view loaded, laid out and painted before it is mapped, so
     // that nobody sees an empty frame. Requires displayIsAvailable().
@@ -114,6 +120,7 @@ private:
 
     // all main thread only
     std::shared_ptr<UIViewController> rootViewController_;
+    std::shared_ptr<UIWindowScene> windowScene_;
     std::weak_ptr<UIResponder> firstResponder_;
     DirtyRegion dirty_;
     std::unique_ptr<WindowBackend> backend_; // null without a window on the desktop

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/uikit/ViewPainter.h"
 
+#include "platform/graphics/CurrentAppearance.h"
 #include "platform/graphics/UIBezierPath.h"
 #include "platform/uikit/PaintOrder.h"
 
@@ -94,6 +95,7 @@ void ViewPainter::paintContent(UIView& view, CGRect dirty)
         CGContextState state(context_);
         if (!view.clipsToBounds_)
             context_.clip(bounds);
+        CurrentAppearance current(view.traits_.colorAppearance());
         view.draw(context_, seen);
     }
     auto dirtyBelow = view.clipsToBounds_ ? seen : dirty;
