@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/avfoundation/CVPixelBuffer.h"
+#include "platform/avfoundation/FFmpegHandles_p.h"
+
+namespace platform {
+
+struct CVPixelBuffer::Frame {
+    // Never null, its format is one of CVPixelFormatType's.
+    platform::Frame picture;
+    CVPixelFormatType type;
+};
+
+AVPixelFormat pixelFormat(CVPixelFormatType type);
+
+// The picture that `frame` holds, shared and not copied. Null when its format is none of CVPixelFormatType's.
+std::shared_ptr<CVPixelBuffer> makePixelBuffer(const AVFrame& frame, CVPixelFormatType type);
+
+} // namespace platform
