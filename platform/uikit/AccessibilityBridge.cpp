@@ -29,15 +29,18 @@ bool isElement(const UIView& view)
     return view.accessibilityNow().role != AccessibilityRole::none;
 }
 
-void collectChildren(const UIView& view, std::vector<std::shared_ptr<UIView>>& found)
+// Of what is not inside of `modal` only what leads there is heard of. Null: everything is.
+void collectChildren(const UIView& view, const UIView* modal, std::vector<std::shared_ptr<UIView>>& found)
 {
     for (const auto& subview : view.subviews()) {
         if (isHiddenFromAccessibility(*subview))
             continue;
+        if (modal && !subview->isDescendant(*modal) && !modal->isDescendant(*subview))
+            continue;
         if (isElement(*subview))
             found.push_back(subview);
         else
-            collectChildren(*subview, found);
+            collectChildren(*subview, modal, found);
     }
 }
 
@@ -64,7 +67,9 @@ QAccessibleInterface* AccessibilityNodes::node(UIView& view, QWindow* surface)
 std::vector<std::shared_ptr<UIView>> AccessibilityNodes::children(const UIView& view)
 {
     std::vector<std::shared_ptr<UIView>> found;
-    collectChildren(view, found);
+    auto window = view.window();
+    auto modal = window ? window->modalView() : nullptr;
+    collectChildren(view, modal.get(), found);
     return found;
 }
 

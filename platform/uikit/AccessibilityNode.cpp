@@ -154,6 +154,8 @@ QAccessible::Role AccessibilityNode::role() const
         return QAccessible::Link;
     case AccessibilityRole::dialog:
         return QAccessible::Dialog;
+    case AccessibilityRole::alert:
+        return QAccessible::AlertMessage;
     case AccessibilityRole::window:
         return QAccessible::Window;
     case AccessibilityRole::scrollArea:

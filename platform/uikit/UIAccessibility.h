@@ -27,6 +27,7 @@ enum class AccessibilityRole {
     listItem,
     link,
     dialog,
+    alert, // a dialog that interrupts
     window,
     scrollArea,
 };

@@ -4,6 +4,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/CurrentAppearance.h"
 #include "platform/graphics/GraphicsRuntime_p.h"
+#include "platform/uikit/DesktopURLOpener.h"
 #include "platform/uikit/RunLoopPump_p.h"
 #include "platform/uikit/SettingsPortal_p.h"
 #include "platform/uikit/UIScene.h"
@@ -108,6 +109,36 @@ const UITraitCollection& UIApplication::desktopTraits()
         setProcessAppearance(state_->settings->traits().colorAppearance());
     }
     return state_->settings->traits();
+}
+
+namespace {
+
+// The desktop's opener is made when it is first asked: most programs never do.
+URLOpener& openerIn(std::shared_ptr<URLOpener>& slot)
+{
+    if (!slot)
+        slot = std::make_shared<DesktopURLOpener>();
+    return *slot;
+}
+
+} // namespace
+
+bool UIApplication::canOpenURL(const URL& url) const
+{
+    assertOnMainThread();
+    return urlOpener_ ? urlOpener_->canOpen(url) : DesktopURLOpener().canOpen(url);
+}
+
+void UIApplication::open(const URL& url, std::function<void(bool)> completion)
+{
+    assertOnMainThread();
+    openerIn(urlOpener_).open(url, std::move(completion));
+}
+
+void UIApplication::setURLOpener(std::shared_ptr<URLOpener> opener)
+{
+    assertOnMainThread();
+    urlOpener_ = std::move(opener);
 }
 
 void UIApplication::add(UIWindow& window)

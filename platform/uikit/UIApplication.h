@@ -6,10 +6,13 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform {
 
+class URL;
+class URLOpener;
 class UIScene;
 class UIWindow;
 
@@ -37,6 +40,16 @@ public:
     // all windows' traits.
     const UITraitCollection& desktopTraits();
 
+    // The text of the URL that opens the desktop's settings.
+    static constexpr std::string_view openSettingsURLString = "app-settings:";
+    // Whether something on this desktop opens URLs of that kind.
+    bool canOpenURL(const URL& url) const;
+    // Asks the desktop to open the URL in whatever program is for it, without waiting. `completion` comes later, in a turn
+    // of the main loop, exactly once: true when a program has taken it.
+    void open(const URL& url, std::function<void(bool)> completion = {});
+    // What asks the desktop; null: the desktop itself.
+    void setURLOpener(std::shared_ptr<URLOpener> opener);
+
 private:
     friend class UIScene;
     friend class UIWindow;
@@ -48,6 +61,7 @@ private:
 
     // all main thread only
     std::unique_ptr<State> state_;
+    std::shared_ptr<URLOpener> urlOpener_;         // null before first use
     std::vector<std::weak_ptr<UIWindow>> windows_; // those on the desktop, in order of opening
     std::vector<std::shared_ptr<UIScene>> connectedScenes_;
 };

@@ -3,10 +3,73 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/UIControllerWalk_p.h"
+#include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UIViewControllerAncestry_p.h"
+#include "platform/uikit/UIWindow.h"
+
+#include <algorithm>
 
 namespace platform {
+
+namespace {
+
+constexpr CGFloat sheetMargin = 20;
+constexpr CGSize sheetSize{540, 620}; // of a sheet without a wish
+constexpr CGFloat sheetCornerRadius = 12;
+constexpr double moveTime = 0.35, fadeTime = 0.2; // seconds
+
+UIColor dimmingColor()
+{
+    return UIColor::dynamic(UIColor::gray(0, 0.2), UIColor::gray(0, 0.48), UIColor::gray(0, 0.4),
+                            UIColor::gray(0, 0.65));
+}
+
+} // namespace
+
+// All of the window while something is presented: what is behind gets no touch and no wheel.
+class UIPresentationController::Container : public UIView {
+public:
+    explicit Container(std::weak_ptr<UIPresentationController> presentation)
+        : dimming(std::make_shared<UIView>())
+        , presentation_(std::move(presentation))
+    {
+        dimming->setBackgroundColor(dimmingColor());
+        dimming->setUserInteractionEnabled(false);
+        addSubview(dimming);
+    }
+
+    void layoutSubviews() override
+    {
+        UIView::layoutSubviews();
+        dimming->setFrame(bounds());
+        auto presentation = presentation_.lock();
+        if (!presentation || presentation->state_ == State::idle)
+            return;
+        // Not the frame: the view may be on its way, under a transform.
+        auto frame = presentation->frameOfPresentedViewInContainerView();
+        auto view = presentation->presentedView();
+        view->setBounds({view->bounds().origin, frame.size});
+        view->setCenter(frame.center());
+    }
+    void safeAreaInsetsDidChange() override { setNeedsLayout(); }
+    void touchesBegan(UITouch&) override { }
+    void touchesMoved(UITouch&) override { }
+    void touchesEnded(UITouch& touch) override
+    {
+        auto presentation = presentation_.lock();
+        if (presentation && touch.view.lock().get() == this && touch.button == UIPointerButton::primary
+            && bounds().contains(touch.location(*this)))
+            presentation->backgroundPressed();
+    }
+    void touchesCancelled(UITouch&) override { }
+    bool scrollWheel(const UIScrollWheel&) override { return true; }
+
+    const std::shared_ptr<UIView> dimming;
+
+private:
+    const std::weak_ptr<UIPresentationController> presentation_;
+};
 
 UIPresentationController::UIPresentationController(std::shared_ptr<UIViewController> presented,
                                                    std::weak_ptr<UIViewController> presenting)
@@ -16,9 +79,16 @@ UIPresentationController::UIPresentationController(std::shared_ptr<UIViewControl
     precondition(presented_ != nullptr, "a presentation presents a controller");
 }
 
+UIPresentationController::~UIPresentationController() = default;
+
 std::shared_ptr<UIView> UIPresentationController::presentedView() const
 {
     return presented_->view();
+}
+
+std::shared_ptr<UIView> UIPresentationController::containerView() const
+{
+    return container_;
 }
 
 void UIPresentationController::beginPresentation()
@@ -34,6 +104,269 @@ void UIPresentationController::endPresentation()
     // A later presentation of the same controller is not this one's to end.
     if (link && link->lock().get() == this)
         presented_->removeAssociatedObject(presentationKey);
+}
+
+CGRect UIPresentationController::frameOfPresentedViewInContainerView() const
+{
+    auto all = container_ ? container_->bounds() : CGRect{};
+    if (!dimsBackground())
+        return all;
+    auto room = all.inset(container_->safeAreaInsets()).insetBy(sheetMargin, sheetMargin);
+    if (room.isNull())
+        return all;
+    auto wish = presented_->preferredContentSize();
+    auto size = wish == CGSize{} ? sheetSize : wish;
+    size = {std::min(size.width, room.width()), std::min(size.height, room.height())};
+    return CGRect::make(room.midX() - size.width / 2, room.midY() - size.height / 2, size.width, size.height);
+}
+
+bool UIPresentationController::shouldRemovePresentersView() const
+{
+    return presented_->modalPresentationStyle() == UIModalPresentationStyle::fullScreen;
+}
+
+bool UIPresentationController::dimsBackground() const
+{
+    auto style = presented_->modalPresentationStyle();
+    return style == UIModalPresentationStyle::automatic || style == UIModalPresentationStyle::pageSheet
+        || style == UIModalPresentationStyle::formSheet;
+}
+
+bool UIPresentationController::isMotionReduced() const
+{
+    return container_ && container_->traitCollection().prefersReducedMotion;
+}
+
+void UIPresentationController::place(UIView& view, Stage stage) const
+{
+    auto fades =
+        isMotionReduced() || presented_->modalTransitionStyle() == UIModalTransitionStyle::crossDissolve;
+    auto isOutside = stage == Stage::outside;
+    view.setAlpha(isOutside && fades ? 0 : 1);
+    auto way = container_ ? container_->bounds().height() : 0;
+    view.setTransform(isOutside && !fades ? CGAffineTransform::translation(0, way) : CGAffineTransform{});
+}
+
+AnimationTiming UIPresentationController::transitionTiming(Stage) const
+{
+    auto fades =
+        isMotionReduced() || presented_->modalTransitionStyle() == UIModalTransitionStyle::crossDissolve;
+    return AnimationTiming::easeOut(fades ? fadeTime : moveTime);
+}
+
+void UIPresentationController::present(UIWindow& window, Animated animated, Completion completion)
+{
+    using Direction = UIViewController::Direction;
+    auto self = weak_from_this().lock();
+    auto window_ = std::static_pointer_cast<UIWindow>(window.weak_from_this().lock());
+    state_ = State::presenting;
+    completions_.push_back(std::move(completion));
+    beginPresentation();
+    auto view = presentedView();
+    container_ = std::make_shared<Container>(sharedFrom(this));
+    container_->setFrame(window.bounds());
+    container_->setAutoresizingMask({UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight});
+    container_->dimming->setHidden(!dimsBackground());
+    presented_->holdsAppearance_ = true;
+
+    presentationTransitionWillBegin();
+    auto begin = [animated](UIView& tree, Direction direction) {
+        eachController(
+            tree, [&](UIViewController& controller) { controller.beginAppearance(direction, animated); },
+            [](const auto&) {});
+    };
+    auto presenter = presenting_.lock();
+    if (window.isVisible()) {
+        if (presenter && shouldRemovePresentersView() && presenter->isViewLoaded())
+            begin(*presenter->view(), Direction::disappear);
+        begin(*view, Direction::appear);
+    }
+    // Who heard of it may have ended it, or closed the window.
+    if (state_ != State::presenting)
+        return;
+    UIView::performWithoutAnimation([&] {
+        container_->addSubview(view);
+        window_->addSubview(container_);
+        if (state_ != State::presenting)
+            return;
+        container_->layoutIfNeeded();
+        if (dimsBackground() && view->cornerRadius() == 0
+            && view->bounds().size != container_->bounds().size) {
+            view->setCornerRadius(sheetCornerRadius);
+            view->setClipsToBounds(true);
+        }
+        container_->dimming->setAlpha(0);
+        place(*view, Stage::outside);
+    });
+    if (state_ != State::presenting)
+        return;
+    window_->beginModal(view);
+    if (state_ == State::presenting)
+        move(Stage::shown, animated);
+}
+
+// What is on its way already goes on from where it is.
+void UIPresentationController::move(Stage stage, Animated animated)
+{
+    auto number = ++transition_;
+    auto finish = [weak = std::weak_ptr(sharedFrom(this)), number, stage] {
+        auto self = weak.lock();
+        if (!self || self->transition_ != number)
+            return;
+        if (stage == Stage::shown)
+            self->finishPresenting();
+        else
+            self->finishDismissing();
+    };
+    auto change = [&] {
+        place(*presentedView(), stage);
+        container_->dimming->setAlpha(stage == Stage::shown ? 1 : 0);
+    };
+    if (animated == Animated::yes && container_->window()) {
+        UIView::animate(transitionTiming(stage), change, [finish](bool) { finish(); });
+        return;
+    }
+    UIView::performWithoutAnimation(change);
+    // Appearance ends after the first layout, as everywhere.
+    if (stage == Stage::shown)
+        RunLoop::main().perform(finish);
+    else
+        finish();
+}
+
+// Appearance of what a transition has held back.
+void UIPresentationController::settle(UIViewController& controller)
+{
+    controller.holdsAppearance_ = false;
+    auto view = controller.viewIfLoaded();
+    auto window = view ? view->window() : nullptr;
+    if (!window || !window->isVisible())
+        return;
+    eachController(*view, [](UIViewController&) {}, [](const auto& inside) { inside->endAppearance(); });
+}
+
+void UIPresentationController::finishPresenting()
+{
+    auto self = weak_from_this().lock();
+    state_ = State::presented;
+    settle(*presented_);
+    if (state_ == State::presented && shouldRemovePresentersView())
+        removePresenter();
+    if (state_ != State::presented)
+        return;
+    presentationTransitionDidEnd();
+    for (const auto& completion : std::exchange(completions_, {})) {
+        if (completion)
+            completion();
+    }
+}
+
+void UIPresentationController::removePresenter()
+{
+    auto presenter = presenting_.lock();
+    auto view = presenter ? presenter->viewIfLoaded() : nullptr;
+    auto place = view ? view->superview() : nullptr;
+    if (!place)
+        return;
+    presentersPlace_ = place;
+    auto index = std::ranges::find(place->subviews(), view) - place->subviews().begin();
+    presentersIndex_ = static_cast<std::size_t>(index);
+    view->removeFromSuperview();
+}
+
+void UIPresentationController::restorePresenter()
+{
+    auto place = std::exchange(presentersPlace_, {}).lock();
+    auto presenter = presenting_.lock();
+    if (!place || !presenter || presenter->view()->superview())
+        return;
+    // A window may have another root meanwhile.
+    if (auto* window = dynamic_cast<UIWindow*>(place.get());
+        window && window->rootViewController() != presenter)
+        return;
+    presenter->view()->setFrame(place->bounds());
+    place->insertSubview(presenter->view(), presentersIndex_);
+}
+
+void UIPresentationController::dismiss(Animated animated, Completion completion)
+{
+    using Direction = UIViewController::Direction;
+    auto self = sharedFrom(this);
+    // What is in front goes first, and only that is seen to go.
+    if (auto above = presented_->presentation_) {
+        if (container_)
+            container_->setHidden(true);
+        above->dismiss(animated, [self, completion = std::move(completion)]() mutable {
+            if (self->state_ == State::idle) {
+                if (completion)
+                    completion();
+                return;
+            }
+            self->dismiss(Animated::no, std::move(completion));
+        });
+        return;
+    }
+    completions_.push_back(std::move(completion));
+    if (state_ == State::dismissing)
+        return;
+    state_ = State::dismissing;
+    dismissalTransitionWillBegin();
+    auto view = presentedView();
+    auto window = container_->window();
+    eachController(
+        *view,
+        [&](UIViewController& controller) { controller.beginAppearance(Direction::disappear, animated); },
+        [](const auto&) {});
+    auto presenter = presenting_.lock();
+    if (presenter && presenter->isViewLoaded() && !presentersPlace_.expired()) {
+        presenter->holdsAppearance_ = true;
+        if (window && window->isVisible())
+            presenter->beginAppearance(Direction::appear, animated);
+        restorePresenter();
+    }
+    if (state_ != State::dismissing)
+        return;
+    // Keys and touches are for what is behind from here on.
+    container_->setUserInteractionEnabled(false);
+    if (window)
+        window->endModal(*view);
+    if (state_ == State::dismissing)
+        move(Stage::outside, animated);
+}
+
+void UIPresentationController::abandon()
+{
+    if (state_ == State::idle)
+        return;
+    finishDismissing();
+}
+
+void UIPresentationController::finishDismissing()
+{
+    auto self = weak_from_this().lock();
+    ++transition_;
+    state_ = State::idle;
+    presented_->holdsAppearance_ = false;
+    auto presenter = presenting_.lock();
+    if (presenter) {
+        restorePresenter();
+        settle(*presenter);
+    }
+    auto view = presentedView();
+    auto container = std::exchange(container_, nullptr);
+    container->removeFromSuperview();
+    UIView::performWithoutAnimation([&] {
+        view->removeFromSuperview();
+        place(*view, Stage::shown);
+    });
+    endPresentation();
+    if (presenter && presenter->presentation_.get() == this)
+        presenter->presentation_.reset();
+    dismissalTransitionDidEnd();
+    for (const auto& completion : std::exchange(completions_, {})) {
+        if (completion)
+            completion();
+    }
 }
 
 } // namespace platform

@@ -2,35 +2,90 @@
 #pragma once
 
 #include "platform/foundation/NSObject.h"
-#include "platform/uikit/Forward.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/uikit/AnimationTiming.h"
+#include "platform/uikit/UIViewController.h"
 
+#include <functional>
 #include <memory>
 
 namespace platform {
 
-// Stands between a controller that presents another over itself and the presented one. Kept by who presents. It
-// moves no views: showing and dismissing are the presenter's part. Main thread only.
+// Stands between a controller that presents another over itself and the presented one, from the beginning of the
+// presentation to its end. Puts the presented view in front of all of the window, moves it in and out, and keeps keys,
+// focus and assistive technology inside of it meanwhile. Kept by who presents. Main thread only.
 class UIPresentationController : public NSObject {
 public:
     // The presented controller must not be null; the presenting one may be unknown yet.
     explicit UIPresentationController(std::shared_ptr<UIViewController> presented,
                                       std::weak_ptr<UIViewController> presenting = {});
+    ~UIPresentationController() override;
 
     const std::shared_ptr<UIViewController>& presentedViewController() const { return presented_; }
     // Null once it is gone.
     std::shared_ptr<UIViewController> presentingViewController() const { return presenting_.lock(); }
     // What is shown of the presented controller: its view, loaded by this call.
     virtual std::shared_ptr<UIView> presentedView() const;
+    // What holds the presented view while it is shown: all of the window. Null before and after.
+    std::shared_ptr<UIView> containerView() const;
 
     // From here until `endPresentation`, or until this object goes, the presented controller and those inside it
-    // answer UIViewController::presentationController() with this one.
+    // answer UIViewController::presentationController() with this one. Presenting does so by itself.
     void beginPresentation();
     void endPresentation();
 
+    // --- For kinds of presentation ------------------------------------------------------------------
+    // Asked whenever the container is laid out. The default: all of it, or for sheets a card in its middle of the
+    // controller's preferred size, as large as fits.
+    virtual CGRect frameOfPresentedViewInContainerView() const;
+    // Whether the presenter's view is out of the window while this one covers it. Default: for full screen.
+    virtual bool shouldRemovePresentersView() const;
+    // Whether what is behind is darkened. Default: for sheets.
+    virtual bool dimsBackground() const;
+    virtual void presentationTransitionWillBegin() { }
+    virtual void presentationTransitionDidEnd() { }
+    virtual void dismissalTransitionWillBegin() { }
+    virtual void dismissalTransitionDidEnd() { }
+    // The user pressed beside the presented view. Default: nothing.
+    virtual void backgroundPressed() { }
+
+protected:
+    // How the presented view looks before it has come and after it has gone, and while it is there: transform and
+    // alpha. Called inside of the animation. The default moves it in from below or fades it, as its transition style
+    // says; it always fades where motion is reduced.
+    enum class Stage { outside, shown };
+    virtual void place(UIView& presentedView, Stage stage) const;
+    virtual AnimationTiming transitionTiming(Stage towards) const;
+    bool isMotionReduced() const;
+
 private:
+    friend class UIViewController;
+    enum class State { idle, presenting, presented, dismissing };
+    class Container;
+    using Completion = std::function<void()>;
+
+    void present(UIWindow& window, Animated animated, Completion completion);
+    void dismiss(Animated animated, Completion completion);
+    // Ends it at once, whatever it was doing.
+    void abandon();
+    void move(Stage stage, Animated animated);
+    void finishPresenting();
+    void finishDismissing();
+    void removePresenter();
+    void restorePresenter();
+    void settle(UIViewController& controller);
+
     // fixed after construction
     std::shared_ptr<UIViewController> presented_;
     std::weak_ptr<UIViewController> presenting_;
+    // main thread only
+    State state_ = State::idle;
+    unsigned transition_ =
+        0; // counts them: an animation that is over asks whether it is still about this one
+    std::shared_ptr<Container> container_;
+    std::vector<Completion> completions_;
+    std::weak_ptr<UIView> presentersPlace_; // the superview that it was taken out of
+    std::size_t presentersIndex_ = 0;
 };
 
 } // namespace platform

@@ -17,7 +17,7 @@ bool UIResponder::becomeFirstResponder()
 {
     assertOnMainThread();
     auto window = responderWindow();
-    if (!window || !canBecomeFirstResponder())
+    if (!window || !canBecomeFirstResponder() || window->keepsKeyboardFrom(*this))
         return false;
     auto present = window->firstResponder_.lock();
     if (present.get() == this)

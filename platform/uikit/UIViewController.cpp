@@ -5,6 +5,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/uikit/UIPresentationController.h"
 #include "platform/uikit/UIView.h"
 #include "platform/uikit/UIWindow.h"
 
@@ -26,6 +27,8 @@ UIViewController::UIViewController(std::string nibName, std::shared_ptr<Bundle> 
 
 UIViewController::~UIViewController()
 {
+    if (auto presentation = std::move(presentation_))
+        presentation->abandon();
     // Whoever still holds the view holds a view without a controller.
     if (view_)
         view_->viewController_.reset();
@@ -74,28 +77,31 @@ void UIViewController::setView(std::shared_ptr<UIView> view)
     }
 }
 
-void UIViewController::beginAppearance(Direction direction)
+void UIViewController::beginAppearance(Direction direction, Animated animated)
 {
     auto isThere = appearance_ == Appearance::appeared || appearance_ == Appearance::appearing;
     if (isThere == (direction == Direction::appear))
         return;
+    appearanceAnimated_ = animated;
     if (direction == Direction::appear) {
         appearance_ = Appearance::appearing;
-        viewWillAppear(Animated::no);
+        viewWillAppear(animated);
     } else {
         appearance_ = Appearance::disappearing;
-        viewWillDisappear(Animated::no);
+        viewWillDisappear(animated);
     }
 }
 
 void UIViewController::endAppearance()
 {
     if (appearance_ == Appearance::appearing) {
+        if (isAppearanceHeld())
+            return;
         appearance_ = Appearance::appeared;
-        viewDidAppear(Animated::no);
+        viewDidAppear(appearanceAnimated_);
     } else if (appearance_ == Appearance::disappearing) {
         appearance_ = Appearance::disappeared;
-        viewDidDisappear(Animated::no);
+        viewDidDisappear(appearanceAnimated_);
     }
 }
 

@@ -71,6 +71,8 @@ void UIView::tellDidMoveToWindow()
     } else {
         controller->beginAppearance(UIViewController::Direction::disappear); // of a window closed meanwhile
         controller->endAppearance();
+        if (!window_)
+            controller->viewDidLeaveWindow();
     }
 }
 

@@ -62,6 +62,14 @@ public:
     enum class FocusDirection { forward, backward };
     void advanceFocus(FocusDirection direction);
 
+    // --- Modality ---------------------------------------------------------------------------------
+    // While there is a modal view, keys, the focus and assistive technology stay inside of it: the one begun last of
+    // those that are in this window. The keyboard goes back to who had it. Touches go by what is in front, which the
+    // caller sees to. A view that goes ends by itself.
+    void beginModal(const std::shared_ptr<UIView>& view);
+    void endModal(const UIView& view);
+    std::shared_ptr<UIView> modalView() const; // null when there is none
+
     // Edges that the window's own furniture covers.
     void setBaseSafeAreaInsets(UIEdgeInsets insets);
     // Appearance, contrast, text size ... of this window; the desktop's unless set here.
@@ -114,7 +122,10 @@ private:
     void titleDidChange();
     void viewWillLeave(UIView& view);
     void firstResponderDidChange();
-    void surroundingsDidChange(); // the desktop's settings, or the screen
+    void endModalsBelow(const UIView& view);
+    bool keepsKeyboardFrom(UIResponder& responder) const; // something modal is in front of it
+    std::shared_ptr<UIResponder> keyResponder() const;    // where a key press begins
+    void surroundingsDidChange();                         // the desktop's settings, or the screen
     void setHovered(const std::shared_ptr<UIView>& view);
     bool isAllDirty() const { return dirty_.contains({{}, bounds().size}); }
 

@@ -20,6 +20,11 @@ struct UIWindow::Dispatch {
     std::vector<std::weak_ptr<UIView>>
         hovered;                    // the view under the pointer and those around it, innermost first
     std::optional<CGPoint> pointer; // none while the pointer is elsewhere
+    struct Modal {
+        std::weak_ptr<UIView> view;
+        std::weak_ptr<UIResponder> formerResponder; // who had the keyboard before
+    };
+    std::vector<Modal> modals; // in order of beginning
 };
 
 // A window does one thing at a time.

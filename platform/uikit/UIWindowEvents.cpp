@@ -56,9 +56,7 @@ bool UIWindow::sendPress(const UIPress& press)
     if (isClosed_)
         return false;
     auto keptAlive = weak_from_this().lock();
-    auto responder = firstResponder();
-    if (!responder && rootViewController_)
-        responder = rootViewController_->viewIfLoaded();
+    auto responder = keyResponder();
     if (responder ? responder->pressesBegan(press) : pressesBegan(press))
         return true;
     if (isClosed_)
@@ -87,9 +85,7 @@ void UIWindow::sendPressEnded(const UIPress& press)
     if (isClosed_)
         return;
     auto keptAlive = weak_from_this().lock();
-    auto responder = firstResponder();
-    if (!responder && rootViewController_)
-        responder = rootViewController_->viewIfLoaded();
+    auto responder = keyResponder();
     if (responder)
         responder->pressesEnded(press);
 }
@@ -185,6 +181,7 @@ void UIWindow::firstResponderDidChange()
 // A view and what it holds is about to go: the keyboard and the pointer are not there any more.
 void UIWindow::viewWillLeave(UIView& view)
 {
+    endModalsBelow(view);
     auto responder = firstResponder();
     if (responder && reaches(responder, view)) {
         responder->resignFirstResponder();
@@ -222,8 +219,12 @@ void UIWindow::advanceFocus(FocusDirection direction)
     bool backwards = direction == FocusDirection::backward;
     auto keptAlive = weak_from_this().lock();
     std::vector<std::shared_ptr<UIView>> order;
-    for (const auto& subview : subviews())
-        collectFocusable(*subview, order);
+    if (auto modal = modalView()) {
+        collectFocusable(*modal, order);
+    } else {
+        for (const auto& subview : subviews())
+            collectFocusable(*subview, order);
+    }
     auto mirrored = effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
     std::ranges::sort(order, {}, [&](const std::shared_ptr<UIView>& view) {
         auto place = view->convertTo(view->bounds(), nullptr);
