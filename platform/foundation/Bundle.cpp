@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/Bundle.h"
 
+#include "platform/foundation/BundleStringTables_p.h"
 #include "platform/foundation/FileReading_p.h"
 #include "platform/foundation/Logger.h"
 
 #include <climits>
+#include <cstdlib>
 #include <utility>
 
+#include <dlfcn.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,6 +34,31 @@ URL runningExecutable()
     return URL::fileURL(length > 0 ? std::string_view(path, static_cast<std::size_t>(length)) : "/");
 }
 
+// The file that the code at `address` was loaded from.
+std::optional<URL> fileOfCode(const void* address)
+{
+    Dl_info information;
+    link_map* loaded = nullptr;
+    if (!::dladdr1(address, &information, reinterpret_cast<void**>(&loaded), RTLD_DL_LINKMAP) || !loaded)
+        return std::nullopt;
+    // The program itself has no name there; its argument would depend on the working directory.
+    if (!*loaded->l_name)
+        return runningExecutable();
+    char path[PATH_MAX];
+    return ::realpath(loaded->l_name, path) ? std::optional(URL::fileURL(path)) : std::nullopt;
+}
+
+URL resourcesOfCode(const URL& file)
+{
+    auto directory = file.deletingLastPathComponent();
+    auto prefix = directory.deletingLastPathComponent();
+    // Libraries may lie in a directory of their machine or program: lib/x86_64-linux-gnu.
+    if (prefix.lastPathComponent().starts_with("lib"))
+        prefix = prefix.deletingLastPathComponent();
+    auto shared = prefix.appendingPathComponent("share").appendingPathComponent("zelk");
+    return exists(shared) ? shared : directory;
+}
+
 } // namespace
 
 Bundle::Bundle(Token, URL bundleURL, PropertyListDictionary information,
@@ -37,6 +66,7 @@ Bundle::Bundle(Token, URL bundleURL, PropertyListDictionary information,
     : bundleURL_(std::move(bundleURL))
     , infoDictionary_(std::move(information))
     , informationError_(std::move(informationError))
+    , stringTables_(std::make_shared<BundleStringTables>())
 {
 }
 
@@ -65,6 +95,15 @@ std::shared_ptr<Bundle> Bundle::forExecutable(const URL& executable)
         }
     }
     return std::make_shared<Bundle>(Token(), std::move(place), std::move(dictionary), std::move(error));
+}
+
+std::shared_ptr<Bundle> Bundle::forCode(const void* address)
+{
+    auto file = fileOfCode(address);
+    if (!file)
+        return nullptr;
+    // A directory that many share has no manifest of its own.
+    return std::make_shared<Bundle>(Token(), resourcesOfCode(*file), PropertyListDictionary(), std::nullopt);
 }
 
 Result<std::shared_ptr<Bundle>> Bundle::open(const URL& directory)
