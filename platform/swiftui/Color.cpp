@@ -5,6 +5,11 @@
 
 namespace platform {
 
+std::optional<CGColor> Color::cgColor() const
+{
+    return color.isDynamic() ? std::nullopt : std::optional(color.cgColor());
+}
+
 Color::Node::Node(const NodeContext& context, const Color& view)
     : PlatformViewNode(context)
 {

@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/graphics/CGColor.h"
 #include "platform/graphics/UIColor.h"
 #include "platform/swiftui/PlatformViewNode.h"
 #include "platform/swiftui/View.h"
+
+#include <optional>
 
 namespace platform {
 
 // A colour that fills all that is offered.
 struct Color {
     UIColor color;
+
+    // Nothing for a colour that depends on where it is shown.
+    std::optional<CGColor> cgColor() const;
 
     class Node;
     bool operator==(const Color&) const = default;

@@ -69,6 +69,11 @@ void TextEditor::Node::readSources()
     textView_->setFont(font.resolved(environment<SizeCategoryKey>(), environment<TextScaleKey>()));
     textView_->setTextColor(environment<ForegroundColorKey>());
     textView_->setUserInteractionEnabled(environment<IsEnabledKey>());
+    // Whoever finds the text view and tints it keeps that until the surroundings have another tint.
+    if (auto tint = environment<TintKey>(); tint != tint_) {
+        tint_ = tint;
+        textView_->setTintColor(tint);
+    }
 }
 
 CGSize TextEditor::Node::measure(const ProposedSize& proposal)

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "platform/foundation/String.h"
+#include "platform/graphics/UIColor.h"
 #include "platform/swiftui/Binding.h"
 #include "platform/swiftui/PlatformViewNode.h"
 
 #include <memory>
+#include <optional>
 
 namespace platform {
 
@@ -38,7 +40,8 @@ private:
     std::shared_ptr<UITextView> textView_;
     std::shared_ptr<Delegate> delegate_;
     Binding<String> text_;
-    String written_; // what the text view was last given, or gave
+    String written_;              // what the text view was last given, or gave
+    std::optional<UIColor> tint_; // of the surroundings
 };
 
 } // namespace platform

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/swiftui/PreferredColorSchemes.h"
 #include "platform/swiftui/ProposedSize.h"
 #include "platform/swiftui/ViewHost.h"
 #include "platform/uikit/UIViewController.h"
@@ -33,7 +34,13 @@ protected:
     ViewHost& host() { return *host_; }
 
 private:
+    class HostingView;
     void writeEnvironment(const UITraitCollection& traits);
+    void writeTint(const UIView& view);
+    void applyColorScheme();
+
+    std::shared_ptr<PreferredColorSchemes> colorSchemes_;
+    std::weak_ptr<UIView> styled_; // what has been made light or dark for the content
     std::unique_ptr<ViewHost> host_;
 };
 

@@ -55,6 +55,7 @@
 #include "platform/swiftui/padding.h"
 #include "platform/swiftui/placement.h"
 #include "platform/swiftui/shapes.h"
+#include "platform/swiftui/preferredColorScheme.h"
 #include "platform/swiftui/stacks.h"
 #include "platform/swiftui/task.h"
 #include "platform/swiftui/transition.h"
