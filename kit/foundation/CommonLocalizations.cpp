@@ -3,6 +3,8 @@
 
 #include "kit/foundation/zelkKitLocalized.h"
 
+#include "platform/foundation/Precondition.h"
+
 #include <array>
 #include <mutex>
 
@@ -24,6 +26,13 @@ constexpr std::array<std::string_view, 23> keys = {
 };
 static_assert(keys.size() == static_cast<std::size_t>(CommonLocalizations::goBack) + 1);
 
+std::size_t place(CommonLocalizations term)
+{
+    auto result = static_cast<std::size_t>(term);
+    platform::precondition(result < keys.size(), "there is no such common term");
+    return result;
+}
+
 struct Memo {
     std::once_flag once;
     std::string text;
@@ -33,14 +42,14 @@ struct Memo {
 
 std::string_view key(CommonLocalizations term)
 {
-    return keys.at(static_cast<std::size_t>(term));
+    return keys[place(term)];
 }
 
 const std::string& value(CommonLocalizations term)
 {
     // Never destroyed: texts are asked for until the very end of the process.
     static auto& memos = *new std::array<Memo, keys.size()>();
-    auto& memo = memos.at(static_cast<std::size_t>(term));
+    auto& memo = memos[place(term)];
     std::call_once(memo.once, [&] { memo.text = zelkKitLocalized(key(term)); });
     return memo.text;
 }
