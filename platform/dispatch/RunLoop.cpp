@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/dispatch/RunLoop.h"
 
+#include "platform/foundation/MainThreadWork.h"
 #include "platform/foundation/Precondition.h"
 
 #include <algorithm>
@@ -88,7 +89,11 @@ void assertOnMainThread(std::source_location caller)
 // Never destroyed: other threads may still give work while the process exits.
 RunLoop& RunLoop::main()
 {
-    static RunLoop& loop = *new RunLoop;
+    static RunLoop& loop = [] -> RunLoop& {
+        auto& made = *new RunLoop;
+        setMainThreadExecutor([](MainThreadWork work) { main().perform(std::move(work)); });
+        return made;
+    }();
     return loop;
 }
 
