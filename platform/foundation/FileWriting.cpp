@@ -90,7 +90,7 @@ std::expected<Destination, int> destinationOf(std::string path)
 class DraftFile {
 public:
     explicit DraftFile(const std::string& directory)
-        : path_(directory + "/.zelk-" + UUID().string())
+        : path_(directory + "/" + std::string(draftPrefix) + UUID().string())
     {
     }
     ~DraftFile()

@@ -8,6 +8,10 @@
 
 namespace platform {
 
+// What the name of a file begins with that is being written beside the one it will replace. A process that is killed
+// leaves it behind.
+inline constexpr std::string_view draftPrefix = ".zelk-";
+
 // The error of something that could not be done to a file. `deed` completes "couldn’t be ..." and `clause` completes
 // "because ...".
 Error fileWriteError(NSCocoaError code, const URL& file, std::string_view deed, std::string_view clause);
