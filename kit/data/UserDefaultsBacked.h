@@ -53,13 +53,13 @@ template <class Value>
 struct UserDefaultsBacked {
     // Stores nothing. Requires: a store.
     UserDefaultsBacked(
-        Value wrappedValue, std::string key,
-        std::shared_ptr<platform::NSUserDefaults> storage = platform::NSUserDefaults::standardUserDefaults())
-        : key(std::move(key))
+        Value wrappedValue, std::string settingKey,
+        std::shared_ptr<platform::NSUserDefaults> store = platform::NSUserDefaults::standardUserDefaults())
+        : key(std::move(settingKey))
         , defaultValue(std::move(wrappedValue))
-        , storage(std::move(storage))
+        , storage(std::move(store))
     {
-        platform::precondition(this->storage != nullptr, "a setting needs a store");
+        platform::precondition(storage != nullptr, "a setting needs a store");
     }
 
     // What is stored; the default value when nothing is, or nothing that converts to `Value`, which stays as it is.
