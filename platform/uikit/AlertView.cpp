@@ -324,8 +324,10 @@ void AlertView::placeSeparators(const Arrangement& all)
     }
 }
 
-void AlertView::focusDefaultButton()
+void AlertView::didAppear()
 {
+    textArea_->flashScrollIndicators();
+    buttonArea_->flashScrollIndicators();
     if (std::ranges::any_of(buttons_, &AlertButton::isFirstResponder))
         return;
     auto owner = owner_.lock();

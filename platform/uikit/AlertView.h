@@ -24,8 +24,8 @@ public:
 
     // Takes the actions from the owner.
     void setContent(const std::string& title, const std::string& message);
-    // Gives the keyboard to the button that Return chooses, unless one of them has it.
-    void focusDefaultButton();
+    // Gives the keyboard to the button that Return chooses, unless one of them has it, and shows what scrolls.
+    void didAppear();
 
     CGSize sizeThatFits(CGSize room) const override;
     void layoutSubviews() override;

@@ -16,6 +16,7 @@ UIAlertController::UIAlertController(std::optional<std::string> title, std::opti
     , message_(std::move(message))
 {
     UIViewController::setTitle(std::move(title).value_or(""));
+    setModalPresentationStyle(UIModalPresentationStyle::overFullScreen);
 }
 
 UIAlertController::~UIAlertController()
@@ -117,7 +118,7 @@ void UIAlertController::viewWillAppear(Animated animated)
 void UIAlertController::viewDidAppear(Animated animated)
 {
     UIViewController::viewDidAppear(animated);
-    card_->focusDefaultButton();
+    card_->didAppear();
 }
 
 std::shared_ptr<UIPresentationController>

@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/uikit/PresentationQueue.h"
 #include "platform/uikit/UIControllerWalk_p.h"
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UIViewControllerAncestry_p.h"
@@ -23,6 +24,13 @@ UIColor dimmingColor()
 {
     return UIColor::dynamic(UIColor::gray(0, 0.2), UIColor::gray(0, 0.48), UIColor::gray(0, 0.4),
                             UIColor::gray(0, 0.65));
+}
+
+bool isSheetStyle(const UIViewController& controller)
+{
+    auto style = controller.modalPresentationStyle();
+    return style == UIModalPresentationStyle::automatic || style == UIModalPresentationStyle::pageSheet
+        || style == UIModalPresentationStyle::formSheet;
 }
 
 } // namespace
@@ -109,7 +117,7 @@ void UIPresentationController::endPresentation()
 CGRect UIPresentationController::frameOfPresentedViewInContainerView() const
 {
     auto all = container_ ? container_->bounds() : CGRect{};
-    if (!dimsBackground())
+    if (!isSheetStyle(*presented_))
         return all;
     auto room = all.inset(container_->safeAreaInsets()).insetBy(sheetMargin, sheetMargin);
     if (room.isNull())
@@ -127,9 +135,7 @@ bool UIPresentationController::shouldRemovePresentersView() const
 
 bool UIPresentationController::dimsBackground() const
 {
-    auto style = presented_->modalPresentationStyle();
-    return style == UIModalPresentationStyle::automatic || style == UIModalPresentationStyle::pageSheet
-        || style == UIModalPresentationStyle::formSheet;
+    return isSheetStyle(*presented_);
 }
 
 bool UIPresentationController::isMotionReduced() const
@@ -190,7 +196,7 @@ void UIPresentationController::present(UIWindow& window, Animated animated, Comp
         if (state_ != State::presenting)
             return;
         container_->layoutIfNeeded();
-        if (dimsBackground() && view->cornerRadius() == 0
+        if (isSheetStyle(*presented_) && view->cornerRadius() == 0
             && view->bounds().size != container_->bounds().size) {
             view->setCornerRadius(sheetCornerRadius);
             view->setClipsToBounds(true);
@@ -367,6 +373,8 @@ void UIPresentationController::finishDismissing()
         if (completion)
             completion();
     }
+    if (presenter)
+        PresentationQueue::run(*presenter);
 }
 
 } // namespace platform
