@@ -3,6 +3,7 @@
 
 // Everything that a program needs to describe its views.
 
+#include "platform/swiftui/Alert.h"
 #include "platform/swiftui/Alignment.h"
 #include "platform/swiftui/Angle.h"
 #include "platform/swiftui/Animation.h"
@@ -41,6 +42,7 @@
 #include "platform/swiftui/View.h"
 #include "platform/swiftui/ZStack.h"
 #include "platform/swiftui/accessibility.h"
+#include "platform/swiftui/alert.h"
 #include "platform/swiftui/animation.h"
 #include "platform/swiftui/appearance.h"
 #include "platform/swiftui/effects.h"
