@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include <unicode/localebuilder.h>
 #include <unicode/localematcher.h>
 #include <unicode/locid.h>
 
@@ -31,7 +32,12 @@ std::optional<Tag> tagOf(std::string name)
     auto locale = icu::Locale::forLanguageTag(name, status);
     if (U_FAILURE(status) || locale.isBogus() || !*locale.getLanguage())
         return std::nullopt;
-    locale = icu::Locale(locale.getLanguage(), locale.getScript(), locale.getCountry());
+    // Without variants and extensions, which no localization differs in.
+    locale = icu::LocaleBuilder()
+                 .setLanguage(locale.getLanguage())
+                 .setScript(locale.getScript())
+                 .setRegion(locale.getCountry())
+                 .build(status);
     locale.canonicalize(status);
     // The written language of Norway is Bokmål unless it is said to be the other.
     if (std::string_view(locale.getLanguage()) == "no")
