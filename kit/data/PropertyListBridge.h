@@ -4,11 +4,13 @@
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/String.h"
 
-#include <algorithm>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -60,7 +62,7 @@ concept Real = std::same_as<Type, float> || std::same_as<Type, double>;
 template <class Type>
 concept HasRawValue = requires(Type value) { rawValue(value); };
 template <class Type>
-concept HasCases = requires(Type value) { std::ranges::begin(allCases(value)); };
+concept HasCases = requires(Type value) { std::begin(allCases(value)); };
 
 template <class Map>
 concept TextMap =
@@ -79,10 +81,7 @@ struct PropertyListBridge<platform::PropertyListValue> {
 
 template <bridging::Stored Type>
 struct PropertyListBridge<Type> {
-    static platform::PropertyListValue object(const Type& value)
-    {
-        return platform::PropertyListValue::Storage(value);
-    }
+    static platform::PropertyListValue object(const Type& value) { return value; }
     static std::optional<Type> value(const platform::PropertyListValue& object)
     {
         auto* stored = object.as<Type>();
@@ -101,10 +100,7 @@ struct PropertyListBridge<platform::String> {
 
 template <>
 struct PropertyListBridge<bool> {
-    static platform::PropertyListValue object(bool value)
-    {
-        return platform::PropertyListValue::Storage(value);
-    }
+    static platform::PropertyListValue object(bool value) { return value; }
     static std::optional<bool> value(const platform::PropertyListValue& object)
     {
         auto number = bridging::exactInteger(object);
@@ -114,10 +110,7 @@ struct PropertyListBridge<bool> {
 
 template <bridging::Integer Type>
 struct PropertyListBridge<Type> {
-    static platform::PropertyListValue object(Type value)
-    {
-        return platform::PropertyListValue::Storage(std::int64_t(value));
-    }
+    static platform::PropertyListValue object(Type value) { return value; }
     static std::optional<Type> value(const platform::PropertyListValue& object)
     {
         auto number = bridging::exactInteger(object);
@@ -128,10 +121,7 @@ struct PropertyListBridge<Type> {
 
 template <bridging::Real Type>
 struct PropertyListBridge<Type> {
-    static platform::PropertyListValue object(Type value)
-    {
-        return platform::PropertyListValue::Storage(double(value));
-    }
+    static platform::PropertyListValue object(Type value) { return value; }
     static std::optional<Type> value(const platform::PropertyListValue& object)
     {
         auto number = bridging::exactDouble(object);
@@ -186,7 +176,7 @@ struct PropertyListBridge<std::vector<Element>> {
         platform::PropertyListArray array;
         for (const Element& element : value)
             array.push_back(PropertyListBridge<Element>::object(element));
-        return platform::PropertyListValue::Storage(std::move(array));
+        return array;
     }
     static std::optional<std::vector<Element>> value(const platform::PropertyListValue& object)
     {
@@ -214,7 +204,7 @@ struct PropertyListBridge<Map> {
         platform::PropertyListDictionary dictionary;
         for (auto& [key, mapped] : value)
             dictionary.emplace(key, PropertyListBridge<Mapped>::object(mapped));
-        return platform::PropertyListValue::Storage(std::move(dictionary));
+        return dictionary;
     }
     static std::optional<Map> value(const platform::PropertyListValue& object)
     {

@@ -187,17 +187,17 @@ void NSUserDefaults::setValue(std::optional<PropertyListValue> value, std::strin
 
 void NSUserDefaults::setInteger(std::int64_t value, std::string_view key)
 {
-    store_->set(key, PropertyListValue(PropertyListValue::Storage(value)));
+    store_->set(key, PropertyListValue(value));
 }
 
 void NSUserDefaults::setDouble(double value, std::string_view key)
 {
-    store_->set(key, PropertyListValue(PropertyListValue::Storage(value)));
+    store_->set(key, PropertyListValue(value));
 }
 
 void NSUserDefaults::setBool(bool value, std::string_view key)
 {
-    store_->set(key, PropertyListValue(PropertyListValue::Storage(value)));
+    store_->set(key, PropertyListValue(value));
 }
 
 void NSUserDefaults::setURL(const URL& value, std::string_view key)

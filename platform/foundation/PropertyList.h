@@ -4,11 +4,13 @@
 #include "platform/foundation/Result.h"
 
 #include <chrono>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -21,6 +23,15 @@ using PropertyListDictionary = std::map<std::string, PropertyListValue, std::les
 using PropertyListData = std::vector<std::byte>;
 using PropertyListDate = std::chrono::sys_seconds;
 
+// What becomes a value as it stands, without being named as Storage: truth values, integers that 64 signed bits hold,
+// reals, dates, bytes and containers.
+template <class Type>
+concept PropertyListStorable = std::same_as<Type, double> || std::same_as<Type, float>
+    || (std::integral<Type> && !std::same_as<Type, char>
+        && (sizeof(Type) < sizeof(std::int64_t) || std::signed_integral<Type>))
+    || std::same_as<Type, PropertyListDate> || std::same_as<Type, PropertyListData>
+    || std::same_as<Type, PropertyListArray> || std::same_as<Type, PropertyListDictionary>;
+
 // A value of a property list: text, number, truth value, date, bytes, array or dictionary.
 class PropertyListValue {
 public:
@@ -30,6 +41,11 @@ public:
     PropertyListValue(Storage storage);
     PropertyListValue(std::string text);
     PropertyListValue(const char* text);
+    template <PropertyListStorable Type>
+    PropertyListValue(Type value)
+        : PropertyListValue(storage(std::move(value)))
+    {
+    }
 
     // The value when it is of this type, else null: `value.as<std::string>()`. Valid while the value lives.
     template <class Type>
@@ -48,6 +64,19 @@ public:
     friend bool operator==(const PropertyListValue&, const PropertyListValue&) = default;
 
 private:
+    template <class Type>
+    static Storage storage(Type value)
+    {
+        if constexpr (std::same_as<Type, bool>)
+            return value;
+        else if constexpr (std::integral<Type>)
+            return static_cast<std::int64_t>(value);
+        else if constexpr (std::floating_point<Type>)
+            return static_cast<double>(value);
+        else
+            return value;
+    }
+
     Storage storage_;
 };
 
