@@ -24,8 +24,8 @@ public:
 
     const std::shared_ptr<AVAsset>& asset() const { return asset_; }
 
-    // The part to read; the default, from zero without end, reads all of each track. A start before zero moves to zero. An
-    // end after the asset's end stays: sound is then filled up with silence. An invalid range makes startReading fail.
+    // The part to read; the default, from zero without end, reads all of each track. What lies outside of the asset (before
+    // zero, after its duration) is not read. Within it, sound is as long as the range even where a track has none.
     // Set before starting.
     CMTimeRange timeRange() const { return timeRange_; }
     void setTimeRange(const CMTimeRange& range);
@@ -56,6 +56,7 @@ public:
 
 private:
     friend class AVAssetReaderTrackOutput;
+    std::optional<CMTimeRange> rangeToRead() const;
     void fail(const Error& error);
     void outputEnded();
 

@@ -8,6 +8,7 @@
 #include "platform/foundation/Result.h"
 
 #include <atomic>
+#include <stop_token>
 #include <variant>
 
 namespace platform {
@@ -42,17 +43,20 @@ public:
 private:
     friend class AVAssetReader;
     bool settingsFit() const;
-    // Whether the track can be read as asked; opens no file.
-    Result<void> start(const std::shared_ptr<AVAssetReader>& reader);
-    // From 0 to 1. Any thread.
-    double progress() const;
+    // Gets ready to read `range`; `end` is the asset's. Opens no file.
+    [[nodiscard]] Result<void> start(const CMTimeRange& range, const CMTime& end, std::stop_token stop);
 
     // fixed after construction
     const std::shared_ptr<AVAssetTrack> track_;
     const OutputSettings outputSettings_;
-    // set when the reader starts, then of the thread that reads
+    // set when the reader adds it
+    bool isAdded_ = false;
     std::weak_ptr<AVAssetReader> reader_;
+    // set when the reader starts, then of the thread that reads
+    CMTime start_;
+    CMTime end_;
     std::unique_ptr<TrackReading> reading_;
+    // any thread
     std::atomic<double> progress_ = 0;
 };
 

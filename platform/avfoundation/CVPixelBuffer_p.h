@@ -14,7 +14,8 @@ struct CVPixelBuffer::Frame {
 
 AVPixelFormat pixelFormat(CVPixelFormatType type);
 
-// The picture that `frame` holds, shared and not copied. Null when its format is none of CVPixelFormatType's.
+// The picture that `frame` holds, shared and not copied. Null when it is of another
+// format or lies bottom up: it must be converted.
 std::shared_ptr<CVPixelBuffer> makePixelBuffer(const AVFrame& frame, CVPixelFormatType type);
 
 } // namespace platform

@@ -14,6 +14,9 @@
 
 namespace platform {
 
+// More are not looked at.
+inline constexpr int greatestStreamCount = 256;
+
 // Splits a media file into the packets of its streams. Times of packets are asset times in the stream's time base:
 // zero is where the asset's timeline begins, which is the movie's own zero where the container has one (QuickTime,
 // MP4) and else the earliest packet, when that lies after zero. One thread at a time.
@@ -35,7 +38,8 @@ public:
     void select(std::initializer_list<int> streams);
 
     // Goes to a packet where decoding can begin, at or before `time` (asset time, ticks of the stream) in the order of
-    // decoding: a picture with that time is decoded from there. At the start of the file when there is no such place.
+    // decoding: a picture with that time is decoded from there. At the start of the file when there is no such place. Packets of other streams before it are
+    // passed over.
     Result<void> seek(int stream, std::int64_t time);
 
     // The next packet of the selected streams. False at the end. Presentation and decode times are there unless the
@@ -48,12 +52,15 @@ private:
     void findOrigin();
     void repairTimes(AVPacket& packet);
     bool isCutOff() const;
-    bool firstPacketReaches(int stream, std::int64_t time);
+    void forgetTimes();
+    Result<void> goToStart(int stream);
+    Result<bool> findKey(int stream, std::int64_t time);
     Error failureOf(int code) const;
 
     struct StreamState {
         std::int64_t origin = 0;
         std::int64_t lastDts = AV_NOPTS_VALUE;
+        std::int64_t nextDts = AV_NOPTS_VALUE; // as the container counts
         std::int64_t wrapOffset = 0;
     };
 
@@ -63,7 +70,7 @@ private:
     // read ahead while seeking; next to be given
     Packet pending_;
     bool hasPending_ = false;
-    bool isAtEnd_ = false;
+    bool isAtStart_ = true;
 };
 
 } // namespace platform

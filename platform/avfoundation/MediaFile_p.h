@@ -38,7 +38,7 @@ public:
     bool isStopped() const { return stop_.stop_requested(); }
     // A negative number of the codec library: what went wrong with the file itself, 0 while nothing did. A file that has
     // become shorter than it was when opened is an error.
-    int failure() const { return failure_; }
+    int readFailure() const { return failure_; }
 
 private:
     MediaFile(int descriptor, const FileIdentity& identity);

@@ -14,12 +14,15 @@ struct MediaSegment {
     int stream = -1;                           // of the source
     CMTime sourceStart;                        // invalid when nothing plays
     CMTimeRange target;
+    // Whether it is all of a file's track: where that ends is what its data say, the range is what its header says.
+    bool isWholeTrack = false;
 
     bool isEmpty() const { return !source; }
     const MediaStream& mediaStream() const { return source->streams()[static_cast<std::size_t>(stream)]; }
 };
 
-// The segments that meet `range`, cut to it; their targets stay on the track's timeline. A range may be without end.
+// The segments that meet `range`, cut to it; their targets stay on the track's timeline. A range may be without end,
+// and then so is the last segment if it is all of a file's track.
 std::vector<MediaSegment> segmentsWithin(const std::vector<MediaSegment>& segments, const CMTimeRange& range);
 
 } // namespace platform

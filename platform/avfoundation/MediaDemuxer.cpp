@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: MIT
+#include "platform/avfoundation/MediaDemuxer_p.h"
+
+#include "platform/avfoundation/FFmpegError_p.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+extern "C" {
+#include <libavutil/dict.h>
+}
+
+namespace platform {
+
+namespace {
+
+// Containers of media that files have. Play lists, image sequences, captures and texts are not among them: they
+// read other files, or read anything as media.
+constexpr const char* containers = "mov,mp4,m4a,3gp,3g2,mj2,matroska,webm,avi,mp3,aac,wav,w64,aiff,caf,flac,"
+                                   "ogg,mpegts,mpeg,mpegvideo,flv,live_flv,"
+                                   "asf,amr,amrnb,amrwb,ac3,eac3,dts,truehd,h264,hevc,m4v,av1,obu,ivf,mxf,"
+                                   "nut,au,gif,wv,ape,tta,tak,yuv4mpegpipe,dv,"
+                                   "rm,aptx,sbc,mpc,mpc8,oma,voc,vc1";
+
+constexpr std::int64_t probeBytes = 5'000'000;
+constexpr std::int64_t probeDuration = 10 * AV_TIME_BASE;
+// Packets that cannot be read in a row before the rest of the file is given up.
+constexpr int patience = 1000;
+// Seconds between a stream's packets.
+constexpr int believableJump = 10;
+
+int refuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**)
+{
+    return AVERROR(EACCES);
+}
+
+int isInterrupted(void* file)
+{
+    return static_cast<MediaFile*>(file)->isStopped();
+}
+
+FormatInput makeInput(MediaFile& file)
+{
+    FormatInput format(avformat_alloc_context());
+    if (!format)
+        return format;
+    format->pb = file.context();
+    format->flags |= AVFMT_FLAG_CUSTOM_IO;
+    format->io_open = refuseToOpen;
+    format->interrupt_callback = {isInterrupted, &file};
+    format->probesize = probeBytes;
+    format->max_analyze_duration = probeDuration;
+    format->max_streams = greatestStreamCount;
+    return format;
+}
+
+bool isCover(const AVStream& stream)
+{
+    return stream.disposition & (AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS);
+}
+
+bool isMovie(const AVFormatContext& format)
+{
+    return std::string_view(format.iformat->name).starts_with("mov,");
+}
+
+} // namespace
+
+Result<std::unique_ptr<MediaDemuxer>> MediaDemuxer::open(const std::string& path, std::stop_token stop)
+{
+    silenceMediaLibrary();
+    auto file = TRY(MediaFile::open(path));
+    file->setStopToken(std::move(stop));
+    auto name = path.substr(path.rfind('/') + 1);
+    auto format = makeInput(*file);
+    if (!format)
+        return failure(mediaError(AVERROR(ENOMEM), MediaWork::open, name));
+
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "format_whitelist", containers, 0);
+    auto* raw = format.release(); // freed by the call when it fails
+    int code = avformat_open_input(&raw, name.c_str(), nullptr, &options);
+    av_dict_free(&options);
+    format.reset(code < 0 ? nullptr : raw);
+    if (code >= 0)
+        code = avformat_find_stream_info(format.get(), nullptr);
+    if (file->isStopped())
+        code = AVERROR_EXIT;
+    else if (file->readFailure() < 0)
+        code = file->readFailure();
+    else if (code >= 0 && format->nb_streams == 0)
+        code = AVERROR_INVALIDDATA;
+    if (code < 0)
+        return failure(mediaError(code, MediaWork::open, name));
+    return std::unique_ptr<MediaDemuxer>(new MediaDemuxer(std::move(file), std::move(format)));
+}
+
+MediaDemuxer::MediaDemuxer(std::unique_ptr<MediaFile> file, FormatInput format)
+    : file_(std::move(file))
+    , format_(std::move(format))
+    , states_(format_->nb_streams)
+    , pending_(makePacket())
+{
+    findOrigin();
+}
+
+void MediaDemuxer::findOrigin()
+{
+    if (isMovie(*format_))
+        return;
+    const AVStream* first = nullptr;
+    for (int index = 0; index < streamCount(); ++index) {
+        auto& candidate = stream(index);
+        auto type = candidate.codecpar->codec_type;
+        if (isCover(candidate) || candidate.start_time == AV_NOPTS_VALUE
+            || (type != AVMEDIA_TYPE_VIDEO && type != AVMEDIA_TYPE_AUDIO))
+            continue;
+        if (!first
+            || av_compare_ts(candidate.start_time, candidate.time_base, first->start_time, first->time_base)
+                < 0)
+            first = &candidate;
+    }
+    // Times before zero are what a decoder needs in advance, except in streams of broadcasts, whose clock begins
+    // anywhere and wraps around.
+    if (!first || (first->start_time < 0 && !(format_->iformat->flags & AVFMT_TS_DISCONT)))
+        return;
+    for (int index = 0; index < streamCount(); ++index)
+        states_[static_cast<std::size_t>(index)].origin =
+            av_rescale_q(first->start_time, first->time_base, stream(index).time_base);
+}
+
+std::int64_t MediaDemuxer::origin(int stream) const
+{
+    return states_[static_cast<std::size_t>(stream)].origin;
+}
+
+void MediaDemuxer::select(std::initializer_list<int> streams)
+{
+    for (int index = 0; index < streamCount(); ++index)
+        format_->streams[index]->discard =
+            std::ranges::find(streams, index) != streams.end() ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+}
+
+Error MediaDemuxer::failureOf(int code) const
+{
+    if (file_->isStopped())
+        code = AVERROR_EXIT;
+    else if (file_->readFailure() < 0)
+        code = file_->readFailure();
+    return mediaError(code, MediaWork::read, format_->url ? format_->url : "");
+}
+
+// The end of the data was met. Whether the index promises more of a selected stream: the file was cut.
+bool MediaDemuxer::isCutOff() const
+{
+    if (!isMovie(*format_))
+        return false;
+    for (int index = 0; index < streamCount(); ++index) {
+        auto* stream = format_->streams[index];
+        if (stream->discard >= AVDISCARD_ALL || isCover(*stream))
+            continue;
+        for (int entry = avformat_index_get_entries_count(stream) - 1; entry >= 0; --entry) {
+            auto* sample = avformat_index_get_entry(stream, entry);
+            if (sample && sample->pos + sample->size > identity().size)
+                return true;
+        }
+    }
+    return false;
+}
+
+Result<bool> MediaDemuxer::read(AVPacket& packet)
+{
+    if (hasPending_) {
+        hasPending_ = false;
+        av_packet_move_ref(&packet, pending_.get());
+        return true;
+    }
+    isAtStart_ = false;
+    for (int attempts = 0; attempts < patience; ++attempts) {
+        if (isStopped())
+            return failure(failureOf(AVERROR_EXIT));
+        int code = av_read_frame(format_.get(), &packet);
+        if (code >= 0) {
+            auto* stream = format_->streams[packet.stream_index];
+            if (stream->discard >= AVDISCARD_ALL || packet.stream_index >= static_cast<int>(states_.size())) {
+                av_packet_unref(&packet);
+                --attempts;
+                continue;
+            }
+            repairTimes(packet);
+            return true;
+        }
+        if (isStopped() || file_->readFailure() < 0 || code == AVERROR(ENOMEM))
+            return failure(failureOf(code));
+        if (isCutOff())
+            return failure(failureOf(AVERROR_INVALIDDATA));
+        if (code == AVERROR_EOF)
+            return false;
+    }
+    return false; // nothing but damage from here on
+}
+
+void MediaDemuxer::repairTimes(AVPacket& packet)
+{
+    auto& source = stream(packet.stream_index);
+    auto& state = states_[static_cast<std::size_t>(packet.stream_index)];
+    const bool inOrder =
+        source.codecpar->codec_type != AVMEDIA_TYPE_VIDEO || source.codecpar->video_delay == 0;
+    if (packet.dts == AV_NOPTS_VALUE && packet.pts == AV_NOPTS_VALUE && inOrder)
+        packet.dts = state.nextDts == AV_NOPTS_VALUE ? state.origin : state.nextDts;
+    if (packet.pts == AV_NOPTS_VALUE && inOrder)
+        packet.pts = packet.dts;
+    if (packet.dts == AV_NOPTS_VALUE && inOrder)
+        packet.dts = packet.pts;
+
+    auto shift = [&state](std::int64_t& time) {
+        if (time != AV_NOPTS_VALUE
+            && (__builtin_sub_overflow(time, state.origin, &time)
+                || __builtin_add_overflow(time, state.wrapOffset, &time)))
+            time = AV_NOPTS_VALUE; // a time beyond all time is none
+    };
+    shift(packet.dts);
+    if (int bits = source.pts_wrap_bits; bits > 0 && bits < 63 && packet.dts != AV_NOPTS_VALUE) {
+        const auto period = std::int64_t{1} << bits;
+        if (state.lastDts != AV_NOPTS_VALUE && packet.dts < state.lastDts - period / 2) {
+            state.wrapOffset += period;
+            packet.dts += period;
+        }
+        // Broadcasts are put together from pieces, each with a clock of its own.
+        const auto jump = packet.dts - state.lastDts;
+        if (state.lastDts != AV_NOPTS_VALUE && (format_->iformat->flags & AVFMT_TS_DISCONT)
+            && std::abs(jump) > av_rescale_q(believableJump, {1, 1}, source.time_base)) {
+            state.wrapOffset -= jump - packet.duration;
+            packet.dts -= jump - packet.duration;
+        }
+        state.lastDts = packet.dts;
+    }
+    shift(packet.pts);
+    if (packet.duration < 0)
+        packet.duration = 0;
+    // Kept as the container counts: shifted once more when it is used.
+    state.nextDts = packet.dts == AV_NOPTS_VALUE
+        ? AV_NOPTS_VALUE
+        : packet.dts - state.wrapOffset + state.origin + packet.duration;
+}
+
+Result<void> MediaDemuxer::goToStart(int stream)
+{
+    if (isAtStart_)
+        return {};
+    auto start = format_->streams[stream]->start_time;
+    if (start == AV_NOPTS_VALUE)
+        start = 0;
+    // The way back is different in each kind of container; the last one suits those without any index.
+    int code =
+        avformat_seek_file(format_.get(), stream, INT64_MIN, std::min<std::int64_t>(start, 0), start, 0);
+    if (code < 0)
+        code = av_seek_frame(format_.get(), stream, start, AVSEEK_FLAG_BACKWARD);
+    if (code < 0)
+        code = av_seek_frame(format_.get(), -1, 0, AVSEEK_FLAG_BYTE);
+    if (code < 0)
+        return failure(failureOf(code));
+    isAtStart_ = true;
+    return {};
+}
+
+void MediaDemuxer::forgetTimes()
+{
+    hasPending_ = false;
+    av_packet_unref(pending_.get());
+    for (auto& state : states_)
+        state.lastDts = state.nextDts = AV_NOPTS_VALUE, state.wrapOffset = 0;
+}
+
+// Reads on to a place where decoding can begin and keeps that packet. Whether it is early enough.
+Result<bool> MediaDemuxer::findKey(int stream, std::int64_t time)
+{
+    while (TRY(read(*pending_))) {
+        if (pending_->stream_index != stream || !(pending_->flags & AV_PKT_FLAG_KEY)) {
+            av_packet_unref(pending_.get());
+            continue;
+        }
+        hasPending_ = true;
+        return pending_->pts != AV_NOPTS_VALUE && pending_->pts <= time;
+    }
+    return false;
+}
+
+Result<void> MediaDemuxer::seek(int stream, std::int64_t time)
+{
+    // Each time further back: containers find the place by times of decoding, or by guessing from the size.
+    const auto second = av_rescale_q(1, {1, 1}, this->stream(stream).time_base);
+    for (std::int64_t back : {std::int64_t{0}, second / 4, 2 * second, 8 * second, 32 * second}) {
+        forgetTimes();
+        if (time - back <= 0)
+            break;
+        if (av_seek_frame(format_.get(), stream, time - back + origin(stream), AVSEEK_FLAG_BACKWARD) < 0)
+            break;
+        isAtStart_ = false;
+        if (TRY(findKey(stream, time)))
+            return {};
+        if (isStopped())
+            return failure(failureOf(AVERROR_EXIT));
+    }
+    forgetTimes();
+    return goToStart(stream);
+}
+
+} // namespace platform
