@@ -6,10 +6,6 @@
 
 namespace platform {
 
-namespace {
-
-// The length of the sequence at the beginning of `bytes`, or 0 when it is ill-formed. Sets `wrong` to how many
-// bytes then count as one fault: the part that could have become a character, at least one.
 std::size_t sequenceLength(std::string_view bytes, std::size_t& wrong)
 {
     auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
@@ -32,8 +28,6 @@ std::size_t sequenceLength(std::string_view bytes, std::size_t& wrong)
     }
     return length;
 }
-
-} // namespace
 
 BlockCounts countBlockByByte(std::string_view block, NextByte next)
 {

@@ -37,6 +37,10 @@ BlockCounts countBlockByByte(std::string_view block, NextByte next);
 // The length of the longest prefix of `bytes` that is well-formed.
 std::size_t wellFormedPrefixByByte(std::string_view bytes);
 
+// The length of the sequence at the beginning of `bytes`, or 0 when it is ill-formed. Sets `wrong` to how many
+// bytes then count as one fault: the part that could have become a character, at least one. Requires: not empty.
+std::size_t sequenceLength(std::string_view bytes, std::size_t& wrong);
+
 // How many bytes at the end of `text`, three at most, begin a sequence that needs more.
 std::size_t openSequenceSize(std::string_view text);
 

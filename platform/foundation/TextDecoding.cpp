@@ -22,17 +22,6 @@ FileFault illFormed(const TextDetection& detection)
                 + std::string(localizedName(detection.encoding)) + " that they begin in"};
 }
 
-DecodedText decoded(AnonymousMemory memory, std::size_t begin, TextSurvey survey,
-                    const TextDetection& detection)
-{
-    std::string_view text(memory.data() + begin, survey.size);
-    auto owner = std::move(memory).share();
-    auto shared = std::make_shared<const TextSurvey>(std::move(survey));
-    return {.text = String::adopting(std::move(owner), text, std::move(shared)),
-            .encoding = detection.encoding,
-            .evidence = detection.evidence};
-}
-
 FileOutcome<DecodedText> decodeTranscoding(AnonymousMemory memory, std::string_view bytes,
                                            const TextDetection& detection, const TextScanOptions& options)
 {
@@ -50,21 +39,15 @@ FileOutcome<DecodedText> decodeTranscoding(AnonymousMemory memory, std::string_v
 
 } // namespace
 
-std::string_view localizedName(TextEncoding encoding)
+DecodedText decoded(AnonymousMemory memory, std::size_t begin, TextSurvey survey,
+                    const TextDetection& detection)
 {
-    switch (encoding) {
-    case TextEncoding::utf8:
-        return "Unicode (UTF-8)";
-    case TextEncoding::utf16LittleEndian:
-        return "Unicode (UTF-16LE)";
-    case TextEncoding::utf16BigEndian:
-        return "Unicode (UTF-16BE)";
-    case TextEncoding::utf32LittleEndian:
-        return "Unicode (UTF-32LE)";
-    case TextEncoding::utf32BigEndian:
-        return "Unicode (UTF-32BE)";
-    }
-    return {};
+    std::string_view text(memory.data() + begin, survey.size);
+    auto owner = std::move(memory).share();
+    auto shared = std::make_shared<const TextSurvey>(std::move(survey));
+    return {.text = String::adopting(std::move(owner), text, std::move(shared)),
+            .encoding = detection.encoding,
+            .evidence = detection.evidence};
 }
 
 FileFault unknownEncoding()

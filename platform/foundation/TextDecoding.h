@@ -3,30 +3,25 @@
 
 #include "platform/foundation/Result.h"
 #include "platform/foundation/String.h"
+#include "platform/foundation/TextEncoding.h"
 #include "platform/foundation/TextSurvey.h"
 
 #include <cstddef>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
-enum class TextEncoding {
-    utf8,
-    utf16LittleEndian,
-    utf16BigEndian,
-    utf32LittleEndian,
-    utf32BigEndian,
-};
-
-// "Unicode (UTF-8)": for people.
-std::string_view localizedName(TextEncoding encoding);
-
 // What speaks for an encoding.
 enum class TextEvidence {
-    mark,       // the bytes begin with its byte-order mark
-    zeroBytes,  // the places of the zero bytes
-    wellFormed, // the bytes are well-formed in it
+    mark,             // the bytes begin with its byte-order mark
+    zeroBytes,        // the places of the zero bytes
+    wellFormed,       // the bytes are well-formed in it
+    chosen,           // somebody chose it for the file
+    escapes,          // the bytes switch character sets as ISO 2022 has it
+    nearlyWellFormed, // the bytes are UTF-8 but for rare ones
+    guess,            // the bytes make most sense in it
 };
 
 struct TextDetection {
@@ -51,16 +46,25 @@ struct DecodedText {
     String text; // with its survey, without the mark
     TextEncoding encoding;
     TextEvidence evidence;
+    // Bytes that have no meaning in the encoding, and stand in the text as U+FFFD, a sequence each. Only where the
+    // evidence is nearlyWellFormed.
+    std::size_t replacements = 0;
+    // Of a guess: what else the bytes could be decoded in, the likeliest first, beginning with what was.
+    std::vector<TextEncoding> candidates;
     bool hadMark() const { return evidence == TextEvidence::mark; }
 };
 
-// Decodes bytes strictly: every byte is understood or the whole is refused, so nothing is ever lost. Copies.
+// Decodes Unicode strictly: every byte is understood or the whole is refused, so nothing is ever lost. Copies.
 // Errors: fileReadUnknownStringEncoding when no encoding fits; fileReadInapplicableStringEncoding when
 // mark or zero bytes name one that the bytes then break (a lone surrogate, an odd byte at the end, a number
 // beyond Unicode, ill-formed UTF-8 after a UTF-8 mark).
 [[nodiscard]] Result<DecodedText> decodeText(std::string_view bytes, const TextScanOptions& options = {});
 
-// Reads a file as String::contentsOf does, and tells its encoding.
+// Reads a file as String::contentsOf does, and tells its encoding. What is not Unicode is, in this order: what the
+// file's extended attribute user.charset names, when that decodes it (it also counts before Unicode without a mark); an
+// encoding of ISO 2022, by its escapes; UTF-8 when at most one in ten sequences beyond ASCII is broken, which then are
+// replaced; the encoding that makes most sense of the bytes, the language in the file's name and the user's weighing in,
+// among those that can decode each byte. Bytes that are no text (zeroes, control characters by the hundred) are refused.
 //
 // Only regular files are read: a directory, device, pipe or socket is refused unopened. The file is copied,
 // never mapped, so that it may shrink meanwhile. A file that was written to while it was read is read again,
@@ -70,5 +74,14 @@ struct DecodedText {
 // fileReadUnsupportedScheme (not a file URL), fileReadTooLarge (does not fit into memory), fileReadUnknown (anything
 // else). The user info has a description, a failure reason and under NSFilePath the last path component.
 [[nodiscard]] Result<DecodedText> readText(const URL& url, const TextScanOptions& options = {});
+
+// The same in an encoding that the caller chose; a byte-order mark of it is left out. Errors: also
+// fileReadInapplicableStringEncoding when some byte has no meaning in it.
+[[nodiscard]] Result<DecodedText> readText(const URL& url, TextEncoding encoding,
+                                           const TextScanOptions& options = {});
+
+// Keeps the choice of an encoding with the file, in its extended attribute user.charset, where readText finds it;
+// nothing removes it. Errors: NSPOSIXErrorDomain, as the file system says.
+[[nodiscard]] Result<void> keepTextEncoding(const URL& url, std::optional<TextEncoding> encoding);
 
 } // namespace platform

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/TextReading_p.h"
 
+#include "platform/foundation/Locale.h"
 #include "platform/foundation/URL.h"
+#include "platform/foundation/UTF8.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <utility>
 
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace platform {
@@ -24,14 +27,18 @@ std::uint64_t physicalMemory()
         * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
 }
 
+// Bytes that are brought in without being looked at.
+constexpr TextDetection notUnicode{.encoding = TextEncoding::windows1252, .evidence = TextEvidence::guess};
+
 // One go at a file, while it may change.
 class ReadingAttempt {
 public:
     ReadingAttempt(ByteSource& source, AnonymousMemory memory, std::size_t expected,
-                   const TextScanOptions& options)
+                   const TextReadingHints& hints, const TextScanOptions& options)
         : source_(source)
         , memory_(std::move(memory))
         , expected_(expected)
+        , hints_(hints)
         , options_(options)
     {
     }
@@ -40,12 +47,15 @@ public:
 
 private:
     FileOutcome<TextScanResult> readRest(const TextDetection& detection, std::size_t headSize);
+    // What the beginning looks like; something to fill the memory by when it is not Unicode.
+    FileOutcome<TextDetection> detect();
     // Whether there was more than expected.
     FileOutcome<bool> readGrowth();
 
     ByteSource& source_;
     AnonymousMemory memory_;
     const std::size_t expected_;
+    const TextReadingHints& hints_;
     const TextScanOptions& options_;
     std::size_t size_ = 0; // what there is of the file, mark included
 };
@@ -56,24 +66,44 @@ FileOutcome<DecodedText> ReadingAttempt::read()
     if (headSize < 0)
         return std::unexpected(faultOf(static_cast<int>(-headSize)));
     size_ = static_cast<std::size_t>(headSize);
-    auto detection = detectTextEncoding({memory_.data(), size_});
-    if (!detection)
-        return std::unexpected(unknownEncoding());
-
-    FileOutcome<TextScanResult> scanned = readRest(*detection, size_);
+    auto detected = detect();
+    if (!detected)
+        return std::unexpected(detected.error());
+    auto scanned = readRest(*detected, size_);
+    if (scanned && !scanned->isWellFormed && detected->evidence == TextEvidence::wellFormed) {
+        // Pieces may have been left out. Now all of them are wanted, whatever they are.
+        detected = notUnicode;
+        scanned = readRest(*detected, size_);
+    }
     if (!scanned)
         return std::unexpected(scanned.error());
     if (scanned->isWellFormed)
-        size_ = detection->markSize + scanned->size;
+        size_ = detected->markSize + scanned->size;
     auto grown = scanned->isWellFormed && size_ >= expected_ ? readGrowth() : false;
     if (!grown)
         return std::unexpected(grown.error());
-    if (*grown) {
-        detection = detectTextEncoding({memory_.data(), size_});
-        if (!detection)
-            return std::unexpected(unknownEncoding());
-    }
-    return decodeDetected(std::move(memory_), size_, *detection, *grown ? nullptr : &*scanned, options_);
+    if (*grown)
+        detected = detect();
+    if (!detected)
+        return std::unexpected(detected.error());
+    if (detected->evidence == TextEvidence::guess)
+        return decodeOtherText(std::move(memory_), size_, hints_, options_);
+    if (*grown && detected->evidence == TextEvidence::wellFormed
+        && !isWellFormedUTF8({memory_.data(), size_}))
+        return decodeOtherText(std::move(memory_), size_, hints_, options_);
+    return decodeDetected(std::move(memory_), size_, *detected, *grown ? nullptr : &*scanned, options_);
+}
+
+FileOutcome<TextDetection> ReadingAttempt::detect()
+{
+    std::string_view head(memory_.data(), size_);
+    auto detection = detectTextEncoding(head);
+    if (!detection && !hints_.demanded && !hints_.chosen && isBinary(head.substr(0, textDetectionSample)))
+        return std::unexpected(unknownEncoding());
+    if (!detection || hints_.demanded
+        || (detection->evidence == TextEvidence::wellFormed && speaksAgainstUTF8(head, hints_)))
+        return notUnicode;
+    return *detection;
 }
 
 FileOutcome<TextScanResult> ReadingAttempt::readRest(const TextDetection& detection, std::size_t headSize)
@@ -143,7 +173,8 @@ bool stillBeginsWith(ByteSource& source, const DecodedText& decoded)
 
 } // namespace
 
-FileOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions& options)
+FileOutcome<DecodedText> readTextFrom(ByteSource& source, const TextReadingHints& hints,
+                                      const TextScanOptions& options)
 {
     for (int attempt = 1;; ++attempt) {
         auto before = source.status();
@@ -156,7 +187,7 @@ FileOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions&
         if (!memory)
             return std::unexpected(faultOf(ENOMEM));
 
-        ReadingAttempt reading(source, std::move(*memory), expected, options);
+        ReadingAttempt reading(source, std::move(*memory), expected, hints, options);
         auto text = reading.read();
         auto after = source.status();
         if (!after)
@@ -173,13 +204,66 @@ FileOutcome<DecodedText> readTextFrom(ByteSource& source, const TextScanOptions&
     }
 }
 
-Result<DecodedText> readText(const URL& url, const TextScanOptions& options)
+namespace {
+
+constexpr const char* charsetAttribute = "user.charset";
+
+std::optional<TextEncoding> chosenFor(const std::string& path)
+{
+    char charset[64];
+    auto size = ::getxattr(path.c_str(), charsetAttribute, charset, sizeof charset);
+    return size > 0 ? textEncodingNamed({charset, static_cast<std::size_t>(size)}) : std::nullopt;
+}
+
+LegacyHints languagesFor(const URL& url)
+{
+    LegacyHints hints;
+    if (auto language = languageOfFileName(url.lastPathComponent()); !language.empty())
+        hints.push_back({std::move(language), 0.2});
+    for (auto& language : Locale::preferredLanguages())
+        hints.push_back({language, 0.04});
+    return hints;
+}
+
+Result<DecodedText> readText(const URL& url, const TextReadingHints& hints, const TextScanOptions& options)
 {
     auto file = TRY(RegularFile::open(url));
-    auto text = readTextFrom(file, options);
+    auto text = readTextFrom(file, hints, options);
     if (!text)
         return std::unexpected(fileError(text.error().code, url, text.error().clause));
     return std::move(*text);
+}
+
+} // namespace
+
+Result<DecodedText> readText(const URL& url, const TextScanOptions& options)
+{
+    return readText(
+        url,
+        {.demanded = {}, .chosen = chosenFor(url.path()), .languages = [&url] { return languagesFor(url); }},
+        options);
+}
+
+Result<DecodedText> readText(const URL& url, TextEncoding encoding, const TextScanOptions& options)
+{
+    return readText(url, {.demanded = encoding, .chosen = {}, .languages = {}}, options);
+}
+
+Result<void> keepTextEncoding(const URL& url, std::optional<TextEncoding> encoding)
+{
+    auto path = url.path();
+    int status = 0;
+    if (encoding) {
+        auto name = charsetName(*encoding);
+        status = ::setxattr(path.c_str(), charsetAttribute, name.data(), name.size(), 0);
+    } else {
+        status = ::removexattr(path.c_str(), charsetAttribute);
+        if (status != 0 && errno == ENODATA)
+            return {};
+    }
+    if (status != 0)
+        return failure(NSError(NSPOSIXErrorDomain, errno));
+    return {};
 }
 
 } // namespace platform

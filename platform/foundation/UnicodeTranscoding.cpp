@@ -126,10 +126,9 @@ std::optional<std::size_t> transcodeToUTF8(TextEncoding encoding, std::string_vi
         return transcodeUTF32<std::endian::little>(bytes, output);
     case TextEncoding::utf32BigEndian:
         return transcodeUTF32<std::endian::big>(bytes, output);
-    case TextEncoding::utf8:
-        break;
+    default:
+        preconditionFailure("only UTF-16 and UTF-32 are transcoded here");
     }
-    preconditionFailure("UTF-8 needs no transcoding");
 }
 
 } // namespace platform

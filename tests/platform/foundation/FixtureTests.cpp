@@ -36,12 +36,11 @@ constexpr Case cases[] = {
     {"utf16be-no-mark.srt", TextEncoding::utf16BigEndian, "彼女は残った"},
     {"utf32le-mark.srt", TextEncoding::utf32LittleEndian, "e\u0301 👩‍👧"},
     {"utf32be-no-mark.srt", TextEncoding::utf32BigEndian, "Hello"},
-    {"utf8-last-byte-missing.srt", std::nullopt, ""},
-    {"utf8-surrogate-pair-as-bytes.srt", std::nullopt, ""},
+    {"utf8-last-byte-missing.srt", TextEncoding::utf8, "Fin �", 3},
     {"utf16le-odd-size.srt", std::nullopt, ""},
     {"utf16be-lone-surrogate.srt", std::nullopt, ""},
     {"utf32le-beyond-unicode.srt", std::nullopt, ""},
-    {"latin1-accents.srt", std::nullopt, ""},
+    {"latin1-accents.srt", TextEncoding::windows1252, "Où est-il passé ?"},
     {"binary-zip-header.srt", std::nullopt, ""},
 };
 
@@ -59,7 +58,8 @@ TEST(FixtureTests, Each_sample_is_read_or_refused_as_its_name_says)
         auto& survey = *read->text.survey();
         ASSERT_EQ(survey.lineCount(), lines) << file;
         auto begin = lineStart(text, survey, 2);
-        EXPECT_EQ(text.substr(begin, lineStart(text, survey, 3) - begin - 1), third) << file;
+        auto end = lines > 3 ? lineStart(text, survey, 3) - 1 : text.size();
+        EXPECT_EQ(text.substr(begin, end - begin), third) << file;
     }
 }
 

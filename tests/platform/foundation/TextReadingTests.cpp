@@ -126,8 +126,8 @@ TEST(TextReadingTests, Missing_unnameable_and_foreign_files_have_their_codes)
                 "its name is not one that a file can have");
     expectError(*URL::parse("https://example.org/a.srt"), fileReadUnsupportedScheme,
                 "URLs of type “https” aren’t supported");
-    expectError(directory.write("latin.srt", "caf\xE9"), fileReadUnknownStringEncoding,
-                "the text encoding of its contents can’t be determined");
+    expectError(directory.write("binary.srt", std::string_view("caf\xE9\0", 5)),
+                fileReadUnknownStringEncoding, "the text encoding of its contents can’t be determined");
     expectError(directory.write("cut.srt", "\xFF\xFEz"), fileReadInapplicableStringEncoding,
                 "its contents are not valid in the text encoding Unicode (UTF-16LE) that they begin in");
 }
