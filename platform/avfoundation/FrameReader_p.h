@@ -17,6 +17,8 @@ public:
 
     AVRational timeBase() const { return timeBase_; }
     MediaDecoder& decoder() { return *decoder_; }
+    // Samples that the encoder put before the sound.
+    int initialPadding() const { return demuxer_->stream(streamIndex_).codecpar->initial_padding; }
     MediaDemuxer& demuxer() { return *demuxer_; }
 
     // The next frames are those from the key picture at or before `time` (asset time, ticks), for sound from a little

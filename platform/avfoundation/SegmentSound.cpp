@@ -112,11 +112,27 @@ Result<void> SegmentSound::openConverter(PCMChunk& chunk)
     return {};
 }
 
-// Where the frame lies beside the position: silence is due before it, or some of it is past.
-void SegmentSound::placeFrame()
+// Where the frame begins, in samples. Where the container's ticks are coarser than samples, the codec's frames say
+// more: they follow each other without gaps from the encoder's padding on.
+std::int64_t SegmentSound::timeOfFrame() const
 {
     const auto time =
         std::clamp(av_rescale_q(frame_->pts, reader_->timeBase(), {1, rate_}), -farAway, farAway);
+    const auto tick = av_rescale_q(1, reader_->timeBase(), {1, rate_});
+    auto& decoder = reader_->decoder().context();
+    const auto grid = decoder.frame_size > 0 ? decoder.frame_size : frame_->nb_samples;
+    if (tick <= 1 || grid <= tick * 2)
+        return time;
+    const auto padding = reader_->initialPadding();
+    const auto end = time + frame_->nb_samples + padding;
+    const auto nearest = (end + grid / 2) / grid * grid;
+    return std::abs(nearest - end) <= tick ? nearest - padding - frame_->nb_samples : time;
+}
+
+// Where the frame lies beside the position: silence is due before it, or some of it is past.
+void SegmentSound::placeFrame()
+{
+    const auto time = timeOfFrame();
     auto ahead = time - skew_ - position_;
     if (isPlaced_ && ahead > static_cast<std::int64_t>(rate_) * believableGap) {
         skew_ += ahead;

@@ -25,6 +25,7 @@ private:
     Result<void> step(PCMChunk& chunk);
     Result<void> meetFrame(PCMChunk& chunk);
     Result<void> openConverter(PCMChunk& chunk);
+    std::int64_t timeOfFrame() const;
     void placeFrame();
     Result<void> feed(PCMChunk& chunk);
     Result<void> finish(PCMChunk& chunk);
