@@ -81,7 +81,11 @@ UIColor UIColor::withAlphaComponent(double alpha) const
 
 UIColor UIColor::blended(const UIColor& other, double fraction) const
 {
-    fraction = std::clamp(fraction, 0.0, 1.0);
+    // At either end it is that colour itself, which a pattern could not be mixed to.
+    if (fraction <= 0)
+        return *this;
+    if (fraction >= 1)
+        return other;
     if (!family_ && !other.family_)
         return UIColor(mixed(components_, other.components_, fraction));
     Family family;

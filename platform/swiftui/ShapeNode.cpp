@@ -4,9 +4,24 @@
 #include "platform/swiftui/EnvironmentValues.h"
 #include "platform/uikit/UIView.h"
 
+#include <algorithm>
+#include <numbers>
 #include <utility>
 
 namespace platform {
+
+namespace {
+
+// How far a line can reach out of the rectangle that its outline fills.
+CGFloat outsetOf(const ShapeStyle& style)
+{
+    if (!style.stroke)
+        return 0;
+    auto corner = style.stroke->lineJoin == LineJoin::miter ? style.stroke->miterLimit : 1;
+    return style.stroke->lineWidth / 2 * std::max(corner, std::numbers::sqrt2); // a square cap's corner
+}
+
+} // namespace
 
 // Paints the outline as it was last told.
 class ShapeNode::OutlineView : public UIView {
@@ -23,7 +38,7 @@ public:
     {
         if (!node_)
             return;
-        auto path = node_->shape_->path(bounds());
+        auto path = node_->shape_->path(bounds().insetBy(node_->outset_, node_->outset_));
         auto color = node_->fromColor_.blended(node_->toColor_, node_->colorPart_.presentation().front());
         if (node_->style_.stroke)
             context.stroke(path, color, *node_->style_.stroke);
@@ -57,6 +72,13 @@ UIColor ShapeNode::styleColor()
     return style_.color ? *style_.color : environment<ForegroundColorKey>().value_or(UIColor::label());
 }
 
+// The view is as large as the line needs; what it draws outside of itself would be cut off.
+void ShapeNode::arrange(CGRect rect, const ProposedSize& proposal)
+{
+    outset_ = outsetOf(style_);
+    PlatformViewNode::arrange(rect.insetBy(-outset_, -outset_), proposal);
+}
+
 void ShapeNode::refresh()
 {
     setColor(styleColor());
@@ -65,6 +87,8 @@ void ShapeNode::refresh()
 void ShapeNode::setShape(std::unique_ptr<ErasedShape> shape, const ShapeStyle& style)
 {
     style_ = style;
+    if (outsetOf(style_) != outset_)
+        invalidateLayout();
     setColor(styleColor());
     auto target = shape->animatableData();
     shape_ = std::move(shape);

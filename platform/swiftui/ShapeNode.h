@@ -38,6 +38,7 @@ public:
 protected:
     void setShape(std::unique_ptr<ErasedShape> shape, const ShapeStyle& style);
     CGSize measure(const ProposedSize& proposal) override { return proposal.replacingUnspecified(); }
+    void arrange(CGRect rect, const ProposedSize& proposal) override;
 
 private:
     class OutlineView;
@@ -48,6 +49,7 @@ private:
     std::shared_ptr<OutlineView> outlineView_;
     std::unique_ptr<ErasedShape> shape_;
     ShapeStyle style_;
+    CGFloat outset_ = 0; // of the view beyond the node's place
     UIColor fromColor_, toColor_;
     AnimatableValues data_;
     AnimatableValues colorPart_; // of the way between the two colours

@@ -69,6 +69,7 @@ TEST(CGColorTests, aPatternTilesAndIsNoRedGreenBlue)
     EXPECT_NE(pattern, UIColor(pattern.components())) << "its mean is another colour";
     EXPECT_EQ(pattern.components(), ColorComponents(1, 0, 0, 0.5)) << "clear pixels add no hue";
     EXPECT_EQ(UIColor::pattern({}).components().alpha, 0);
+    EXPECT_EQ(UIColor::red().blended(pattern, 1), pattern);
 
     auto tiled = painted({6, 2}, 1, [&](CGContext& context) {
         context.translate(1, 0);

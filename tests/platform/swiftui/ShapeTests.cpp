@@ -55,6 +55,21 @@ TEST(Shape, covers_its_outline_only)
     }
 }
 
+TEST(Shape, paints_the_half_of_a_line_that_lies_outside_of_its_place)
+{
+    auto handle = makeHandle<double>();
+    auto controller = host(stateful(handle, 6.0, [](double width) {
+        return Rectangle{} | stroke(UIColor::red(), width) | frame({.width = 20, .height = 20});
+    }));
+    ViewHarness harness({40, 40});
+    harness.show(controller);
+    EXPECT_EQ(colorAt(harness.snapshot(), {8, 8}), red);
+    EXPECT_NE(colorAt(harness.snapshot(), {5, 20}), red);
+    (*handle)->set(14.0);
+    harness.settle();
+    EXPECT_EQ(colorAt(harness.snapshot(), {4, 20}), red) << "a wider line has the room it needs";
+}
+
 TEST(Shape, without_a_colour_takes_that_of_the_surroundings)
 {
     auto handle = makeHandle<bool>();
