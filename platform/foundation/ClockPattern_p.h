@@ -11,7 +11,7 @@
 namespace platform {
 
 // A date pattern of nothing but the time of day in ASCII digits (H, m, s, S) and what stands between them, ready to be
-// written in a few nanoseconds. Immutable.
+// written without ICU. Immutable.
 class ClockPattern {
 public:
     // Absent when the pattern has other letters, quotes or malformed text: those need a whole date format.

@@ -14,7 +14,7 @@ namespace platform {
 // number of threads may use one.
 //
 // Patterns of the time of day alone (H, m, s, S), English, in a fixed distance from UTC, on the Gregorian or the ISO
-// 8601 calendar, take some ten nanoseconds; all others about a microsecond, and a hundred to make the formatter.
+// 8601 calendar, take less than a hundred nanoseconds; all others a few microseconds, and some forty to be made.
 class DateFormatter {
 public:
     explicit DateFormatter(std::string_view dateFormat, const Calendar& calendar = Calendar::current());
