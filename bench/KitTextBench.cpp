@@ -28,8 +28,9 @@ constexpr auto key = "URL_ERROR_NOT_CONNECTED_TO_INTERNET";
 std::map<std::string, std::string> germanTexts()
 {
     auto file = zelk::zelkKitBundle()->urlForResource("de.lproj/Zelk-Localizable", "strings");
+    auto parsed = platform::StringTable::read(*file);
     std::map<std::string, std::string> texts;
-    for (auto& entry : platform::StringTable::read(*file)->table.entries())
+    for (auto& entry : parsed->table.entries())
         texts[entry.key] = entry.value;
     return texts;
 }

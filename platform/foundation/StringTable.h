@@ -50,8 +50,9 @@ public:
 
     // Null when there is no such key. Valid while the table lives.
     const std::string* find(std::string_view key) const;
-    // In the order of the file, each key once.
-    std::span<const StringTableEntry> entries() const { return entries_; }
+    // In the order of the file, each key once. Valid while the table lives, so not of one that is about to go.
+    std::span<const StringTableEntry> entries() const& { return entries_; }
+    std::span<const StringTableEntry> entries() const&& = delete;
 
 private:
     friend class StringTableParser;
