@@ -21,7 +21,7 @@ TEST(CheckStringTables, faultsAreToldWithTheirPlaceAndFailTheBuild)
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_EQ(outcome.errors, "");
 
-    folder.write("fr.lproj/Sample.strings", "\"A\" = \"%@ fichiers\";\n\"A\" = \"%@\"\n;\"C\" = \"c\";\n?\n");
+    folder.write("fr.lproj/Sample.strings", "\"A\" = \"%@ fichiers\";\n\"A\" = \"%@\";\n\"C\" = \"c\";\n?\n");
     folder.write("fr.lproj/Other.strings", "");
     folder.write("it.lproj/Sample.strings", "\xFF");
     folder.write("pl.lproj/x", "");
@@ -33,7 +33,7 @@ TEST(CheckStringTables, faultsAreToldWithTheirPlaceAndFailTheBuild)
         fr + "2:1: the key \"A\" was given before, in line 1\n" //
             + fr + "4:1: a key is expected here\n" + fr + "1:1: the key \"B\" is missing\n" + fr
             + "2:1: the format of \"A\" takes the arguments (1 text), the reference's (1 whole number)\n" + fr
-            + "3:2: the key \"C\" is not in the reference\n" + folder.path("fr.lproj/Other.strings:")
+            + "3:1: the key \"C\" is not in the reference\n" + folder.path("fr.lproj/Other.strings:")
             + "1:1: the reference language has no such table\n" + it
             + "1:1: the text encoding of its contents can’t be determined\n"
             + folder.path("pl.lproj/Sample.strings:")
