@@ -41,13 +41,17 @@ Result<void> AVAssetReaderTrackOutput::start(const CMTimeRange& range, const CMT
         return failure(AVError::decoderNotFound);
     start_ = range.start;
     end_ = range.duration.isNumeric() ? range.end() : end;
-    if (auto* settings = std::get_if<AudioSettings>(&outputSettings_))
-        reading_ = makeSoundReading(std::move(extent), *settings);
-    else if (auto* attributes = std::get_if<PixelBufferAttributes>(&outputSettings_))
-        reading_ = makePictureReading(std::move(extent), *attributes);
-    else
-        reading_ = makeSampleReading(std::move(extent));
+    reading_ = makeReading(std::move(extent));
     return {};
+}
+
+std::unique_ptr<TrackReading> AVAssetReaderTrackOutput::makeReading(TrackExtent extent)
+{
+    if (auto* settings = std::get_if<AudioSettings>(&outputSettings_))
+        return makeSoundReading(std::move(extent), *settings);
+    if (auto* attributes = std::get_if<PixelBufferAttributes>(&outputSettings_))
+        return makePictureReading(std::move(extent), *attributes);
+    return makeSampleReading(std::move(extent));
 }
 
 std::shared_ptr<const CMSampleBuffer> AVAssetReaderTrackOutput::copyNextSampleBuffer()

@@ -14,6 +14,7 @@
 namespace platform {
 
 class TrackReading;
+struct TrackExtent;
 
 // Reads one track. What comes out depends on the settings:
 //
@@ -39,6 +40,10 @@ public:
     const OutputSettings& outputSettings() const { return outputSettings_; }
     AVMediaType mediaType() const override { return track_->mediaType(); }
     std::shared_ptr<const CMSampleBuffer> copyNextSampleBuffer() override;
+
+protected:
+    // How the samples come to be, by the settings. Opens no file.
+    virtual std::unique_ptr<TrackReading> makeReading(TrackExtent extent);
 
 private:
     friend class AVAssetReader;

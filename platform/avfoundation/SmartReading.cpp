@@ -1,0 +1,340 @@
+// SPDX-License-Identifier: MIT
+// A cut through H.264 that encodes as little as it can.
+//
+// 1. Pictures from the range's start to the first instantaneous refresh are decoded and encoded anew.
+// 2. From there samples are copied. Of the group of pictures that the range ends in, those are copied that come, in order
+//    of decoding, before any that is shown later than one that is left out.
+// 3. What remains up to the range's end is decoded and encoded anew.
+//
+// Encoded pictures are never reordered; their decode times are moved back by the source's delay, so that decode times grow
+// across the seams.
+#include "platform/avfoundation/SmartReading_p.h"
+
+#include "platform/avfoundation/AVError.h"
+#include "platform/avfoundation/CMFormatDescription_p.h"
+#include "platform/avfoundation/CVPixelBuffer_p.h"
+#include "platform/avfoundation/PictureEncoder_p.h"
+
+#include <algorithm>
+#include <cstring>
+#include <deque>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+// How many samples are kept back to find the last of them that can be copied, before the first go out.
+constexpr std::size_t lookahead = 96;
+// A file whose first refresh is later than this is encoded whole.
+constexpr CMTime longestSearch{60, 1};
+
+std::span<const std::uint8_t> bytesOf(const CMSampleBuffer& sample)
+{
+    return {reinterpret_cast<const std::uint8_t*>(sample.data.bytes.data()), sample.data.bytes.size()};
+}
+
+CMTime decodeTimeOf(const CMSampleBuffer& sample)
+{
+    return sample.decodeTimeStamp.isNumeric() ? sample.decodeTimeStamp : sample.presentationTimeStamp;
+}
+
+bool isPlain(const AVCodecParameters& codec)
+{
+    bool isProgressive = codec.field_order == AV_FIELD_PROGRESSIVE || codec.field_order == AV_FIELD_UNKNOWN;
+    bool is420 = codec.format == AV_PIX_FMT_YUV420P || codec.format == AV_PIX_FMT_YUVJ420P;
+    return codec.codec_id == AV_CODEC_ID_H264 && isProgressive && is420 && codec.extradata_size > 0;
+}
+
+// The segment of the track that the range lies in, whole; nothing when it meets more.
+std::optional<MediaSegment> onlySegment(const AVAssetTrack& track, const CMTimeRange& range)
+{
+    auto segments = segmentsWithin(track.mediaSegments(), range);
+    if (segments.size() != 1 || segments[0].isEmpty() || segments[0].target != range)
+        return std::nullopt;
+    return segments[0];
+}
+
+VideoSettings settingsLike(const AVCodecParameters& codec, const CMVideoFormat& format, double rate)
+{
+    return {.AVVideoWidthKey = codec.width,
+            .AVVideoHeightKey = codec.height,
+            .AVVideoQualityKey = 0.7,
+            .AVVideoAllowFrameReorderingKey = false,
+            .AVVideoExpectedSourceFrameRateKey = rate > 0 ? std::optional(rate) : std::nullopt,
+            .AVVideoColorPropertiesKey = format.color,
+            .AVVideoPixelAspectRatioKey = format.pixelAspectRatio};
+}
+
+// Opens an encoder as the reading will, to learn its parameter sets before there is a picture.
+Result<std::unique_ptr<PictureEncoder>> openEncoder(const SmartPlan& plan, AVRational timeBase)
+{
+    auto blank = CVPixelBuffer::make(*plan.settings.AVVideoWidthKey, *plan.settings.AVVideoHeightKey,
+                                     plan.pixels, *plan.settings.AVVideoColorPropertiesKey);
+    if (!blank)
+        return failure(AVError::outOfMemory);
+    return PictureEncoder::open(plan.settings, *blank,
+                                {.timeBase = timeBase, .parameterSetID = plan.encoderID});
+}
+
+std::optional<H264ParameterSets> parameterSetsOf(const PictureEncoder& encoder)
+{
+    auto& context = encoder.context();
+    return H264ParameterSets::fromByteStream(
+        {context.extradata, static_cast<std::size_t>(std::max(context.extradata_size, 0))});
+}
+
+std::shared_ptr<const CMFormatDescription> formatWith(const CMFormatDescription& source,
+                                                      const H264ParameterSets& sets)
+{
+    auto& parameters = source.parameters();
+    CodecParameters codec(avcodec_parameters_alloc());
+    auto record = sets.record();
+    if (!codec || avcodec_parameters_copy(codec.get(), parameters.codec.get()) < 0)
+        return nullptr;
+    av_freep(&codec->extradata);
+    codec->extradata = static_cast<std::uint8_t*>(av_mallocz(record.size() + AV_INPUT_BUFFER_PADDING_SIZE));
+    if (!codec->extradata)
+        return nullptr;
+    codec->extradata_size = static_cast<int>(record.size());
+    std::memcpy(codec->extradata, record.data(), record.size());
+    codec->profile = sets.profile;
+    codec->level = sets.level;
+    return makeFormatDescription(*codec, parameters.timeBase, parameters.frameRate,
+                                 parameters.pixelAspectRatio);
+}
+
+// The time of the first sample at or after `from` that later ones do not look behind.
+std::optional<CMTime> firstRefresh(const MediaSegment& segment, const CMTimeRange& range, int lengthSize)
+{
+    auto reading = makeSampleReading({.range = range, .segments = {segment}, .stop = {}});
+    for (;;) {
+        auto sample = reading->next();
+        if (!sample || !*sample || decodeTimeOf(**sample) > range.start + longestSearch)
+            return std::nullopt;
+        auto time = (*sample)->presentationTimeStamp;
+        if ((*sample)->isSync && time >= range.start && time < range.end()
+            && isInstantaneousRefresh(bytesOf(**sample), lengthSize))
+            return time;
+    }
+}
+
+class SmartReading final : public TrackReading {
+public:
+    SmartReading(TrackExtent extent, SmartPlan plan)
+        : extent_(std::move(extent))
+        , plan_(std::move(plan))
+        , timeBase_(plan_.format->parameters().timeBase)
+    {
+    }
+
+    Result<std::shared_ptr<const CMSampleBuffer>> next() override
+    {
+        while (ready_.empty()) {
+            if (phase_ == Phase::ended)
+                return nullptr;
+            TRY(advance());
+        }
+        auto sample = std::move(ready_.front());
+        ready_.pop_front();
+        return sample;
+    }
+
+private:
+    enum class Phase { beginning, head, copying, tail, ended };
+
+    Result<void> advance();
+    Result<void> begin();
+    Result<void> copyNext();
+    // Gives the longest beginning of the samples kept back that is shown before all of the rest; `rest` is the earliest
+    // time that samples not read yet can have.
+    void release(const CMTime& rest);
+    Result<void> encodeRange(const CMTime& from, const CMTime& to);
+    Result<bool> encodeNext();
+    Result<void> take(AVPacket& packet);
+    Phase afterEncoding() const { return phase_ == Phase::head ? Phase::copying : Phase::ended; }
+
+    const TrackExtent extent_;
+    const SmartPlan plan_;
+    const AVRational timeBase_;
+    Phase phase_ = Phase::beginning;
+    std::deque<std::shared_ptr<const CMSampleBuffer>> ready_;
+
+    std::unique_ptr<TrackReading> samples_;
+    std::deque<std::shared_ptr<const CMSampleBuffer>> kept_; // in order of decoding
+    CMTime delay_ = CMTime::zero(); // from decoding to showing, of the first that is copied
+    CMTime shown_;                  // where what was copied ends
+
+    std::unique_ptr<TrackReading> pictures_;
+    std::unique_ptr<PictureEncoder> encoder_;
+};
+
+Result<void> SmartReading::advance()
+{
+    switch (phase_) {
+    case Phase::beginning:
+        return begin();
+    case Phase::head:
+    case Phase::tail:
+        if (!TRY(encodeNext()))
+            phase_ = afterEncoding();
+        return {};
+    case Phase::copying:
+        return copyNext();
+    case Phase::ended:
+        break;
+    }
+    return {};
+}
+
+Result<void> SmartReading::begin()
+{
+    samples_ = makeSampleReading(extent_);
+    for (;;) {
+        auto sample = TRY(samples_->next());
+        if (!sample)
+            return failure(AVError::invalidSourceMedia); // not the file that was planned for
+        if (!sample->isSync || sample->presentationTimeStamp != plan_.firstCopied)
+            continue;
+        delay_ = sample->presentationTimeStamp - decodeTimeOf(*sample);
+        kept_.push_back(std::move(sample));
+        break;
+    }
+    phase_ = Phase::copying;
+    if (extent_.range.start < plan_.firstCopied) {
+        TRY(encodeRange(extent_.range.start, plan_.firstCopied));
+        phase_ = Phase::head;
+    }
+    return {};
+}
+
+void SmartReading::release(const CMTime& rest)
+{
+    auto end = extent_.range.end();
+    // From behind: the earliest that is shown of what follows each sample.
+    std::vector<CMTime> earliest(kept_.size() + 1, rest);
+    for (std::size_t i = kept_.size(); i-- > 0;)
+        earliest[i] = CMTimeMinimum(earliest[i + 1], kept_[i]->presentationTimeStamp);
+    std::size_t count = 0;
+    CMTime latest = CMTime::negativeInfinity();
+    for (std::size_t i = 0; i < kept_.size() && kept_[i]->presentationTimeStamp < end; ++i) {
+        latest = CMTimeMaximum(latest, kept_[i]->presentationTimeStamp);
+        if (latest < earliest[i + 1])
+            count = i + 1;
+    }
+    if (count > 0)
+        shown_ = CMTimeMinimum(earliest[count], end);
+    for (; count > 0; --count) {
+        auto sample = std::make_shared<CMSampleBuffer>(*kept_.front());
+        sample->formatDescription = plan_.format;
+        if (sample->duration.isNumeric())
+            sample->duration = CMTimeMinimum(sample->duration, end - sample->presentationTimeStamp);
+        ready_.push_back(std::move(sample));
+        kept_.pop_front();
+    }
+}
+
+Result<void> SmartReading::copyNext()
+{
+    auto sample = TRY(samples_->next());
+    if (sample) {
+        kept_.push_back(std::move(sample));
+        // Nothing is shown before it is decoded.
+        if (kept_.size() > lookahead)
+            release(decodeTimeOf(*kept_.back()));
+        return {};
+    }
+    release(CMTime::positiveInfinity());
+    samples_.reset();
+    bool isWhole = kept_.empty() || shown_ >= extent_.range.end();
+    phase_ = isWhole ? Phase::ended : Phase::tail;
+    if (!isWhole)
+        TRY(encodeRange(shown_.isNumeric() ? shown_ : plan_.firstCopied, extent_.range.end()));
+    return {};
+}
+
+Result<void> SmartReading::encodeRange(const CMTime& from, const CMTime& to)
+{
+    auto range = CMTimeRange::fromTimeToTime(from, to);
+    pictures_ = makePictureReading(
+        {.range = range, .segments = segmentsWithin(extent_.segments, range), .stop = extent_.stop},
+        {.kCVPixelBufferPixelFormatTypeKey = plan_.pixels});
+    encoder_ = TRY(openEncoder(plan_, timeBase_));
+    if (parameterSetsOf(*encoder_) != plan_.encoder)
+        return failure(AVError::exportFailed); // the file's description would not hold for them
+    return {};
+}
+
+Result<bool> SmartReading::encodeNext()
+{
+    auto handle = [this](AVPacket& packet) { return take(packet); };
+    auto picture = TRY(pictures_->next());
+    if (!picture) {
+        TRY(encoder_->finish(handle));
+        encoder_.reset();
+        pictures_.reset();
+        return false;
+    }
+    auto begin = ticks(picture->presentationTimeStamp, timeBase_);
+    auto end = ticks(picture->presentationTimeStamp + picture->duration, timeBase_);
+    TRY(encoder_->encode(*picture->imageBuffer, begin, std::max<std::int64_t>(end - begin, 1), handle));
+    return true;
+}
+
+Result<void> SmartReading::take(AVPacket& packet)
+{
+    auto bytes = std::make_shared<std::vector<std::uint8_t>>(
+        sliceUnits({packet.data, static_cast<std::size_t>(packet.size)}, plan_.source.lengthSize));
+    auto sample = std::make_shared<CMSampleBuffer>();
+    sample->formatDescription = plan_.format;
+    sample->presentationTimeStamp = mediaTime(packet.pts, timeBase_);
+    sample->decodeTimeStamp = sample->presentationTimeStamp - delay_;
+    sample->duration = mediaTime(packet.duration, timeBase_);
+    sample->isSync = packet.flags & AV_PKT_FLAG_KEY;
+    sample->data = {std::as_bytes(std::span(*bytes)), bytes};
+    ready_.push_back(std::move(sample));
+    return {};
+}
+
+} // namespace
+
+std::optional<SmartPlan> planSmartReading(const AVAssetTrack& track, const CMTimeRange& range, CGSize largest)
+{
+    auto segment = onlySegment(track, range);
+    if (!segment || track.hasProtectedContent() || !track.isDecodable())
+        return std::nullopt;
+    auto& source = *segment->mediaStream().format;
+    auto& codec = *source.parameters().codec;
+    if (!isPlain(codec) || codec.width > largest.width || codec.height > largest.height
+        || codec.width % 2 != 0 || codec.height % 2 != 0 || track.naturalSize().width > largest.width)
+        return std::nullopt;
+    auto sets = H264ParameterSets::parse({codec.extradata, static_cast<std::size_t>(codec.extradata_size)});
+    if (!sets)
+        return std::nullopt;
+    auto first = firstRefresh(*segment, range, sets->lengthSize);
+    if (!first)
+        return std::nullopt;
+    SmartPlan plan{.source = *sets,
+                   .settings = settingsLike(codec, *source.video(), track.nominalFrameRate()),
+                   .pixels = codec.format == AV_PIX_FMT_YUVJ420P
+                       ? CVPixelFormatType::planar420YpCbCr8FullRange
+                       : CVPixelFormatType::planar420YpCbCr8,
+                   .firstCopied = *first};
+    plan.encoderID = 31;
+    while (plan.encoderID > 0 && sets->usesID(plan.encoderID))
+        --plan.encoderID;
+    auto encoder = openEncoder(plan, source.parameters().timeBase);
+    auto own = encoder ? parameterSetsOf(**encoder) : std::nullopt;
+    if (plan.encoderID == 0 || !own || !own->usesID(plan.encoderID))
+        return std::nullopt;
+    plan.encoder = *own;
+    plan.format = formatWith(source, sets->merged(*own));
+    return plan.format ? std::optional(std::move(plan)) : std::nullopt;
+}
+
+std::unique_ptr<TrackReading> makeSmartReading(TrackExtent extent, SmartPlan plan)
+{
+    return std::make_unique<SmartReading>(std::move(extent), std::move(plan));
+}
+
+} // namespace platform
