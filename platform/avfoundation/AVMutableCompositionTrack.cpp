@@ -17,24 +17,26 @@ CMTime endOf(const Segments& segments)
     return segments.empty() ? CMTime::zero() : segments.back().target.end();
 }
 
-// Cuts the segment that `time` lies within. The position of the segment that begins there, or the end.
-Segments::iterator cut(Segments& segments, const CMTime& time)
+// Cuts the segment that `time` lies within. The number of the segment that begins there; as many as there are at the end.
+std::ptrdiff_t cut(Segments& segments, const CMTime& time)
 {
     auto place = std::ranges::find_if(segments, [&](auto& segment) { return time < segment.target.end(); });
+    const auto number = place - segments.begin();
     if (place == segments.end() || !(place->target.start < time))
-        return place;
+        return number;
     auto tail = *place;
     place->target.duration = time - place->target.start;
     if (!tail.isEmpty())
         tail.sourceStart += place->target.duration;
     tail.target = CMTimeRange::fromTimeToTime(time, tail.target.end());
-    return segments.insert(place + 1, std::move(tail));
+    segments.insert(place + 1, std::move(tail));
+    return number + 1;
 }
 
-void shift(std::ranges::subrange<Segments::iterator> segments, const CMTime& by)
+void shiftFrom(Segments& segments, std::ptrdiff_t number, const CMTime& by)
 {
-    for (auto& segment : segments)
-        segment.target.start += by;
+    for (auto segment = segments.begin() + number; segment != segments.end(); ++segment)
+        segment->target.start += by;
 }
 
 void dropEmptyEnd(Segments& segments)
@@ -77,9 +79,10 @@ Result<void> AVMutableCompositionTrack::insertTimeRange(const CMTimeRange& range
     }
     if (endOf(segments_) < start)
         segments_.push_back({.target = CMTimeRange::fromTimeToTime(endOf(segments_), start)});
-    auto place = cut(segments_, start);
-    shift({place, segments_.end()}, source.duration);
-    segments_.insert(place, std::make_move_iterator(pieces.begin()), std::make_move_iterator(pieces.end()));
+    const auto number = cut(segments_, start);
+    shiftFrom(segments_, number, source.duration);
+    segments_.insert(segments_.begin() + number, std::make_move_iterator(pieces.begin()),
+                     std::make_move_iterator(pieces.end()));
     dropEmptyEnd(segments_);
     return {};
 }
@@ -89,9 +92,9 @@ void AVMutableCompositionTrack::insertEmptyTimeRange(const CMTimeRange& range)
     if (!range.isValid() || !range.start.isNumeric() || !range.duration.isNumeric() || range.isEmpty()
         || range.start < CMTime::zero() || !(range.start < endOf(segments_)))
         return;
-    auto place = cut(segments_, range.start);
-    shift({place, segments_.end()}, range.duration);
-    segments_.insert(place, {.target = range});
+    const auto number = cut(segments_, range.start);
+    shiftFrom(segments_, number, range.duration);
+    segments_.insert(segments_.begin() + number, {.target = range});
 }
 
 void AVMutableCompositionTrack::removeTimeRange(const CMTimeRange& range)
@@ -102,10 +105,10 @@ void AVMutableCompositionTrack::removeTimeRange(const CMTimeRange& range)
     auto end = CMTimeMinimum(range.end(), endOf(segments_));
     if (!(start < end))
         return;
-    auto first = cut(segments_, start) - segments_.begin();
-    auto last = cut(segments_, end);
-    auto next = segments_.erase(segments_.begin() + first, last);
-    shift({next, segments_.end()}, start - end);
+    const auto first = cut(segments_, start);
+    const auto last = cut(segments_, end);
+    segments_.erase(segments_.begin() + first, segments_.begin() + last);
+    shiftFrom(segments_, first, start - end);
     dropEmptyEnd(segments_);
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
 
 extern "C" {
 #include <libavutil/dict.h>
@@ -29,6 +30,7 @@ constexpr std::int64_t probeDuration = 10 * AV_TIME_BASE;
 constexpr int patience = 1000;
 // Seconds between a stream's packets.
 constexpr int believableJump = 10;
+constexpr int packetsLookedAt = 64;
 
 int refuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**)
 {
@@ -100,9 +102,9 @@ MediaDemuxer::MediaDemuxer(std::unique_ptr<MediaFile> file, FormatInput format)
     : file_(std::move(file))
     , format_(std::move(format))
     , states_(format_->nb_streams)
-    , pending_(makePacket())
 {
     findOrigin();
+    lookForEncryption();
 }
 
 void MediaDemuxer::findOrigin()
@@ -128,6 +130,31 @@ void MediaDemuxer::findOrigin()
     for (int index = 0; index < streamCount(); ++index)
         states_[static_cast<std::size_t>(index)].origin =
             av_rescale_q(first->start_time, first->time_base, stream(index).time_base);
+}
+
+// Movies tell it of each packet only.
+void MediaDemuxer::lookForEncryption()
+{
+    if (!isMovie(*format_))
+        return;
+    auto isAwaited = [this](int index) {
+        auto type = stream(index).codecpar->codec_type;
+        return !isCover(stream(index)) && (type == AVMEDIA_TYPE_VIDEO || type == AVMEDIA_TYPE_AUDIO);
+    };
+    int awaited = 0;
+    for (int index = 0; index < streamCount(); ++index)
+        awaited += isAwaited(index);
+    for (int count = 0; count < packetsLookedAt && awaited > 0; ++count) {
+        auto packet = makePacket();
+        if (!readOn(*packet).value_or(false))
+            return; // whoever reads meets the same
+        auto& state = states_[static_cast<std::size_t>(packet->stream_index)];
+        state.isEncrypted =
+            state.isEncrypted || av_packet_get_side_data(packet.get(), AV_PKT_DATA_ENCRYPTION_INFO, nullptr);
+        if (!std::exchange(state.wasSeen, true))
+            awaited -= isAwaited(packet->stream_index);
+        pending_.push_back(std::move(packet));
+    }
 }
 
 std::int64_t MediaDemuxer::origin(int stream) const
@@ -171,12 +198,21 @@ bool MediaDemuxer::isCutOff() const
 
 Result<bool> MediaDemuxer::read(AVPacket& packet)
 {
-    if (hasPending_) {
-        hasPending_ = false;
-        av_packet_move_ref(&packet, pending_.get());
+    while (!pending_.empty()) {
+        auto kept = std::move(pending_.front());
+        pending_.pop_front();
+        isAtStart_ = false;
+        if (stream(kept->stream_index).discard >= AVDISCARD_ALL)
+            continue;
+        av_packet_move_ref(&packet, kept.get());
         return true;
     }
     isAtStart_ = false;
+    return readOn(packet);
+}
+
+Result<bool> MediaDemuxer::readOn(AVPacket& packet)
+{
     for (int attempts = 0; attempts < patience; ++attempts) {
         if (isStopped())
             return failure(failureOf(AVERROR_EXIT));
@@ -228,8 +264,8 @@ void MediaDemuxer::repairTimes(AVPacket& packet)
             packet.dts += period;
         }
         // Broadcasts are put together from pieces, each with a clock of its own.
-        const auto jump = packet.dts - state.lastDts;
-        if (state.lastDts != AV_NOPTS_VALUE && (format_->iformat->flags & AVFMT_TS_DISCONT)
+        const auto jump = state.lastDts != AV_NOPTS_VALUE ? packet.dts - state.lastDts : 0;
+        if ((format_->iformat->flags & AVFMT_TS_DISCONT)
             && std::abs(jump) > av_rescale_q(believableJump, {1, 1}, source.time_base)) {
             state.wrapOffset -= jump - packet.duration;
             packet.dts -= jump - packet.duration;
@@ -249,6 +285,7 @@ Result<void> MediaDemuxer::goToStart(int stream)
 {
     if (isAtStart_)
         return {};
+    forgetTimes();
     auto start = format_->streams[stream]->start_time;
     if (start == AV_NOPTS_VALUE)
         start = 0;
@@ -267,8 +304,7 @@ Result<void> MediaDemuxer::goToStart(int stream)
 
 void MediaDemuxer::forgetTimes()
 {
-    hasPending_ = false;
-    av_packet_unref(pending_.get());
+    pending_.clear();
     for (auto& state : states_)
         state.lastDts = state.nextDts = AV_NOPTS_VALUE, state.wrapOffset = 0;
 }
@@ -276,13 +312,13 @@ void MediaDemuxer::forgetTimes()
 // Reads on to a place where decoding can begin and keeps that packet. Whether it is early enough.
 Result<bool> MediaDemuxer::findKey(int stream, std::int64_t time)
 {
-    while (TRY(read(*pending_))) {
-        if (pending_->stream_index != stream || !(pending_->flags & AV_PKT_FLAG_KEY)) {
-            av_packet_unref(pending_.get());
-            continue;
+    auto packet = makePacket();
+    while (TRY(read(*packet))) {
+        if (packet->stream_index == stream && (packet->flags & AV_PKT_FLAG_KEY)) {
+            pending_.push_back(std::move(packet));
+            return pending_.back()->pts != AV_NOPTS_VALUE && pending_.back()->pts <= time;
         }
-        hasPending_ = true;
-        return pending_->pts != AV_NOPTS_VALUE && pending_->pts <= time;
+        av_packet_unref(packet.get());
     }
     return false;
 }
@@ -292,9 +328,9 @@ Result<void> MediaDemuxer::seek(int stream, std::int64_t time)
     // Each time further back: containers find the place by times of decoding, or by guessing from the size.
     const auto second = av_rescale_q(1, {1, 1}, this->stream(stream).time_base);
     for (std::int64_t back : {std::int64_t{0}, second / 4, 2 * second, 8 * second, 32 * second}) {
-        forgetTimes();
         if (time - back <= 0)
             break;
+        forgetTimes();
         if (av_seek_frame(format_.get(), stream, time - back + origin(stream), AVSEEK_FLAG_BACKWARD) < 0)
             break;
         isAtStart_ = false;
@@ -303,7 +339,6 @@ Result<void> MediaDemuxer::seek(int stream, std::int64_t time)
         if (isStopped())
             return failure(failureOf(AVERROR_EXIT));
     }
-    forgetTimes();
     return goToStart(stream);
 }
 

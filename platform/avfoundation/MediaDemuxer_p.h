@@ -6,6 +6,7 @@
 #include "platform/avfoundation/MediaFile_p.h"
 #include "platform/foundation/Result.h"
 
+#include <deque>
 #include <initializer_list>
 #include <memory>
 #include <stop_token>
@@ -32,6 +33,9 @@ public:
     // Asset time zero, in ticks of the stream's time base.
     std::int64_t origin(int stream) const;
 
+    // Whether the first packets of the stream are encrypted.
+    bool isEncrypted(int stream) const { return states_[static_cast<std::size_t>(stream)].isEncrypted; }
+
     void setStopToken(std::stop_token stop) { file_->setStopToken(std::move(stop)); }
     bool isStopped() const { return file_->isStopped(); }
     // The other streams are skipped, which spares reading them where the container allows.
@@ -50,6 +54,8 @@ public:
 private:
     MediaDemuxer(std::unique_ptr<MediaFile> file, FormatInput format);
     void findOrigin();
+    void lookForEncryption();
+    Result<bool> readOn(AVPacket& packet);
     void repairTimes(AVPacket& packet);
     bool isCutOff() const;
     void forgetTimes();
@@ -62,14 +68,15 @@ private:
         std::int64_t lastDts = AV_NOPTS_VALUE;
         std::int64_t nextDts = AV_NOPTS_VALUE; // as the container counts
         std::int64_t wrapOffset = 0;
+        bool wasSeen = false;
+        bool isEncrypted = false;
     };
 
     std::unique_ptr<MediaFile> file_; // outlives format_
     FormatInput format_;
     std::vector<StreamState> states_;
-    // read ahead while seeking; next to be given
-    Packet pending_;
-    bool hasPending_ = false;
+    // read ahead; next to be given
+    std::deque<Packet> pending_;
     bool isAtStart_ = true;
 };
 

@@ -143,7 +143,7 @@ MediaStream describe(const MediaDemuxer& demuxer, int index, AVMediaType type)
     result.dataRate = static_cast<double>(std::max<std::int64_t>(codec.bit_rate, 0));
     if (auto language = textOf(stream.metadata, "language"); !language.empty())
         result.languageCode = language;
-    result.isProtected = isEncrypted(stream);
+    result.isProtected = demuxer.isEncrypted(index) || isEncrypted(stream);
     result.isDecodable = !result.isProtected && hasDecoder(codec);
     return result;
 }

@@ -28,13 +28,11 @@ bool needsScan(const MediaDemuxer& demuxer, PreciseTiming precise)
     if (format.duration <= 0
         || (!isMovie && format.duration / AV_TIME_BASE > demuxer.identity().size / 64 + 60))
         return true;
-    const bool isEstimate = format.duration_estimation_method == AVFMT_DURATION_FROM_BITRATE;
+    const bool isEstimate = format.duration_estimation_method != AVFMT_DURATION_FROM_STREAM;
     if (isEstimate && demuxer.identity().size <= smallFile)
         return true;
     // The header of an MP3 file counts the encoder's padding.
-    return precise == PreciseTiming::yes
-        && (isEstimate || format.duration_estimation_method == AVFMT_DURATION_FROM_PTS
-            || std::string_view(format.iformat->name) == "mp3");
+    return precise == PreciseTiming::yes && (isEstimate || std::string_view(format.iformat->name) == "mp3");
 }
 
 // Reads all packets and takes the tracks' ranges from their times.
