@@ -5,6 +5,7 @@
 #include "platform/graphics/CGContext.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIScrollView.h"
+#include "platform/uikit/shortened.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +16,7 @@ namespace platform {
 namespace {
 
 constexpr CGFloat minimumHeight = 44;
+constexpr std::size_t mostTitle = 400; // bytes
 constexpr CGFloat sideInset = 12, edgeInset = 11;
 constexpr CGFloat ringInset = 3, ringWidth = 2, ringRadius = 8;
 
@@ -24,7 +26,7 @@ AlertButton::AlertButton(std::shared_ptr<UIAlertAction> action)
     : action_(std::move(action))
     , label_(std::make_shared<UILabel>())
 {
-    label_->setText(action_->title());
+    label_->setText(shortened(action_->title(), mostTitle));
     label_->setTextAlignment(TextAlignment::center);
     label_->setNumberOfLines(0);
     label_->accessibility().isHidden = true; // the button is one thing
@@ -142,7 +144,7 @@ AccessibilityProperties AlertButton::accessibilityNow() const
 {
     auto properties = UIControl::accessibilityNow();
     properties.role = AccessibilityRole::button;
-    properties.label = action_->title();
+    properties.label = label_->text();
     return properties;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIScrollView.h"
+#include "platform/uikit/shortened.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,7 +20,8 @@ namespace {
 constexpr CGFloat alertWidth = 270, sheetWidth = 400; // at the default text size
 constexpr double widestGrowth = 1.6;                  // of the width, with the text size
 constexpr CGFloat sideInset = 16, topInset = 20, sheetTopInset = 14, textGap = 4;
-constexpr CGFloat cancelGap = 8; // between a sheet and the button that cancels it
+constexpr std::size_t mostText = 8000; // bytes of a title or a message: some minutes' reading
+constexpr CGFloat cancelGap = 8;       // between a sheet and the button that cancels it
 constexpr CGFloat plateRadius = 14;
 constexpr CGFloat shadowReach = 24, shadowDrop = 8;
 
@@ -153,8 +155,8 @@ void AlertView::traitCollectionDidChange(const UITraitCollection& previous)
 
 void AlertView::setContent(const std::string& title, const std::string& message)
 {
-    title_->setText(title);
-    message_->setText(message);
+    title_->setText(shortened(title, mostText));
+    message_->setText(shortened(message, mostText));
     if (auto owner = owner_.lock())
         makeButtons(*owner);
     setNeedsLayout();
@@ -221,7 +223,7 @@ CGFloat AlertView::widthIn(CGFloat room) const
     auto growth = preferredPointSize(FontTextStyle::body, traits.preferredContentSizeCategory)
         * traits.textScale / usual;
     auto wish = (isSheet_ ? sheetWidth : alertWidth) * std::clamp(growth, 1.0, widestGrowth);
-    return std::max(std::min(std::round(wish), room), 1.0);
+    return std::max(std::min(std::round(wish), room), 0.0);
 }
 
 AlertView::Arrangement AlertView::arrange(CGFloat width, CGFloat height) const

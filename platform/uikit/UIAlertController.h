@@ -21,7 +21,7 @@ enum class UIAlertControllerStyle {
 // Tells the user something, or asks, in front of the window that it is presented in, and goes when one of its actions is
 // chosen. Return chooses the preferred action, Escape the one that cancels, Tab and the arrows move between the
 // buttons, Space presses one. The view is the card itself: others may add views to it, whose room they make by
-// lines in the title or the message. Main thread only.
+// lines in the title or the message. Of texts of many pages only the beginning is shown. Main thread only.
 class UIAlertController : public UIViewController {
 public:
     explicit UIAlertController(std::optional<std::string> title, std::optional<std::string> message = {},

@@ -332,8 +332,9 @@ void UIPresentationController::dismiss(Animated animated, Completion completion)
     }
     if (state_ != State::dismissing)
         return;
-    // Keys and touches are for what is behind from here on.
+    // Keys, touches and readers are for what is behind from here on.
     container_->setUserInteractionEnabled(false);
+    container_->accessibility().isHidden = true;
     if (window)
         window->endModal(*view);
     if (state_ == State::dismissing)

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/DesktopURLOpener.h"
+
+#include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/UIApplication.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+
+namespace {
+
+using namespace platform;
+
+// The environment of one test, put back with it.
+class Environment {
+public:
+    explicit Environment(const std::map<std::string, std::string>& variables)
+    {
+        for (const auto& [name, value] : variables) {
+            const char* present = std::getenv(name.c_str());
+            former_[name] = present ? std::optional<std::string>(present) : std::nullopt;
+            ::setenv(name.c_str(), value.c_str(), 1);
+        }
+    }
+    ~Environment()
+    {
+        for (const auto& [name, value] : former_)
+            value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+
+private:
+    std::map<std::string, std::optional<std::string>> former_;
+};
+
+void makeProgram(const tests::TemporaryDirectory& folder, std::string_view name, std::string_view script)
+{
+    namespace fs = std::filesystem;
+    fs::permissions(folder.file(name, script), fs::perms::owner_all);
+}
+
+bool open(const std::string& url)
+{
+    std::optional<bool> result;
+    auto count = 0;
+    UIApplication::shared().open(*URL::parse(url), [&](bool didOpen) {
+        result = didOpen;
+        ++count;
+        RunLoop::main().stop();
+    });
+    EXPECT_EQ(count, 0) << "the answer comes later";
+    RunLoop::main().run();
+    EXPECT_EQ(count, 1);
+    return *result;
+}
+
+TEST(DesktopURLOpener, hands_urls_to_the_desktops_program_as_they_are)
+{
+    tests::TemporaryDirectory folder;
+    Environment environment({{"PATH", folder.path("bin")}, {"DBUS_SESSION_BUS_ADDRESS", "disabled:"}});
+    EXPECT_FALSE(open("https://example.org/")) << "there is no such program";
+    makeProgram(folder, "bin/xdg-open",
+                "#!/bin/sh\nprintf '%s|' \"$#\" \"$@\" > '" + folder.path("said") + "'\n");
+    for (std::string url :
+         {"https://example.org/?a=1&b=$(touch%20x);c='d'", "file:///tmp/a%20b", "mailto:a@b.c"}) {
+        EXPECT_TRUE(open(url));
+        EXPECT_EQ(folder.read("said"), "1|" + URL::parse(url)->absoluteString() + "|");
+    }
+    makeProgram(folder, "bin/xdg-open", "#!/bin/sh\nexit 3\n");
+    EXPECT_FALSE(open("https://example.org/")) << "it says that it found nothing";
+}
+
+TEST(DesktopURLOpener, finds_the_settings_of_the_desktop_that_runs)
+{
+    struct Case {
+        const char* name;
+        std::string desktop;
+        std::vector<std::string> installed;
+        std::string program;
+    };
+    const Case cases[] = {
+        {"its own", "KDE", {"gnome-control-center", "systemsettings"}, "systemsettings"},
+        {"one of several names",
+         "ubuntu:GNOME",
+         {"gnome-control-center", "systemsettings"},
+         "gnome-control-center"},
+        {"an older one", "KDE", {"systemsettings5"}, "systemsettings5"},
+        {"another desktop's", "sway", {"xfce4-settings-manager"}, "xfce4-settings-manager"},
+        {"none", "GNOME", {}, ""},
+    };
+    auto settings = *URL::parse(UIApplication::openSettingsURLString);
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        tests::TemporaryDirectory folder;
+        Environment environment({{"PATH", folder.path("bin")}, {"XDG_CURRENT_DESKTOP", test.desktop}});
+        for (const auto& program : test.installed)
+            makeProgram(folder, "bin/" + program,
+                        "#!/bin/sh\nprintf %s \"$0\" > '" + folder.path("ran") + "'\n");
+        auto command = DesktopURLOpener::settingsCommand();
+        EXPECT_EQ(command.empty() ? "" : command.front(), test.program);
+        EXPECT_EQ(DesktopURLOpener().canOpen(settings), !test.program.empty());
+        EXPECT_EQ(open(std::string(UIApplication::openSettingsURLString)), !test.program.empty());
+        EXPECT_EQ(folder.read("ran").ends_with(test.program), true);
+    }
+}
+
+TEST(DesktopURLOpener, knows_what_the_desktop_has_programs_for)
+{
+    tests::TemporaryDirectory folder;
+    Environment environment({{"XDG_CONFIG_HOME", folder.path("config")},
+                             {"XDG_CONFIG_DIRS", folder.path("etc")},
+                             {"XDG_DATA_HOME", folder.path("data")},
+                             {"XDG_DATA_DIRS", folder.path("one") + ":" + folder.path("two")}});
+    folder.write("config/mimeapps.list",
+                 "[Removed Associations]\nx-scheme-handler/gone=a.desktop\n[Default Applications]\n"
+                 "x-scheme-handler/mine=b.desktop\nx-scheme-handler/empty=\nx-scheme-handler/no value\n");
+    folder.write("two/applications/mimeinfo.cache", "[MIME Cache]\nx-scheme-handler/theirs=c.desktop;\n");
+    const std::pair<const char*, bool> cases[] = {
+        {"mine", true}, {"theirs", true}, {"gone", false}, {"empty", false}, {"min", false}, {"", false},
+    };
+    for (const auto& [scheme, expected] : cases)
+        EXPECT_EQ(DesktopURLOpener::hasHandler(scheme), expected) << scheme;
+    EXPECT_TRUE(DesktopURLOpener().canOpen(folder.url("config/mimeapps.list")));
+    EXPECT_FALSE(DesktopURLOpener().canOpen(folder.url("nothing")));
+}
+
+} // namespace
