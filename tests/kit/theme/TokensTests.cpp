@@ -13,39 +13,30 @@ namespace {
 // A token's name is its step: a mistyped number is off the scale.
 TEST(TokensTests, everyTokenButOneStandsOnItsScale)
 {
-    struct Case {
-        const char* family;
-        double step, base, value;
-    };
-#define TOKEN(family, base, hundredths) {#family, hundredths / 100.0, base, family::_##hundredths}
-    constexpr Case cases[]{
-        TOKEN(Spacing, 8, 25),       TOKEN(Spacing, 8, 50),       TOKEN(Spacing, 8, 75),
-        TOKEN(Spacing, 8, 100),      TOKEN(Spacing, 8, 150),      TOKEN(Spacing, 8, 200),
-        TOKEN(Spacing, 8, 250),      TOKEN(Spacing, 8, 300),      TOKEN(Spacing, 8, 325),
-        TOKEN(Spacing, 8, 400),      TOKEN(Spacing, 8, 600),      TOKEN(GridSize, 16, 50),
-        TOKEN(GridSize, 16, 100),    TOKEN(GridSize, 16, 150),    TOKEN(GridSize, 16, 200),
-        TOKEN(GridSize, 16, 250),    TOKEN(GridSize, 16, 275),    TOKEN(GridSize, 16, 300),
-        TOKEN(GridSize, 16, 350),    TOKEN(GridSize, 16, 400),    TOKEN(GridSize, 16, 450),
-        TOKEN(GridSize, 16, 500),    TOKEN(GridSize, 16, 550),    TOKEN(GridSize, 16, 600),
-        TOKEN(GridSize, 16, 650),    TOKEN(GridSize, 16, 750),    TOKEN(GridSize, 16, 1000),
-        TOKEN(GridSize, 16, 1100),   TOKEN(GridSize, 16, 2000),   TOKEN(GridSize, 16, 2200),
-        TOKEN(CornerRadius, 8, 50),  TOKEN(CornerRadius, 8, 100), TOKEN(CornerRadius, 8, 150),
-        TOKEN(CornerRadius, 8, 200), TOKEN(CornerRadius, 8, 250), TOKEN(CornerRadius, 8, 300),
-        TOKEN(CornerRadius, 8, 350), TOKEN(Opacity, 1, 0),        TOKEN(Opacity, 1, 25),
-        TOKEN(Opacity, 1, 50),       TOKEN(Opacity, 1, 75),       TOKEN(Opacity, 1, 100),
-    };
-#undef TOKEN
-    for (const auto& each : cases)
-        EXPECT_EQ(each.value, each.step * each.base) << each.family << " " << each.step;
+#define ON_SCALE(family, base, step) EXPECT_EQ(family::_##step, step / 100.0 * base) << #family " " #step
+#define FOUR(family, base, a, b, c, d)                                                                       \
+    ON_SCALE(family, base, a);                                                                               \
+    ON_SCALE(family, base, b);                                                                               \
+    ON_SCALE(family, base, c);                                                                               \
+    ON_SCALE(family, base, d)
+    FOUR(Spacing, 8, 25, 50, 75, 100);
+    FOUR(Spacing, 8, 150, 200, 250, 300);
+    FOUR(Spacing, 8, 325, 400, 600, 25);
+    FOUR(GridSize, 16, 50, 100, 150, 200);
+    FOUR(GridSize, 16, 250, 275, 300, 350);
+    FOUR(GridSize, 16, 400, 450, 500, 550);
+    FOUR(GridSize, 16, 600, 650, 750, 1000);
+    FOUR(GridSize, 16, 1100, 2000, 2200, 50);
+    FOUR(CornerRadius, 8, 50, 100, 150, 200);
+    FOUR(CornerRadius, 8, 250, 300, 350, 50);
+    FOUR(Opacity, 1, 0, 25, 50, 75);
+    ON_SCALE(Opacity, 1, 100);
+#undef FOUR
+#undef ON_SCALE
     EXPECT_EQ(Spacing::_800, 76);
-}
-
-TEST(TokensTests, presetsEaseInAndOut)
-{
-    using platform::Animation;
-    EXPECT_EQ(AnimationPreset::fast(), Animation::easeInOut(0.1));
-    EXPECT_EQ(AnimationPreset::medium(), Animation::easeInOut(0.2));
-    EXPECT_EQ(AnimationPreset::slow(), Animation::easeInOut(0.25));
+    EXPECT_EQ(AnimationPreset::fast(), platform::Animation::easeInOut(0.1));
+    EXPECT_EQ(AnimationPreset::medium(), platform::Animation::easeInOut(0.2));
+    EXPECT_EQ(AnimationPreset::slow(), platform::Animation::easeInOut(0.25));
 }
 
 } // namespace

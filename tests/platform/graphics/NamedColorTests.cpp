@@ -22,14 +22,10 @@ std::string entry(std::string_view components, std::string_view appearances = {}
         + std::string(components) + "}}}";
 }
 
-std::string rgb(std::string_view red, std::string_view green, std::string_view blue,
-                std::string_view alpha = "1.000")
+std::string rgb(std::string red, std::string green, std::string blue, std::string alpha = "1.000")
 {
-    auto part = [](std::string_view name, std::string_view value) {
-        return '"' + std::string(name) + "\": \"" + std::string(value) + '"';
-    };
-    return part("red", red) + "," + part("green", green) + "," + part("blue", blue) + ","
-        + part("alpha", alpha);
+    return R"("red": ")" + red + R"(", "green": ")" + green + R"(", "blue": ")" + blue + R"(", "alpha": ")"
+        + alpha + '"';
 }
 
 std::string file(std::initializer_list<std::string> entries)
@@ -42,15 +38,6 @@ std::string file(std::initializer_list<std::string> entries)
 
 constexpr std::string_view darkOnly = R"({"appearance": "luminosity", "value": "dark"})";
 constexpr std::string_view strongOnly = R"({"appearance": "contrast", "value": "high"})";
-
-void expectNear(const UIColor& color, const ColorComponents& expected, std::string_view name)
-{
-    auto found = color.components();
-    EXPECT_NEAR(found.red, expected.red, 0.001) << name;
-    EXPECT_NEAR(found.green, expected.green, 0.001) << name;
-    EXPECT_NEAR(found.blue, expected.blue, 0.001) << name;
-    EXPECT_NEAR(found.alpha, expected.alpha, 0.001) << name;
-}
 
 TEST(NamedColorTests, componentsAreReadInEveryFormAndSpaceThatCataloguesUse)
 {
@@ -75,7 +62,11 @@ TEST(NamedColorTests, componentsAreReadInEveryFormAndSpaceThatCataloguesUse)
         auto color = parseColorSet(file({each.entry}));
         ASSERT_TRUE(color) << each.name << ": " << color.error().localizedDescription();
         EXPECT_FALSE(color->isDynamic()) << each.name;
-        expectNear(*color, each.expected, each.name);
+        auto [red, green, blue, alpha] = color->components();
+        EXPECT_NEAR(red, each.expected.red, 0.001) << each.name;
+        EXPECT_NEAR(green, each.expected.green, 0.001) << each.name;
+        EXPECT_NEAR(blue, each.expected.blue, 0.001) << each.name;
+        EXPECT_NEAR(alpha, each.expected.alpha, 0.001) << each.name;
     }
 }
 

@@ -111,11 +111,5 @@ TEST(SurroundingsTests, aPreferredColorSchemeGoesWhereItsControllerGoes)
     EXPECT_EQ(controller->view()->traitCollection().userInterfaceStyle, Style::dark);
 }
 
-TEST(SurroundingsTests, onlyAColorThatIsTheSameEverywhereHasAPlainValue)
-{
-    EXPECT_EQ(Color{UIColor::red()}.cgColor(), CGColor::sRGB(1, 0, 0));
-    EXPECT_FALSE(Color{UIColor::systemBlue()}.cgColor());
-}
-
 } // namespace
 } // namespace platform

@@ -70,58 +70,47 @@ TEST(WindowSceneTests, shownWindowsAreFoundByScenesInTheOrderOfShowing)
     EXPECT_TRUE(UIApplication::shared().connectedScenes().empty());
 }
 
-TEST(WindowSceneTests, tintingAWindowRepaintsTheViewsThatInheritIt)
+// Draws the tint, and keeps what a colour was each time that it was asked something.
+class Reader : public UIView {
+public:
+    using UIView::UIView;
+    std::vector<double> read;
+    int tintChanges = 0;
+    void tintColorDidChange() override { ++tintChanges; }
+    void layoutSubviews() override { note(); }
+    void traitCollectionDidChange(const UITraitCollection&) override { note(); }
+    void draw(CGContext& context, CGRect) override
+    {
+        note();
+        context.fill(bounds(), tintColor());
+    }
+
+private:
+    void note() { read.push_back(CIColor(UIColor::systemBackground()).red()); }
+};
+
+TEST(WindowSceneTests, viewsAreDrawnInTheWindowsTintAndReadColorsInTheirOwnAppearance)
 {
-    class Painted : public UIView {
-    public:
-        using UIView::UIView;
-        int changes = 0;
-        void tintColorDidChange() override { ++changes; }
-        void draw(CGContext& context, CGRect) override { context.fill(bounds(), tintColor()); }
-    };
     harness::ViewHarness harness({40, 20});
-    auto root = std::make_shared<UIView>();
-    auto inheriting = std::make_shared<Painted>(CGRect{{0, 0}, {20, 20}});
-    auto own = std::make_shared<Painted>(CGRect{{20, 0}, {20, 20}});
+    auto reader = std::make_shared<Reader>(), own = std::make_shared<Reader>(CGRect{{20, 0}, {20, 20}});
     own->setTintColor(UIColor::green());
-    root->addSubview(inheriting);
-    root->addSubview(own);
-    harness.show(root);
-    harness.paintFrame();
-    inheriting->changes = own->changes = 0;
-
-    harness.window().setTintColor(UIColor::red());
-    harness.window().setTintColor(UIColor::red());
-    EXPECT_EQ(inheriting->changes, 1);
-    EXPECT_EQ(own->changes, 0);
-    harness.paintFrame();
-    EXPECT_EQ(harness::colorAt(harness.snapshot(), {10, 10}), "ff0000");
-    EXPECT_EQ(harness::colorAt(harness.snapshot(), {30, 10}), "00ff00");
-}
-
-TEST(WindowSceneTests, aViewReadsColorsInItsOwnAppearance)
-{
-    static const auto color = UIColor::dynamic(UIColor::white(), UIColor::black());
-    class Reader : public UIView {
-    public:
-        std::vector<double> read;
-        void draw(CGContext&, CGRect) override { read.push_back(CIColor(color).red()); }
-        void layoutSubviews() override { read.push_back(CIColor(color).red()); }
-        void traitCollectionDidChange(const UITraitCollection&) override
-        {
-            read.push_back(CIColor(color).red());
-        }
-    };
-    harness::ViewHarness harness({40, 20});
-    auto reader = std::make_shared<Reader>();
+    reader->addSubview(own);
     harness.show(reader);
     harness.snapshot();
+    reader->tintChanges = own->tintChanges = 0;
+    harness.window().setTintColor(UIColor::red());
+    harness.window().setTintColor(UIColor::red());
+    EXPECT_EQ(reader->tintChanges, 1);
+    EXPECT_EQ(own->tintChanges, 0);
+    EXPECT_EQ(harness::colorAt(harness.snapshot(), {10, 10}), "ff0000");
+    EXPECT_EQ(harness::colorAt(harness.snapshot(), {30, 10}), "00ff00");
+
     reader->read.clear();
     harness.window().setOverrideUserInterfaceStyle(UIUserInterfaceStyle::dark);
     harness.settle();
     harness.snapshot();
     EXPECT_EQ(reader->read, (std::vector<double>{0, 0, 0})) << "told, laid out, drawn";
-    EXPECT_EQ(CIColor(color).red(), 1) << "outside of views it is the process's";
+    EXPECT_EQ(CIColor(UIColor::systemBackground()).red(), 1) << "outside of views it is the process's";
 }
 
 } // namespace
