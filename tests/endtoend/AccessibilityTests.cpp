@@ -1,79 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The preview as assistive technology finds it: through a real accessibility bus and the bus's own client library.
-#include "tests/endtoend/Desktop.h"
+#include "tests/endtoend/AccessibilityBus.h"
 #include "tests/support/TemporaryDirectory.h"
-
-#include <atspi/atspi.h>
-#include <gtest/gtest.h>
 
 namespace endtoend {
 namespace {
 
 const std::string program = ZELK_BINARY_DIR "/bin/subtitle-preview";
 
-// A session bus of the test's own; the accessibility bus is started by it on demand.
-class SessionBus {
-public:
-    explicit SessionBus(const Desktop& desktop)
-        : daemon_({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"},
-                  desktop.environment())
-        , address_(daemon_.readLine().value_or(""))
-    {
-        EXPECT_FALSE(address_.empty()) << "no session bus";
-        setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
-        setenv("DISPLAY", desktop.display().c_str(), 1);
-        EXPECT_LE(atspi_init(), 1);
-    }
-    ~SessionBus() { atspi_exit(); }
-    SessionBus(const SessionBus&) = delete;
-    SessionBus& operator=(const SessionBus&) = delete;
-    const std::string& address() const { return address_; }
-
-private:
-    Process daemon_;
-    std::string address_;
-};
-
-// A reference that the client library counts.
-template <class Type>
-using Reference = std::unique_ptr<Type, decltype([](Type* object) { g_object_unref(object); })>;
-using Accessible = Reference<AtspiAccessible>;
-
-// The first object of that role at or below `root`, depth first.
-Accessible findRole(AtspiAccessible* root, AtspiRole role, int depth = 12)
-{
-    if (!root || depth == 0)
-        return nullptr;
-    atspi_accessible_clear_cache(root);
-    if (atspi_accessible_get_role(root, nullptr) == role)
-        return Accessible(static_cast<AtspiAccessible*>(g_object_ref(root)));
-    int count = atspi_accessible_get_child_count(root, nullptr);
-    for (int i = 0; i < count; ++i) {
-        Accessible child(atspi_accessible_get_child_at_index(root, i, nullptr));
-        if (auto found = findRole(child.get(), role, depth - 1))
-            return found;
-    }
-    return nullptr;
-}
-
-bool hasState(AtspiAccessible* object, AtspiStateType state)
-{
-    atspi_accessible_clear_cache(object);
-    Reference<AtspiStateSet> states(atspi_accessible_get_state_set(object));
-    return states && atspi_state_set_contains(states.get(), state);
-}
-
-std::string take(gchar* text)
-{
-    std::string result = text ? text : "";
-    g_free(text);
-    return result;
-}
-
 TEST(Accessibility, theTextViewIsFoundWithItsRoleStatesTextAndSelection)
 {
     Desktop desktop;
-    SessionBus bus(desktop);
+    auto& bus = SessionBus::shared();
     ::tests::TemporaryDirectory folder;
     const std::string content = "first line\nsecond \U0001F600 line\n";
     auto file = folder.file("film.srt", content);
