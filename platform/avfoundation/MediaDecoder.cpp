@@ -43,6 +43,8 @@ Result<std::unique_ptr<MediaDecoder>> MediaDecoder::open(const AVCodecParameters
     context->framerate = frameRate;
     context->max_pixels = greatestPixelCount;
     context->skip_frame = options.skipFrames;
+    // Without it some decoders take a picture that they hold back for the end of all.
+    context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
     auto threads =
         options.threads > 0 ? options.threads : static_cast<int>(std::thread::hardware_concurrency());
     context->thread_count = std::clamp(threads, 1, greatestThreadCount);
@@ -70,13 +72,21 @@ Result<void> MediaDecoder::send(const AVPacket* packet)
 
 Result<bool> MediaDecoder::receive(AVFrame& frame)
 {
-    for (int attempts = 0; attempts < patience; ++attempts) {
+    for (int attempts = 0; attempts < patience;) {
         int code = avcodec_receive_frame(context_.get(), &frame);
         if (code >= 0) {
+            // After a seek, what refers to pictures before it is of no use; in the middle a damaged one is better than
+            // none.
+            if (isSettling_ && (frame.flags & AV_FRAME_FLAG_CORRUPT)) {
+                lastDamage_ = AVERROR_INVALIDDATA;
+                continue;
+            }
+            isSettling_ = false;
             completeTimes(frame);
             ++frameCount_;
             return true;
         }
+        ++attempts;
         if (code == AVERROR(EAGAIN) || code == AVERROR_EOF)
             return false;
         if (code == AVERROR(ENOMEM))
@@ -90,19 +100,21 @@ void MediaDecoder::flush()
 {
     avcodec_flush_buffers(context_.get());
     nextPts_ = AV_NOPTS_VALUE;
+    isSettling_ = true;
 }
 
 void MediaDecoder::completeTimes(AVFrame& frame)
 {
-    frame.pts = frame.best_effort_timestamp;
-    if (frame.pts == AV_NOPTS_VALUE)
-        frame.pts = nextPts_ == AV_NOPTS_VALUE ? 0 : nextPts_;
     // Sound lasts as long as its samples; what the container says of a packet may count what was cut off.
     if (frame.nb_samples > 0 && frame.sample_rate > 0)
         frame.pkt_duration = av_rescale_q(frame.nb_samples, {1, frame.sample_rate}, timeBase_);
     else if (frame.pkt_duration <= 0 && frameRate_.num > 0 && frameRate_.den > 0)
         frame.pkt_duration = av_rescale_q(1, av_inv_q(frameRate_), timeBase_);
     frame.pkt_duration = std::max<std::int64_t>(frame.pkt_duration, 0);
+
+    frame.pts = frame.best_effort_timestamp;
+    if (frame.pts == AV_NOPTS_VALUE)
+        frame.pts = nextPts_ == AV_NOPTS_VALUE ? 0 : nextPts_;
     if (__builtin_add_overflow(frame.pts, frame.pkt_duration, &nextPts_))
         nextPts_ = frame.pts;
 }

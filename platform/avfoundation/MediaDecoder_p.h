@@ -49,6 +49,7 @@ private:
     const AVRational timeBase_;
     const AVRational frameRate_;
     std::int64_t nextPts_ = AV_NOPTS_VALUE;
+    bool isSettling_ = true; // no sound picture since the opening or the seek
     std::int64_t frameCount_ = 0;
     int lastDamage_ = 0;
 };

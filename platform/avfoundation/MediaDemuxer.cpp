@@ -111,6 +111,8 @@ void MediaDemuxer::findOrigin()
 {
     if (isMovie(*format_))
         return;
+    if (std::string_view(format_->iformat->name) == "avi")
+        return findOriginOfPictures();
     const AVStream* first = nullptr;
     for (int index = 0; index < streamCount(); ++index) {
         auto& candidate = stream(index);
@@ -130,6 +132,17 @@ void MediaDemuxer::findOrigin()
     for (int index = 0; index < streamCount(); ++index)
         states_[static_cast<std::size_t>(index)].origin =
             av_rescale_q(first->start_time, first->time_base, stream(index).time_base);
+}
+
+// AVI counts pictures from zero as they are decoded, and shows the first at zero all the same.
+void MediaDemuxer::findOriginOfPictures()
+{
+    for (int index = 0; index < streamCount(); ++index) {
+        auto& video = stream(index);
+        if (video.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && video.avg_frame_rate.num > 0)
+            states_[static_cast<std::size_t>(index)].origin =
+                av_rescale_q(video.codecpar->video_delay, av_inv_q(video.avg_frame_rate), video.time_base);
+    }
 }
 
 // Movies tell it of each packet only.
@@ -315,8 +328,12 @@ Result<bool> MediaDemuxer::findKey(int stream, std::int64_t time)
     auto packet = makePacket();
     while (TRY(read(*packet))) {
         if (packet->stream_index == stream && (packet->flags & AV_PKT_FLAG_KEY)) {
+            // A picture that does not say when it is shown is shown soon after it is decoded.
+            auto shown = packet->pts;
+            if (shown == AV_NOPTS_VALUE && packet->dts != AV_NOPTS_VALUE)
+                shown = packet->dts + av_rescale_q(1, {1, 2}, this->stream(stream).time_base);
             pending_.push_back(std::move(packet));
-            return pending_.back()->pts != AV_NOPTS_VALUE && pending_.back()->pts <= time;
+            return shown != AV_NOPTS_VALUE && shown <= time;
         }
         av_packet_unref(packet.get());
     }

@@ -54,6 +54,7 @@ public:
 private:
     MediaDemuxer(std::unique_ptr<MediaFile> file, FormatInput format);
     void findOrigin();
+    void findOriginOfPictures();
     void lookForEncryption();
     Result<bool> readOn(AVPacket& packet);
     void repairTimes(AVPacket& packet);
