@@ -19,11 +19,11 @@ bool isKey(std::string_view argument)
     return argument.size() > 1 && argument[0] == '-' && argument[1] != '-';
 }
 
-bool isNumber(std::string_view argument)
+// "-3" or "-.5"
+bool isNegativeNumber(std::string_view argument)
 {
-    auto first = argument.substr(1, 1), second = argument.substr(2, 1);
-    auto isDigit = [](std::string_view text) { return !text.empty() && text[0] >= '0' && text[0] <= '9'; };
-    return isDigit(first) || (first == "." && isDigit(second));
+    auto digits = argument.substr(argument.starts_with("-.") ? 2 : 1);
+    return !digits.empty() && digits[0] >= '0' && digits[0] <= '9';
 }
 
 PropertyListValue valueOf(const std::string& argument)
@@ -45,7 +45,7 @@ PropertyListDictionary defaultsFromArguments(std::span<const std::string> argume
     PropertyListDictionary defaults;
     for (std::size_t i = 0; i + 1 < arguments.size() && arguments[i] != "--"; ++i) {
         auto& value = arguments[i + 1];
-        if (!isKey(arguments[i]) || (value.starts_with('-') && !isNumber(value)))
+        if (!isKey(arguments[i]) || (value.starts_with('-') && !isNegativeNumber(value)))
             continue;
         defaults.insert_or_assign(arguments[i].substr(1), valueOf(value));
         ++i;

@@ -99,6 +99,7 @@ bool DefaultsStore::hasChanges() const
 
 void DefaultsStore::set(std::string_view key, std::optional<PropertyListValue> value)
 {
+    bool isFirst;
     {
         std::lock_guard lock(mutex_);
         auto* present = find(key);
@@ -106,8 +107,10 @@ void DefaultsStore::set(std::string_view key, std::optional<PropertyListValue> v
             noteChanged(key);
         // Also when nothing changes: another process may have written what is not seen here yet.
         changes_.insert_or_assign(std::string(key), Change{std::move(value), nextVersion_++});
+        isFirst = !std::exchange(flushIsRequested_, true);
     }
-    DefaultsService::shared().requestFlush(*this);
+    if (isFirst)
+        DefaultsService::shared().requestFlush(*this);
     announce();
 }
 
@@ -140,12 +143,13 @@ void DefaultsStore::refresh()
 }
 
 // One value that cannot be written must not keep the others from the disk.
-DefaultsStore::Batch DefaultsStore::collect() const
+DefaultsStore::Batch DefaultsStore::collect()
 {
     Batch batch;
     std::map<std::string, Change, std::less<>> changes;
     {
         std::lock_guard lock(mutex_);
+        flushIsRequested_ = false;
         changes = changes_;
         batch.known = snapshot_;
     }

@@ -63,7 +63,7 @@ private:
         std::optional<Error> refusal; // of a value that cannot be written
     };
 
-    Batch collect() const;
+    Batch collect();
     Result<void> conclude(const Batch& batch, Result<DefaultsSnapshotRef> present);
     void announce();
     void callObservers();
@@ -81,6 +81,7 @@ private:
     DefaultsSnapshotRef snapshot_ = std::make_shared<DefaultsSnapshot>();
     std::map<std::string, Change, std::less<>> changes_;
     std::uint64_t nextVersion_ = 1;
+    bool flushIsRequested_ = false; // since the changes were last collected
     bool faultIsLogged_ = false;
     std::map<std::uint64_t, std::shared_ptr<const std::function<void(const ChangedKeys&)>>> observers_;
     std::uint64_t nextObserver_ = 1;
