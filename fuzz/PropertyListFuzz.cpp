@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Any bytes are a property list within its limits, or refused with a reason.
+// Any bytes are a property list within its limits, or refused with a reason; what was read is written and read again
+// as the same.
 #include "platform/foundation/Precondition.h"
-#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/PropertyListWriter.h"
 
 #include <cstdint>
 #include <string_view>
@@ -48,5 +49,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     auto found = extent(*value);
     precondition(found.values <= limits.values && found.depth <= limits.depth, "a limit was passed");
+
+    // The layout may take more bytes than the original had. Texts are compared because no NaN equals itself.
+    constexpr PropertyListLimits roomier{.bytes = 1 << 20, .depth = limits.depth, .values = limits.values};
+    auto xml = propertyListXML(*value, roomier);
+    precondition(xml.has_value(), "what was read cannot be written");
+    auto again = parsePropertyList(*xml, roomier);
+    precondition(again && propertyListXML(*again, roomier) == xml,
+                 "what was written reads as something else");
     return 0;
 }
