@@ -37,8 +37,10 @@ struct AnyOptional<std::optional<Wrapped>> : std::true_type {
     }
     static std::optional<std::optional<Wrapped>> value(const platform::PropertyListValue& object)
     {
-        auto wrapped = AnyOptional<Wrapped>::value(object);
-        return wrapped ? std::optional(std::optional<Wrapped>(std::move(*wrapped))) : std::nullopt;
+        std::optional<std::optional<Wrapped>> value;
+        if (auto wrapped = AnyOptional<Wrapped>::value(object))
+            value.emplace(std::move(*wrapped));
+        return value;
     }
 };
 
