@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/Utf16Index_p.h"
 
+#include "platform/foundation/Utf16Count.h"
+
 #include <algorithm>
 
 namespace platform {
@@ -30,7 +32,8 @@ bool isAllASCII(std::string_view text)
 
 } // namespace
 
-std::int64_t utf16UnitCount(std::string_view utf8)
+// A piece that is cut inside a character counts it where it begins.
+std::int64_t utf16Count(std::string_view utf8)
 {
     std::int64_t count = 0;
     for (auto byte : utf8)
@@ -52,7 +55,7 @@ void Utf16Index::update(std::string_view text, std::size_t firstChanged)
     auto at = block * blockSize;
     auto units = unitsBefore_.back();
     while (at < text.size()) {
-        units += utf16UnitCount(text.substr(at, blockSize));
+        units += utf16Count(text.substr(at, blockSize));
         at += blockSize;
         if (at < text.size())
             unitsBefore_.push_back(units);
@@ -99,7 +102,7 @@ Utf16Offset Utf16Index::offsetOf(std::string_view text, std::size_t byte) const
         return {static_cast<std::int64_t>(byte)};
     auto block = std::min(byte / blockSize, unitsBefore_.size() - 1);
     auto start = block * blockSize;
-    return {unitsBefore_[block] + utf16UnitCount(text.substr(start, byte - start))};
+    return {unitsBefore_[block] + utf16Count(text.substr(start, byte - start))};
 }
 
 } // namespace platform

@@ -43,7 +43,4 @@ private:
     std::vector<std::int64_t> unitsBefore_; // of each block of bytes; empty while all is ASCII
 };
 
-// How many UTF-16 units a piece of UTF-8 takes; one that is cut inside a character counts where that begins.
-std::int64_t utf16UnitCount(std::string_view utf8);
-
 } // namespace platform

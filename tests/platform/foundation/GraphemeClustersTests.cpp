@@ -8,7 +8,7 @@
 
 using namespace platform;
 
-TEST(GraphemeClusters, A_character_is_what_aperson_counts)
+TEST(GraphemeClusters, A_character_is_what_a_person_counts)
 {
     struct Case {
         const char* name;

@@ -208,7 +208,7 @@ TEST(NSAttributedString, One_attribute_runs_across_changes_of_others)
     EXPECT_EQ(walked, "a-bcde+");
 }
 
-TEST(NSAttributedString, Random_edits_agree_with_alist_of_characters)
+TEST(NSAttributedString, Random_edits_agree_with_a_list_of_characters)
 {
     std::mt19937 random(7);
     auto below = [&](std::size_t limit) {
