@@ -31,7 +31,9 @@ if(ZELK_SANITIZE)
   add_compile_options(-fsanitize=${ZELK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZELK_SANITIZE})
   # GCC cannot tell what is initialised once the sanitizers have added their own code, and says so in its manual.
-  add_compile_options(-Wno-maybe-uninitialized)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-Wno-maybe-uninitialized)
+  endif()
 endif()
 
 find_program(ZELK_CCACHE ccache)
