@@ -23,7 +23,7 @@ constexpr CGFloat sideInset = 16, topInset = 20, sheetTopInset = 14, textGap = 4
 constexpr std::size_t mostText = 8000; // bytes of a title or a message: some minutes' reading
 constexpr CGFloat cancelGap = 8;       // between a sheet and the button that cancels it
 constexpr CGFloat plateRadius = 14;
-constexpr CGFloat shadowReach = 24, shadowDrop = 8;
+constexpr CGFloat shadowReach = 28, shadowDrop = 8, shadowRoom = shadowReach + shadowDrop;
 
 UIColor plateColor()
 {
@@ -62,16 +62,17 @@ public:
     Shadow() { setUserInteractionEnabled(false); }
     void draw(CGContext& context, CGRect) override
     {
-        constexpr int rings = 12;
-        constexpr double opacity = 0.018; // of each
-        auto card = bounds().insetBy(shadowReach, shadowReach);
+        constexpr int rings = 14;
+        constexpr double opacity = 0.014; // of each
+        auto card = bounds().insetBy(shadowRoom, shadowRoom);
         if (card.isNull())
             return;
         auto hole = UIBezierPath::roundedRect(card, plateRadius);
-        for (int ring = 0; ring < rings; ++ring) {
-            auto reach = shadowReach * (ring + 1) / rings;
-            auto spread = card.offsetBy(0, shadowDrop * reach / shadowReach).insetBy(-reach, -reach);
-            auto shape = UIBezierPath::roundedRect(spread.intersection(bounds()), plateRadius + reach);
+        for (int ring = 1; ring <= rings; ++ring) {
+            auto part = static_cast<double>(ring) / rings;
+            auto reach = shadowReach * part * part; // closer together near the card
+            auto spread = card.offsetBy(0, shadowDrop * part).insetBy(-reach, -reach);
+            auto shape = UIBezierPath::roundedRect(spread, plateRadius + reach);
             shape.append(hole);
             context.fill(shape, UIColor::gray(0, opacity), FillRule::evenOdd);
         }
@@ -86,9 +87,18 @@ std::shared_ptr<UILabel> makeLabel()
     return label;
 }
 
+class Area : public UIScrollView {
+protected:
+    CGRect indicatorArea() const override
+    {
+        auto area = UIScrollView::indicatorArea().insetBy(2, plateRadius / 2); // clear of the round corners
+        return area.isNull() ? UIScrollView::indicatorArea() : area;
+    }
+};
+
 std::shared_ptr<UIScrollView> makeArea(UIView& plate)
 {
-    auto area = std::make_shared<UIScrollView>();
+    auto area = std::make_shared<Area>();
     area->setClipsToBounds(true);
     area->setContentInsetAdjustmentBehavior(ContentInsetAdjustmentBehavior::never);
     area->setShowsHorizontalScrollIndicator(false);
@@ -293,7 +303,7 @@ void AlertView::layoutSubviews()
     auto card = CGRect::make(0, 0, width, all.text + all.buttons);
     plate_->setFrame(card);
     plate_->setHidden(card.isEmpty());
-    shadow_->setFrame(card.insetBy(-shadowReach, -shadowReach));
+    shadow_->setFrame(card.insetBy(-shadowRoom, -shadowRoom));
     textArea_->setFrame(CGRect::make(0, 0, width, all.text));
     textArea_->setContentSize({width, all.textContent});
     title_->setFrame(all.title);
@@ -309,7 +319,7 @@ void AlertView::layoutSubviews()
     auto apart = CGRect::make(0, bounds().height() - cancelHeight, width, cancelHeight);
     cancelPlate_->setFrame(apart);
     cancelPlate_->setHidden(!isApart);
-    cancelShadow_->setFrame(apart.insetBy(-shadowReach, -shadowReach));
+    cancelShadow_->setFrame(apart.insetBy(-shadowRoom, -shadowRoom));
     cancelShadow_->setHidden(!isApart);
 }
 
