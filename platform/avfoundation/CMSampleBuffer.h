@@ -22,6 +22,7 @@ struct CMBlockBuffer {
 // thread may read it.
 struct CMSampleBuffer {
     std::shared_ptr<const CMFormatDescription> formatDescription;
+    // Invalid for compressed pictures of containers that do not keep it (AVI): the decoder finds out.
     CMTime presentationTimeStamp;
     // Invalid where it equals the presentation time.
     CMTime decodeTimeStamp;

@@ -42,6 +42,8 @@ std::array<std::uint8_t*, 64> PCMChunk::end()
 
 void PCMChunk::appendSilence(std::int64_t frames)
 {
+    if (frames <= 0)
+        return;
     const int silence = !format_.isFloat && format_.bitsPerChannel == 8 ? 0x80 : 0;
     auto places = end();
     for (std::size_t plane = 0; plane < planes_; ++plane)

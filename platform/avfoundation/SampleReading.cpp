@@ -56,8 +56,9 @@ private:
             if (!TRY(demuxer_->read(*packet)))
                 return nullptr;
         } while (packet->size == 0);
-        auto decodeTime = packet->dts != AV_NOPTS_VALUE ? packet->dts : packet->pts;
-        if (decodeTime != AV_NOPTS_VALUE && decodeTime >= end && packet->pts >= end)
+        const auto decoded = packet->dts != AV_NOPTS_VALUE ? packet->dts : packet->pts;
+        const auto shown = packet->pts != AV_NOPTS_VALUE ? packet->pts : packet->dts;
+        if (decoded != AV_NOPTS_VALUE && decoded >= end && shown >= end)
             return nullptr;
         return describe(std::move(packet), segment);
     }
