@@ -77,9 +77,9 @@ CMTimeRange timeRange(const MediaDemuxer& demuxer, int index)
         duration = tagged - mediaTime(demuxer.origin(index), stream.time_base) - start;
     } else if (format.duration > 0) {
         // From the earliest packet of all streams.
-        auto origin = av_rescale_q(demuxer.origin(index), stream.time_base, AV_TIME_BASE_Q);
+        auto origin = av_rescale_q(demuxer.origin(index), stream.time_base, {1, AV_TIME_BASE});
         auto begin = format.start_time == AV_NOPTS_VALUE ? origin : std::max(format.start_time, origin);
-        duration = mediaTime(begin - origin + format.duration, AV_TIME_BASE_Q) - start;
+        duration = mediaTime(begin - origin + format.duration, {1, AV_TIME_BASE}) - start;
     }
     return {start, duration.isNumeric() ? CMTimeMaximum(duration, CMTime::zero()) : CMTime::zero()};
 }
