@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/DefaultsService_p.h"
 
-#include "platform/foundation/Precondition.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
+#include <system_error>
 #include <utility>
 
 #include <poll.h>
@@ -41,12 +39,18 @@ DefaultsService::DefaultsService()
     : process_(::getpid())
     , wakeUp_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
 {
-    precondition(wakeUp_ >= 0, "the process has no file descriptors left");
     // Signals are for the program's own threads.
     sigset_t all, previous;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &previous);
-    thread_ = std::thread([this] { run(); });
+    // A process that is at its limits, or locked in, may get no thread: every change is written at once then.
+    try {
+        if (wakeUp_ >= 0)
+            thread_ = std::thread([this] { run(); });
+    } catch (const std::system_error&) {
+    }
+    if (!thread_.joinable())
+        isFinished_ = true;
     pthread_sigmask(SIG_SETMASK, &previous, nullptr);
 }
 
@@ -204,7 +208,7 @@ void DefaultsService::finish()
     // Code that the thread runs may have called exit.
     if (thread_.get_id() == std::this_thread::get_id())
         thread_.detach();
-    else
+    else if (thread_.joinable())
         thread_.join();
     std::vector<std::shared_ptr<DefaultsStore>> stores;
     {

@@ -19,7 +19,7 @@ namespace platform {
 
 // The thread behind all settings of the process: it writes what was set, looks again at files that others changed, and
 // sleeps otherwise. Started with the first store; when the process exits it ends, what is left is written, and from
-// then on every change is written at once. Any thread.
+// then on every change is written at once, as it is where the system gives no thread. Any thread.
 class DefaultsService {
 public:
     static DefaultsService& shared();
@@ -37,7 +37,7 @@ public:
     void perform(std::function<void()> work);
 
 private:
-    // Its present use of the real time is measured in writes: none, and this thread never wakes.
+    // The real time: files of other processes keep no other, and the clock that tests move stands above this layer.
     using Clock = std::chrono::steady_clock;
 
     struct Member {
@@ -65,7 +65,7 @@ private:
     std::mutex mutex_;
     std::map<const DefaultsStore*, Member> members_;
     std::vector<std::function<void()>> work_;
-    bool isFinished_ = false;
+    bool isFinished_ = false; // there is no thread any more, or none was to be had
 };
 
 } // namespace platform

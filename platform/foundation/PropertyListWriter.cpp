@@ -166,12 +166,13 @@ private:
 
     void writeDate(PropertyListDate date)
     {
-        auto days = std::chrono::floor<std::chrono::days>(date);
-        std::chrono::year_month_day day(days);
-        std::chrono::hh_mm_ss time(date - days);
-        // The calendar's years wrap around beyond its range: the days tell whether this one is real.
-        if (std::chrono::sys_days(day) != days || int(day.year()) < 0 || int(day.year()) > 9999)
+        using namespace std::chrono;
+        // Before anything is computed: far beyond these years the arithmetic overflows.
+        if (date < sys_days(year(0) / 1 / 1) || date >= sys_days(year(10'000) / 1 / 1))
             return fail("the date" + place() + " is outside of the years 0 to 9999");
+        auto days = floor<std::chrono::days>(date);
+        year_month_day day(days);
+        hh_mm_ss time(date - days);
         char text[64];
         std::snprintf(text, sizeof text, "<date>%04d-%02u-%02uT%02d:%02d:%02dZ</date>\n", int(day.year()),
                       unsigned(day.month()), unsigned(day.day()), int(time.hours().count()),
