@@ -40,11 +40,23 @@ public:
         static Turns turns;
         return turns;
     }
-    void take(std::function<void()> run)
+    void take(const void* taker, std::function<void()> run)
     {
         std::unique_lock lock(mutex_);
-        waiting_.push_back(std::move(run));
+        waiting_.push_back({taker, std::move(run)});
         start(lock);
+    }
+    // Whether `taker` was still waiting; then it waits no more.
+    bool withdraw(const void* taker)
+    {
+        std::function<void()> run; // let go of outside the lock
+        std::lock_guard lock(mutex_);
+        auto found = std::ranges::find(waiting_, taker, &Waiting::taker);
+        if (found == waiting_.end())
+            return false;
+        run = std::move(found->run);
+        waiting_.erase(found);
+        return true;
     }
     void giveBack()
     {
@@ -55,21 +67,25 @@ public:
 
 private:
     static constexpr int most = 2;
+    struct Waiting {
+        const void* taker;
+        std::function<void()> run;
+    };
 
     void start(std::unique_lock<std::mutex>& lock)
     {
         if (running_ == most || waiting_.empty())
             return;
         ++running_;
-        auto run = std::move(waiting_.front());
+        auto run = std::move(waiting_.front().run);
         waiting_.pop_front();
         lock.unlock();
         DispatchQueue::make("org.zelk.avfoundation.export")->async(std::move(run));
     }
 
     std::mutex mutex_;
-    std::deque<std::function<void()>> waiting_; // guarded by mutex_
-    int running_ = 0;                           // guarded by mutex_
+    std::deque<Waiting> waiting_; // guarded by mutex_
+    int running_ = 0;             // guarded by mutex_
 };
 
 } // namespace
@@ -143,7 +159,7 @@ double AVAssetExportSession::progress() const
     std::lock_guard lock(mutex_);
     if (status_ == AVAssetExportSessionStatus::completed)
         return 1;
-    return pipeline_ ? pipeline_->progress() : 0;
+    return pipeline_ ? pipeline_->progress() : lastProgress_;
 }
 
 void AVAssetExportSession::exportAsynchronously(std::function<void()> completion)
@@ -155,7 +171,7 @@ void AVAssetExportSession::exportAsynchronously(std::function<void()> completion
         status_ = AVAssetExportSessionStatus::waiting;
         completion_ = std::move(completion);
     }
-    Turns::shared().take([self = sharedFrom(this)] { self->run(); });
+    Turns::shared().take(this, [self = sharedFrom(this)] { self->run(); });
 }
 
 void AVAssetExportSession::run()
@@ -192,11 +208,22 @@ void AVAssetExportSession::run()
 
 void AVAssetExportSession::end(std::optional<Error> error)
 {
-    std::function<void()> completion;
     std::shared_ptr<ExportPipeline> pipeline; // let go of outside the lock
     {
         std::lock_guard lock(mutex_);
+        lastProgress_ = pipeline_ ? pipeline_->progress() : 0;
         pipeline.swap(pipeline_);
+    }
+    pipeline.reset();
+    Turns::shared().giveBack();
+    complete(std::move(error));
+}
+
+void AVAssetExportSession::complete(std::optional<Error> error)
+{
+    std::function<void()> completion;
+    {
+        std::lock_guard lock(mutex_);
         bool isCancelled = error && *error == Error(AVError::operationCancelled);
         status_ = !error  ? AVAssetExportSessionStatus::completed
             : isCancelled ? AVAssetExportSessionStatus::cancelled
@@ -204,8 +231,6 @@ void AVAssetExportSession::end(std::optional<Error> error)
         error_ = std::move(error);
         completion = std::exchange(completion_, nullptr);
     }
-    pipeline.reset();
-    Turns::shared().giveBack();
     if (completion)
         completion();
 }
@@ -220,6 +245,10 @@ void AVAssetExportSession::cancelExport()
     }
     if (pipeline)
         pipeline->cancel();
+    else if (Turns::shared().withdraw(this))
+        DispatchQueue::make("org.zelk.avfoundation.export")->async([self = sharedFrom(this)] {
+            self->complete(Error(AVError::operationCancelled));
+        });
 }
 
 } // namespace platform

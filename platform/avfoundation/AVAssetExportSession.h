@@ -61,14 +61,15 @@ public:
     // Starts, once; `completion` is called once, on a thread of the session's, when status is completed, failed or
     // cancelled. Requires an output URL.
     void exportAsynchronously(std::function<void()> completion);
-    // Ends the export soon. Nothing happens once it has ended.
+    // Ends the export soon, also one that waits for its turn. Nothing happens once it has ended, and before it started:
+    // then it ends as soon as it starts.
     void cancelExport();
 
     AVAssetExportSessionStatus status() const;
     // Why the status is failed, and AVError::operationCancelled when it is cancelled. A session that ended so has removed
     // what it wrote.
     std::optional<Error> error() const;
-    // From 0 to 1.
+    // From 0 to 1, never back.
     double progress() const;
 
     struct Key; // only `make` makes sessions
@@ -78,7 +79,9 @@ public:
 private:
     // Runs when it is this session's turn.
     void run();
+    // Gives the turn back.
     void end(std::optional<Error> error);
+    void complete(std::optional<Error> error);
 
     // fixed once the export starts
     const std::shared_ptr<AVAsset> asset_;
@@ -96,6 +99,7 @@ private:
     bool isCancelled_ = false;
     std::function<void()> completion_;
     std::shared_ptr<ExportPipeline> pipeline_; // while exporting
+    double lastProgress_ = 0;                  // without a pipeline
 };
 
 } // namespace platform

@@ -64,10 +64,14 @@ void AVAssetWriterInput::pump()
     bool isReady = writer->isReady(*this);
     bool hasFailed = writer->status() == AVAssetWriterStatus::failed;
     std::lock_guard lock(requestMutex_);
-    if (!use_ || isRunning_ || !(isReady || (hasFailed && !sawFailure_)))
+    if (!use_ || !(isReady || (hasFailed && !sawFailure_)))
         return;
+    if (isRunning_) {
+        isToRunAgain_ = true;
+        return;
+    }
     isRunning_ = true;
-    hasAppended_ = false;
+    isToRunAgain_ = false;
     sawFailure_ = hasFailed;
     // The block keeps what feeds the track alive, and the track keeps the block, until one of them is done.
     queue_->async([self = sharedFrom(this)] { self->runRequest(); });
@@ -88,7 +92,7 @@ void AVAssetWriterInput::runRequest()
         std::lock_guard lock(requestMutex_);
         isRunning_ = false;
         // A block that had nothing to give is asked again when something changes, not at once.
-        goesOn = hasAppended_;
+        goesOn = isToRunAgain_;
     }
     if (auto writer = writer_.lock(); writer && writer->status() == AVAssetWriterStatus::failed) {
         std::unique_lock lock(requestMutex_);
@@ -117,7 +121,7 @@ bool AVAssetWriterInput::append(const CMSampleBuffer& sample)
         return false;
     {
         std::lock_guard lock(requestMutex_);
-        hasAppended_ = true;
+        isToRunAgain_ = true;
     }
     return true;
 }

@@ -89,7 +89,7 @@ private:
     std::shared_ptr<DispatchQueue> queue_;
     std::shared_ptr<std::function<void()>> use_; // null when there is no request, or not any more
     bool isRunning_ = false;
-    bool hasAppended_ = false; // since the block began to run
+    bool isToRunAgain_ = false; // something changed since the block began to run
     bool sawFailure_ = false;
 };
 

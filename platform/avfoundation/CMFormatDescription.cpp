@@ -89,6 +89,24 @@ CMAudioFormat audioFormat(const AVCodecParameters& codec)
 
 } // namespace
 
+std::shared_ptr<const CMFormatDescription> withExtradata(const CMFormatDescription& format,
+                                                         std::span<const std::uint8_t> extradata)
+{
+    auto& parameters = format.parameters();
+    CodecParameters codec(avcodec_parameters_alloc());
+    precondition(codec && avcodec_parameters_copy(codec.get(), parameters.codec.get()) >= 0,
+                 "no memory for a format description");
+    av_freep(&codec->extradata);
+    codec->extradata_size = 0;
+    codec->extradata =
+        static_cast<std::uint8_t*>(av_mallocz(extradata.size() + AV_INPUT_BUFFER_PADDING_SIZE));
+    precondition(codec->extradata != nullptr, "no memory for a format description");
+    std::ranges::copy(extradata, codec->extradata);
+    codec->extradata_size = static_cast<int>(extradata.size());
+    return makeFormatDescription(*codec, parameters.timeBase, parameters.frameRate,
+                                 parameters.pixelAspectRatio);
+}
+
 AVCodecID pcmCodec(const CMAudioFormat& format)
 {
     for (auto& form : pcmForms)

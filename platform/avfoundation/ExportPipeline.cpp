@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/avfoundation/ExportPipeline_p.h"
 
+#include "platform/avfoundation/AVAssetTrack.h"
 #include "platform/avfoundation/AVError.h"
 #include "platform/avfoundation/SmartReading_p.h"
 #include "platform/dispatch/DispatchQueue.h"
@@ -14,6 +15,9 @@
 namespace platform {
 
 namespace {
+
+// Samples that a pipe passes on before others get their turn: the threads belong to all queues.
+constexpr int samplesInTurn = 4;
 
 // The size to encode a picture at: within `largest`, never enlarged, in even numbers.
 CGSize fitted(CGSize natural, CGSize largest)
@@ -37,6 +41,14 @@ VideoSettings videoSettings(const AVAssetTrack& track, CGSize largest)
             .AVVideoHeightKey = static_cast<int>(size.height),
             .AVVideoExpectedSourceFrameRateKey = averageRate(track),
             .AVVideoPixelAspectRatioKey = 1};
+}
+
+// Numbers stay what they are where they can.
+CVPixelFormatType pixelFormat(const AVAssetTrack& track)
+{
+    auto formats = track.formatDescriptions();
+    bool isFull = !formats.empty() && formats.front()->video() && formats.front()->video()->color.isFullRange;
+    return isFull ? CVPixelFormatType::planar420YpCbCr8FullRange : CVPixelFormatType::planar420YpCbCr8;
 }
 
 // The encoder takes at most 8 channels and the rates that the format has; what is beyond is mixed and resampled.
@@ -96,9 +108,23 @@ PipeEnds makePipe(const std::shared_ptr<AVAssetTrack>& track, const ExportPlan& 
     }
     return {
         std::make_shared<AVAssetReaderTrackOutput>(
-            track,
-            PixelBufferAttributes{.kCVPixelBufferPixelFormatTypeKey = CVPixelFormatType::planar420YpCbCr8}),
+            track, PixelBufferAttributes{.kCVPixelBufferPixelFormatTypeKey = pixelFormat(*track)}),
         std::make_shared<AVAssetWriterInput>(AVMediaType::video, videoSettings(*track, *plan.largestSize))};
+}
+
+// The track's, for pictures that are smaller by so much: where the turned picture lies is measured in pixels.
+CGAffineTransform transformOf(const AVAssetTrack& track, const AVAssetWriterInput& input)
+{
+    auto transform = track.preferredTransform();
+    auto* settings = std::get_if<VideoSettings>(&input.outputSettings());
+    auto natural = track.naturalSize();
+    if (!settings || natural.width <= 0 || natural.height <= 0)
+        return transform;
+    auto scale =
+        std::max(*settings->AVVideoWidthKey / natural.width, *settings->AVVideoHeightKey / natural.height);
+    transform.tx *= scale;
+    transform.ty *= scale;
+    return transform;
 }
 
 } // namespace
@@ -134,7 +160,7 @@ Result<void> ExportPipeline::addTracks(const ExportPlan& plan)
         if (type == AVMediaType::video && !takesPictures(plan.fileType))
             continue;
         auto [output, input] = makePipe(track, plan);
-        input->setTransform(track->preferredTransform());
+        input->setTransform(transformOf(*track, *input));
         input->setLanguageCode(track->languageCode());
         if (type == AVMediaType::video)
             input->setMediaTimeScale(track->naturalTimeScale());
@@ -169,11 +195,11 @@ void ExportPipeline::start(std::function<void(std::optional<Error>)> completion)
 void ExportPipeline::feed(std::size_t index)
 {
     auto& pipe = pipes_[index];
-    do {
+    for (int count = 0; count < samplesInTurn && pipe.input->isReadyForMoreMediaData(); ++count) {
         auto sample = pipe.output->copyNextSampleBuffer();
         if (!sample || !pipe.input->append(*sample))
             return pipeEnded(index);
-    } while (pipe.input->isReadyForMoreMediaData());
+    }
     if (writer_->status() != AVAssetWriterStatus::writing)
         pipeEnded(index);
 }

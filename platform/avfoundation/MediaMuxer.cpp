@@ -90,14 +90,30 @@ struct MediaMuxer::OutputFile {
             ::close(descriptor);
     }
 
-    Result<void> open()
+    // Makes the file and keeps it closed until there is something to write: those who wait for their turn hold no
+    // descriptor and no buffer.
+    Result<void> create()
     {
-        descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor < 0) {
+        int made = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (made < 0) {
             if (errno == EEXIST)
                 return failure(AVError::fileAlreadyExists);
             return std::unexpected(mediaError(AVERROR(errno), MediaWork::write, name()));
         }
+        static_cast<void>(::fstat(made, &identity)); // of an open file; open compares
+        ::close(made);
+        return {};
+    }
+
+    Result<void> open()
+    {
+        struct stat found{};
+        descriptor = ::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC);
+        if (descriptor < 0)
+            return std::unexpected(mediaError(AVERROR(errno), MediaWork::write, name()));
+        if (::fstat(descriptor, &found) != 0 || found.st_dev != identity.st_dev
+            || found.st_ino != identity.st_ino)
+            return failure(AVError::fileAlreadyExists); // somebody put another into its place
         auto* buffer = static_cast<unsigned char*>(av_malloc(bufferSize));
         io = buffer ? avio_alloc_context(buffer, bufferSize, 1, this, nullptr, writeBytes, seekTo) : nullptr;
         if (!io) {
@@ -139,6 +155,7 @@ struct MediaMuxer::OutputFile {
     }
 
     const std::string path;
+    struct stat identity{};
     int descriptor = -1;
     int errorNumber = 0; // of the first write that failed
     AVIOContext* io = nullptr;
@@ -176,13 +193,12 @@ Result<std::unique_ptr<MediaMuxer>> MediaMuxer::create(const std::string& path, 
 {
     silenceMediaLibrary();
     auto file = std::make_unique<OutputFile>(path);
-    TRY(file->open());
+    TRY(file->create());
     AVFormatContext* context = nullptr;
     int code = avformat_alloc_output_context2(&context, outputFormat(type), nullptr, path.c_str());
     if (code < 0)
         return std::unexpected(mediaError(code, MediaWork::write, file->name()));
     FormatOutput format(context);
-    format->pb = file->io;
     format->flags |= AVFMT_FLAG_CUSTOM_IO | AVFMT_FLAG_BITEXACT;
     return std::unique_ptr<MediaMuxer>(
         new MediaMuxer(std::move(file), std::move(format), type, trackCount, std::move(options)));
@@ -217,6 +233,8 @@ Result<void> MediaMuxer::writeHeaderIfKnown()
     if (!isKnown || isEmpty || hasHeader_)
         return {};
 
+    TRY(file_->open());
+    format_->pb = file_->io;
     for (auto& track : tracks_) {
         if (track.isDropped)
             continue;
@@ -236,10 +254,10 @@ Result<void> MediaMuxer::writeHeaderIfKnown()
     }
     for (auto& item : options_.metadata) {
         auto* name = item.commonKey ? metadataName(*item.commonKey) : nullptr;
+        if (item.key == "creation_time") // of the file, beside the date of what it shows
+            name = "creation_time";
         if (name)
             av_dict_set(&format_->metadata, name, item.value.c_str(), AV_DICT_DONT_OVERWRITE);
-        if (item.commonKey == AVMetadataKey::creationDate)
-            av_dict_set(&format_->metadata, "creation_time", item.value.c_str(), AV_DICT_DONT_OVERWRITE);
     }
     AVDictionary* options = nullptr;
     if (type_ == AVFileType::wave)

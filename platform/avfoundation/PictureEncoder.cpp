@@ -37,6 +37,19 @@ void describeColor(AVCodecContext& context, const VideoSettings& settings, const
     context.color_range = color.isFullRange && !isRGB ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
 }
 
+const char* profileName(H264Profile profile)
+{
+    switch (profile) {
+    case H264Profile::baseline:
+        return "baseline";
+    case H264Profile::main:
+        return "main";
+    case H264Profile::high:
+        break;
+    }
+    return "high";
+}
+
 void describe(AVCodecContext& context, const VideoSettings& settings, const CVPixelBuffer& first,
               const PictureEncoderOptions& options)
 {
@@ -77,6 +90,8 @@ Result<std::unique_ptr<PictureEncoder>> PictureEncoder::open(const VideoSettings
     else
         av_dict_set(&dictionary, "crf",
                     std::to_string(constantRateFactor(settings.AVVideoQualityKey)).c_str(), 0);
+    if (settings.AVVideoProfileLevelKey)
+        av_dict_set(&dictionary, "profile", profileName(*settings.AVVideoProfileLevelKey), 0);
     if (options.parameterSetID != 0)
         av_dict_set(&dictionary, "x264-params", ("sps-id=" + std::to_string(options.parameterSetID)).c_str(),
                     0);
@@ -85,6 +100,26 @@ Result<std::unique_ptr<PictureEncoder>> PictureEncoder::open(const VideoSettings
     if (code < 0)
         return std::unexpected(mediaError(code, MediaWork::encode));
     return std::unique_ptr<PictureEncoder>(new PictureEncoder(std::move(context)));
+}
+
+Result<void> PictureEncoder::prepareScaler(const CVPixelBuffer& picture)
+{
+    auto& source = *picture.frame().picture;
+    bool isFull = picture.color().isFullRange || picture.pixelFormatType() == CVPixelFormatType::BGRA32;
+    ScalerInput input{source.width, source.height, source.format, isFull};
+    if (scaler_ && input == scalerInput_)
+        return {};
+    // The default quality; the tables of colours cost as much as some pictures, so they are made once.
+    scaler_.reset(sws_getContext(source.width, source.height, static_cast<AVPixelFormat>(source.format),
+                                 context_->width, context_->height, context_->pix_fmt, SWS_BICUBIC, nullptr,
+                                 nullptr, nullptr));
+    if (!scaler_)
+        return failure(AVError::exportFailed);
+    scalerInput_ = input;
+    auto* table = sws_getCoefficients(context_->colorspace);
+    sws_setColorspaceDetails(scaler_.get(), table, isFull, table, context_->color_range == AVCOL_RANGE_JPEG,
+                             0, 1 << 16, 1 << 16);
+    return {};
 }
 
 Result<Frame> PictureEncoder::converted(const CVPixelBuffer& picture)
@@ -98,18 +133,12 @@ Result<Frame> PictureEncoder::converted(const CVPixelBuffer& picture)
             return std::unexpected(mediaError(code, MediaWork::encode));
         return frame;
     }
-    scaler_.reset(sws_getCachedContext(
-        scaler_.release(), source.width, source.height, static_cast<AVPixelFormat>(source.format),
-        context_->width, context_->height, context_->pix_fmt, SWS_BICUBIC, nullptr, nullptr, nullptr));
+    TRY(prepareScaler(picture));
     frame->width = context_->width;
     frame->height = context_->height;
     frame->format = context_->pix_fmt;
-    if (!scaler_ || av_frame_get_buffer(frame.get(), 0) < 0)
+    if (av_frame_get_buffer(frame.get(), 0) < 0)
         return failure(AVError::outOfMemory);
-    auto* table = sws_getCoefficients(context_->colorspace);
-    bool isFull = context_->color_range == AVCOL_RANGE_JPEG;
-    bool sourceIsFull = picture.color().isFullRange || picture.pixelFormatType() == CVPixelFormatType::BGRA32;
-    sws_setColorspaceDetails(scaler_.get(), table, sourceIsFull, table, isFull, 0, 1 << 16, 1 << 16);
     int code = sws_scale(scaler_.get(), source.data, source.linesize, 0, source.height, frame->data,
                          frame->linesize);
     if (code < 0)

@@ -44,12 +44,19 @@ private:
         : context_(std::move(context))
     {
     }
+    struct ScalerInput {
+        int width = 0, height = 0, format = 0;
+        bool isFullRange = false;
+        bool operator==(const ScalerInput&) const = default;
+    };
+    Result<void> prepareScaler(const CVPixelBuffer& picture);
     // The picture in the encoder's size and form.
     Result<Frame> converted(const CVPixelBuffer& picture);
     Result<void> send(const AVFrame* frame, const Take& take);
 
     const CodecContext context_;
     Scaler scaler_; // of the last picture that needed one
+    ScalerInput scalerInput_;
     const Packet packet_ = makePacket();
     // of the pictures that the encoder has; it forgets them
     std::map<std::int64_t, std::int64_t> durations_;

@@ -4,6 +4,8 @@
 #include "platform/avfoundation/MediaDescription_p.h"
 #include "platform/avfoundation/TrackReading_p.h"
 
+#include <algorithm>
+
 namespace platform {
 
 namespace {
@@ -18,7 +20,7 @@ public:
 
     Result<std::shared_ptr<const CMSampleBuffer>> next() override
     {
-        for (; segment_ < extent_.segments.size(); ++segment_, demuxer_.reset()) {
+        for (; segment_ < extent_.segments.size(); ++segment_, demuxer_.reset(), format_.reset()) {
             auto& segment = extent_.segments[segment_];
             if (segment.isEmpty())
                 continue;
@@ -64,27 +66,45 @@ private:
     }
 
     std::shared_ptr<const CMSampleBuffer> describe(std::shared_ptr<AVPacket> packet,
-                                                   const MediaSegment& segment) const
+                                                   const MediaSegment& segment)
     {
         auto& stream = segment.mediaStream();
         auto& own = demuxer_->stream(stream.index);
         auto base = timeBase(segment);
         auto shift = segment.target.start - segment.sourceStart;
         auto buffer = std::make_shared<CMSampleBuffer>();
-        buffer->formatDescription = stream.format;
+        buffer->formatDescription = noteFormat(*packet, segment);
         buffer->presentationTimeStamp = mediaTime(packet->pts, base) + shift;
         if (packet->dts != packet->pts)
             buffer->decodeTimeStamp = mediaTime(packet->dts, base) + shift;
         buffer->duration = mediaTime(packet->duration, base);
         buffer->isSync = packet->flags & AV_PKT_FLAG_KEY;
-        buffer->trimDurationAtStart = mediaTime(discardedAtStart(*packet, own), base);
+        // Pictures that are only there for others to refer to have none of their time on screen.
+        auto hidden = packet->flags & AV_PKT_FLAG_DISCARD ? std::max<std::int64_t>(packet->duration, 1)
+                                                          : discardedAtStart(*packet, own);
+        buffer->trimDurationAtStart = mediaTime(hidden, base);
         buffer->trimDurationAtEnd = mediaTime(discardedAtEnd(*packet, own), base);
         std::span bytes(packet->data, static_cast<std::size_t>(packet->size));
         buffer->data = {std::as_bytes(bytes), std::move(packet)};
         return buffer;
     }
 
+    // What the samples are from this one on.
+    const std::shared_ptr<const CMFormatDescription>& noteFormat(const AVPacket& packet,
+                                                                 const MediaSegment& segment)
+    {
+        auto& stated = segment.mediaStream().format;
+        std::size_t size = 0;
+        auto* data = av_packet_get_side_data(&packet, AV_PKT_DATA_NEW_EXTRADATA, &size);
+        if (!format_)
+            format_ = stated;
+        if (data && size > 0)
+            format_ = withExtradata(*stated, {data, size});
+        return format_;
+    }
+
     const TrackExtent extent_;
+    std::shared_ptr<const CMFormatDescription> format_; // of the segment being read
     std::size_t segment_ = 0;
     std::unique_ptr<MediaDemuxer> demuxer_;
 };

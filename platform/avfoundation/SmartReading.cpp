@@ -4,7 +4,8 @@
 // 1. Pictures from the range's start to the first instantaneous refresh are decoded and encoded anew.
 // 2. From there samples are copied. Of the group of pictures that the range ends in, those are copied that come, in order
 //    of decoding, before any that is shown later than one that is left out.
-// 3. What remains up to the range's end is decoded and encoded anew.
+// 3. What remains up to the range's end is decoded and encoded anew. The same becomes of all that follows a sample that is
+//    not what was planned for: one of other parameters, hidden, or without a time.
 //
 // Encoded pictures are never reordered; their decode times are moved back by the source's delay, so that decode times grow
 // across the seams.
@@ -16,7 +17,6 @@
 #include "platform/avfoundation/PictureEncoder_p.h"
 
 #include <algorithm>
-#include <cstring>
 #include <deque>
 #include <utility>
 
@@ -46,21 +46,38 @@ bool isPlain(const AVCodecParameters& codec)
     return codec.codec_id == AV_CODEC_ID_H264 && isProgressive && is420 && codec.extradata_size > 0;
 }
 
-// The segment of the track that the range lies in, whole; nothing when it meets more.
+// The only piece of media within the range.
 std::optional<MediaSegment> onlySegment(const AVAssetTrack& track, const CMTimeRange& range)
 {
     auto segments = segmentsWithin(track.mediaSegments(), range);
-    if (segments.size() != 1 || segments[0].isEmpty() || segments[0].target != range)
+    std::erase_if(segments, [](const MediaSegment& segment) { return segment.isEmpty(); });
+    if (segments.size() != 1 || !segments[0].target.duration.isNumeric())
         return std::nullopt;
     return segments[0];
 }
 
-VideoSettings settingsLike(const AVCodecParameters& codec, const CMVideoFormat& format, double rate)
+// Of the profiles that an encoder here has.
+std::optional<H264Profile> profileOf(const H264ParameterSets& sets)
+{
+    switch (sets.profile) {
+    case 66:
+        return H264Profile::baseline;
+    case 77:
+        return H264Profile::main;
+    case 100:
+        return H264Profile::high;
+    }
+    return std::nullopt;
+}
+
+VideoSettings settingsLike(const AVCodecParameters& codec, const CMVideoFormat& format, double rate,
+                           H264Profile profile)
 {
     return {.AVVideoWidthKey = codec.width,
             .AVVideoHeightKey = codec.height,
             .AVVideoQualityKey = 0.7,
             .AVVideoAllowFrameReorderingKey = false,
+            .AVVideoProfileLevelKey = profile,
             .AVVideoExpectedSourceFrameRateKey = rate > 0 ? std::optional(rate) : std::nullopt,
             .AVVideoColorPropertiesKey = format.color,
             .AVVideoPixelAspectRatioKey = format.pixelAspectRatio};
@@ -84,29 +101,10 @@ std::optional<H264ParameterSets> parameterSetsOf(const PictureEncoder& encoder)
         {context.extradata, static_cast<std::size_t>(std::max(context.extradata_size, 0))});
 }
 
-std::shared_ptr<const CMFormatDescription> formatWith(const CMFormatDescription& source,
-                                                      const H264ParameterSets& sets)
+// The time of the first sample of the segment that later ones do not look behind.
+std::optional<CMTime> firstRefresh(const MediaSegment& segment, int lengthSize)
 {
-    auto& parameters = source.parameters();
-    CodecParameters codec(avcodec_parameters_alloc());
-    auto record = sets.record();
-    if (!codec || avcodec_parameters_copy(codec.get(), parameters.codec.get()) < 0)
-        return nullptr;
-    av_freep(&codec->extradata);
-    codec->extradata = static_cast<std::uint8_t*>(av_mallocz(record.size() + AV_INPUT_BUFFER_PADDING_SIZE));
-    if (!codec->extradata)
-        return nullptr;
-    codec->extradata_size = static_cast<int>(record.size());
-    std::memcpy(codec->extradata, record.data(), record.size());
-    codec->profile = sets.profile;
-    codec->level = sets.level;
-    return makeFormatDescription(*codec, parameters.timeBase, parameters.frameRate,
-                                 parameters.pixelAspectRatio);
-}
-
-// The time of the first sample at or after `from` that later ones do not look behind.
-std::optional<CMTime> firstRefresh(const MediaSegment& segment, const CMTimeRange& range, int lengthSize)
-{
+    auto& range = segment.target;
     auto reading = makeSampleReading({.range = range, .segments = {segment}, .stop = {}});
     for (;;) {
         auto sample = reading->next();
@@ -145,6 +143,7 @@ private:
 
     Result<void> advance();
     Result<void> begin();
+    bool canCopy(const CMSampleBuffer& sample) const;
     Result<void> copyNext();
     // Gives the longest beginning of the samples kept back that is shown before all of the rest; `rest` is the earliest
     // time that samples not read yet can have.
@@ -162,8 +161,9 @@ private:
 
     std::unique_ptr<TrackReading> samples_;
     std::deque<std::shared_ptr<const CMSampleBuffer>> kept_; // in order of decoding
-    CMTime delay_ = CMTime::zero(); // from decoding to showing, of the first that is copied
-    CMTime shown_;                  // where what was copied ends
+    CMTime delay_ = CMTime::zero();                // from decoding to showing, of the first that is copied
+    CMTime shown_;                                 // where what was copied ends
+    std::int64_t lastDecodeTime_ = AV_NOPTS_VALUE; // of what was given out, in ticks
 
     std::unique_ptr<TrackReading> pictures_;
     std::unique_ptr<PictureEncoder> encoder_;
@@ -194,15 +194,15 @@ Result<void> SmartReading::begin()
         auto sample = TRY(samples_->next());
         if (!sample)
             return failure(AVError::invalidSourceMedia); // not the file that was planned for
-        if (!sample->isSync || sample->presentationTimeStamp != plan_.firstCopied)
+        if (!sample->isSync || !canCopy(*sample) || sample->presentationTimeStamp != plan_.firstCopied)
             continue;
         delay_ = sample->presentationTimeStamp - decodeTimeOf(*sample);
         kept_.push_back(std::move(sample));
         break;
     }
     phase_ = Phase::copying;
-    if (extent_.range.start < plan_.firstCopied) {
-        TRY(encodeRange(extent_.range.start, plan_.firstCopied));
+    if (plan_.range.start < plan_.firstCopied) {
+        TRY(encodeRange(plan_.range.start, plan_.firstCopied));
         phase_ = Phase::head;
     }
     return {};
@@ -210,7 +210,7 @@ Result<void> SmartReading::begin()
 
 void SmartReading::release(const CMTime& rest)
 {
-    auto end = extent_.range.end();
+    auto end = plan_.range.end();
     // From behind: the earliest that is shown of what follows each sample.
     std::vector<CMTime> earliest(kept_.size() + 1, rest);
     for (std::size_t i = kept_.size(); i-- > 0;)
@@ -229,27 +229,37 @@ void SmartReading::release(const CMTime& rest)
         sample->formatDescription = plan_.format;
         if (sample->duration.isNumeric())
             sample->duration = CMTimeMinimum(sample->duration, end - sample->presentationTimeStamp);
+        lastDecodeTime_ = ticks(decodeTimeOf(*sample), timeBase_);
         ready_.push_back(std::move(sample));
         kept_.pop_front();
     }
 }
 
+// Whether the sample is of the kind that was planned for.
+bool SmartReading::canCopy(const CMSampleBuffer& sample) const
+{
+    bool isHidden = sample.trimDurationAtStart.isNumeric() && sample.trimDurationAtStart > CMTime::zero();
+    return sample.formatDescription == plan_.sourceFormat && !isHidden
+        && sample.presentationTimeStamp.isNumeric();
+}
+
 Result<void> SmartReading::copyNext()
 {
     auto sample = TRY(samples_->next());
-    if (sample) {
+    if (sample && canCopy(*sample)) {
         kept_.push_back(std::move(sample));
         // Nothing is shown before it is decoded.
         if (kept_.size() > lookahead)
             release(decodeTimeOf(*kept_.back()));
         return {};
     }
-    release(CMTime::positiveInfinity());
+    release(sample ? decodeTimeOf(*sample) : CMTime::positiveInfinity());
     samples_.reset();
-    bool isWhole = kept_.empty() || shown_ >= extent_.range.end();
+    bool isWhole = shown_.isNumeric() && shown_ >= plan_.range.end();
     phase_ = isWhole ? Phase::ended : Phase::tail;
+    kept_.clear();
     if (!isWhole)
-        TRY(encodeRange(shown_.isNumeric() ? shown_ : plan_.firstCopied, extent_.range.end()));
+        TRY(encodeRange(shown_.isNumeric() ? shown_ : plan_.firstCopied, plan_.range.end()));
     return {};
 }
 
@@ -288,7 +298,12 @@ Result<void> SmartReading::take(AVPacket& packet)
     auto sample = std::make_shared<CMSampleBuffer>();
     sample->formatDescription = plan_.format;
     sample->presentationTimeStamp = mediaTime(packet.pts, timeBase_);
-    sample->decodeTimeStamp = sample->presentationTimeStamp - delay_;
+    // Later than all before, however irregular the source's decode times are.
+    auto decodeTime = packet.pts - ticks(delay_, timeBase_);
+    if (lastDecodeTime_ != AV_NOPTS_VALUE)
+        decodeTime = std::clamp(lastDecodeTime_ + 1, decodeTime, std::max(decodeTime, packet.pts));
+    lastDecodeTime_ = decodeTime;
+    sample->decodeTimeStamp = mediaTime(decodeTime, timeBase_);
     sample->duration = mediaTime(packet.duration, timeBase_);
     sample->isSync = packet.flags & AV_PKT_FLAG_KEY;
     sample->data = {std::as_bytes(std::span(*bytes)), bytes};
@@ -309,16 +324,19 @@ std::optional<SmartPlan> planSmartReading(const AVAssetTrack& track, const CMTim
         || codec.width % 2 != 0 || codec.height % 2 != 0 || track.naturalSize().width > largest.width)
         return std::nullopt;
     auto sets = H264ParameterSets::parse({codec.extradata, static_cast<std::size_t>(codec.extradata_size)});
-    if (!sets)
+    auto profile = sets ? profileOf(*sets) : std::nullopt;
+    if (!profile)
         return std::nullopt;
-    auto first = firstRefresh(*segment, range, sets->lengthSize);
+    auto first = firstRefresh(*segment, sets->lengthSize);
     if (!first)
         return std::nullopt;
-    SmartPlan plan{.source = *sets,
-                   .settings = settingsLike(codec, *source.video(), track.nominalFrameRate()),
+    SmartPlan plan{.sourceFormat = segment->mediaStream().format,
+                   .source = *sets,
+                   .settings = settingsLike(codec, *source.video(), track.nominalFrameRate(), *profile),
                    .pixels = codec.format == AV_PIX_FMT_YUVJ420P
                        ? CVPixelFormatType::planar420YpCbCr8FullRange
                        : CVPixelFormatType::planar420YpCbCr8,
+                   .range = segment->target,
                    .firstCopied = *first};
     plan.encoderID = 31;
     while (plan.encoderID > 0 && sets->usesID(plan.encoderID))
@@ -328,8 +346,8 @@ std::optional<SmartPlan> planSmartReading(const AVAssetTrack& track, const CMTim
     if (plan.encoderID == 0 || !own || !own->usesID(plan.encoderID))
         return std::nullopt;
     plan.encoder = *own;
-    plan.format = formatWith(source, sets->merged(*own));
-    return plan.format ? std::optional(std::move(plan)) : std::nullopt;
+    plan.format = withExtradata(source, sets->merged(*own).record());
+    return plan;
 }
 
 std::unique_ptr<TrackReading> makeSmartReading(TrackExtent extent, SmartPlan plan)

@@ -17,19 +17,22 @@ namespace platform {
 // picture that refers to nothing before it, and what cannot be copied at the end, is encoded anew with parameter sets of
 // another number, so that one description holds for all.
 struct SmartPlan {
+    std::shared_ptr<const CMFormatDescription> sourceFormat;
     H264ParameterSets source;
     H264ParameterSets encoder;
     int encoderID = 0;
     VideoSettings settings;
     CVPixelFormatType pixels{};
+    // The part of the asset's timeline that the track's pictures fill of the range.
+    CMTimeRange range;
     CMTime firstCopied;
     // Of what comes out.
     std::shared_ptr<const CMFormatDescription> format;
 };
 
 // Nothing when that cannot be made exact, or copies nothing: another codec, larger pictures than `largest`, interlaced
-// ones, other than 8-bit 4:2:0, a composition of several pieces, no picture to begin at within the range. Reads the file up to
-// that picture.
+// ones, other than 8-bit 4:2:0, several pieces of media within the range, no picture to begin at. Reads the file up to that
+// picture.
 std::optional<SmartPlan> planSmartReading(const AVAssetTrack& track, const CMTimeRange& range,
                                           CGSize largest);
 

@@ -11,6 +11,13 @@ namespace platform {
 using AVVideoCodecType = FourCharCode;
 inline constexpr AVVideoCodecType AVVideoCodecTypeH264 = fourCharCode("avc1");
 
+// What a decoder must know to do; the level is the encoder's choice.
+enum class H264Profile { baseline, main, high };
+
+inline constexpr H264Profile AVVideoProfileLevelH264BaselineAutoLevel = H264Profile::baseline;
+inline constexpr H264Profile AVVideoProfileLevelH264MainAutoLevel = H264Profile::main;
+inline constexpr H264Profile AVVideoProfileLevelH264HighAutoLevel = H264Profile::high;
+
 // How pictures are compressed for a file. The fields are the platform's keys; what is absent is taken from the first
 // picture that is appended.
 struct VideoSettings {
@@ -26,6 +33,8 @@ struct VideoSettings {
     int AVVideoMaxKeyFrameIntervalKey = 250;
     // Whether pictures may refer to later ones, which makes files smaller.
     bool AVVideoAllowFrameReorderingKey = true;
+    // High when absent, the smallest files.
+    std::optional<H264Profile> AVVideoProfileLevelKey;
     // Pictures a second on average, for the encoder's planning only.
     std::optional<double> AVVideoExpectedSourceFrameRateKey;
     // What the numbers mean, said in the file; the pictures are not converted.
