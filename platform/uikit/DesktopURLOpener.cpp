@@ -2,13 +2,12 @@
 #include "platform/uikit/DesktopURLOpener.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/OpenURIPortal_p.h"
 #include "platform/uikit/SettingsPortal_p.h"
 #include "platform/uikit/SpawnedProgram.h"
 #include "platform/uikit/UIApplication.h"
 
 #include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusPendingCallWatcher>
 #include <QtGui/QGuiApplication>
 
 #include <array>
@@ -121,24 +120,6 @@ bool isSandboxed()
     return std::filesystem::exists("/.flatpak-info", ignored) || !variable("SNAP").empty();
 }
 
-void openByPortal(const std::string& url, std::function<void(bool)> completion)
-{
-    auto message = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.OpenURI"), QStringLiteral("OpenURI"));
-    message << QString() << QString::fromStdString(url) << QVariantMap();
-    // Its own parent: it goes when it has answered, and no program waits for it.
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
-                     [url, completion = std::move(completion)](QDBusPendingCallWatcher* finished) {
-                         finished->deleteLater();
-                         if (finished->isError())
-                             openByCommand(url, completion);
-                         else
-                             complete(completion, true);
-                     });
-}
-
 bool isSettings(const URL& url)
 {
     return url.absoluteString() == UIApplication::openSettingsURLString;
@@ -192,9 +173,17 @@ void DesktopURLOpener::open(const URL& url, std::function<void(bool)> completion
         return SpawnedProgram::start(std::move(command), std::move(completion));
     }
     // The portal takes files only as open descriptors, for a program of its choice.
-    if (!url.isFileURL() && SettingsPortal::busIsThere() && QDBusConnection::sessionBus().isConnected())
-        return openByPortal(url.absoluteString(), std::move(completion));
-    openByCommand(url.absoluteString(), std::move(completion));
+    auto usesPortal =
+        !url.isFileURL() && SettingsPortal::busIsThere() && QDBusConnection::sessionBus().isConnected();
+    if (!usesPortal)
+        return openByCommand(url.absoluteString(), std::move(completion));
+    openThroughPortal(QDBusConnection::sessionBus(), url.absoluteString(),
+                      [text = url.absoluteString(), completion = std::move(completion)](bool isTaken) {
+                          if (isTaken)
+                              complete(completion, true);
+                          else
+                              openByCommand(text, completion);
+                      });
 }
 
 } // namespace platform

@@ -45,7 +45,7 @@ public:
     // Whether something on this desktop opens URLs of that kind.
     bool canOpenURL(const URL& url) const;
     // Asks the desktop to open the URL in whatever program is for it, without waiting. `completion` comes later, in a turn
-    // of the main loop, exactly once: true when a program has taken it.
+    // of the main loop, exactly once: true when the desktop, or a program, has taken it.
     void open(const URL& url, std::function<void(bool)> completion = {});
     // What asks the desktop; null: the desktop itself.
     void setURLOpener(std::shared_ptr<URLOpener> opener);

@@ -2,10 +2,19 @@
 #include "platform/uikit/DesktopURLOpener.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/GraphicsRuntime_p.h"
+#include "platform/uikit/OpenURIPortal_p.h"
 #include "platform/uikit/UIApplication.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QProcess>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusObjectPath>
+#include <QtDBus/QDBusVirtualObject>
 
 #include <map>
 #include <optional>
@@ -126,6 +135,55 @@ TEST(DesktopURLOpener, knows_what_the_desktop_has_programs_for)
         EXPECT_EQ(DesktopURLOpener::hasHandler(scheme), expected) << scheme;
     EXPECT_TRUE(DesktopURLOpener().canOpen(folder.url("config/mimeapps.list")));
     EXPECT_FALSE(DesktopURLOpener().canOpen(folder.url("nothing")));
+}
+
+// Takes secure URLs only, and keeps what it was asked.
+class Portal : public QDBusVirtualObject {
+public:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        if (message.interface() != QLatin1String("org.freedesktop.portal.OpenURI")
+            || message.signature() != QLatin1String("ssa{sv}"))
+            return false;
+        asked = message.arguments()[1].toString().toStdString();
+        auto reply = asked.starts_with("https:")
+            ? message.createReply(QVariant::fromValue(QDBusObjectPath(QLatin1String("/request"))))
+            : message.createErrorReply(QLatin1String("org.freedesktop.portal.Error.NotAllowed"), QString());
+        return connection.send(reply);
+    }
+    std::string asked;
+};
+
+TEST(OpenURIPortal, says_whether_the_portal_took_the_url)
+{
+    startGraphics(DisplayMode::offscreen);
+    QProcess daemon;
+    daemon.start(QLatin1String("dbus-daemon"),
+                 {QLatin1String("--session"), QLatin1String("--nofork"), QLatin1String("--nopidfile"),
+                  QLatin1String("--print-address"), QLatin1String("--address=unix:tmpdir=/tmp")});
+    if (!daemon.waitForStarted() || !daemon.waitForReadyRead())
+        GTEST_SKIP() << "no dbus-daemon is installed";
+    auto address = QString::fromUtf8(daemon.readLine()).trimmed();
+    auto program = QDBusConnection::connectToBus(address, QLatin1String("url-program"));
+    auto desktop = QDBusConnection::connectToBus(address, QLatin1String("url-portal"));
+    auto ask = [&](const std::string& url) {
+        std::optional<bool> answer;
+        openThroughPortal(program, url, [&](bool isTaken) { answer = isTaken; });
+        EXPECT_FALSE(answer) << "the answer comes later";
+        while (!answer)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        return *answer;
+    };
+    EXPECT_FALSE(ask("https://example.org/")) << "nobody is there";
+    Portal portal;
+    desktop.registerVirtualObject(QLatin1String("/org/freedesktop/portal/desktop"), &portal);
+    ASSERT_TRUE(desktop.registerService(QLatin1String("org.freedesktop.portal.Desktop")));
+    EXPECT_TRUE(ask("https://example.org/?a=%20"));
+    EXPECT_EQ(portal.asked, "https://example.org/?a=%20");
+    EXPECT_FALSE(ask("gopher://example.org/"));
+    daemon.kill();
+    daemon.waitForFinished();
 }
 
 } // namespace
