@@ -45,7 +45,7 @@ public:
                             .stream = static_cast<int>(position_),
                             .sourceStart = range.start,
                             .target = range,
-                            .isWholeTrack = true});
+                            .isWholeTrack = !stream_.isTimeRangeBinding});
         return segments;
     }
 

@@ -18,6 +18,9 @@ namespace platform {
 // More are not looked at.
 inline constexpr int greatestStreamCount = 256;
 
+// A picture that belongs to the file and not to its timeline.
+bool isCover(const AVStream& stream);
+
 // Splits a media file into the packets of its streams. Times of packets are asset times in the stream's time base:
 // zero is where the asset's timeline begins, which is the movie's own zero where the container has one (QuickTime,
 // MP4) and else the earliest packet, when that lies after zero. One thread at a time.
@@ -33,6 +36,8 @@ public:
     // Asset time zero, in ticks of the stream's time base.
     std::int64_t origin(int stream) const;
 
+    // QuickTime, MP4 and their kin, which have an index and a timeline of their own.
+    bool isMovie() const;
     // Whether the first packets of the stream are encrypted.
     bool isEncrypted(int stream) const { return states_[static_cast<std::size_t>(stream)].isEncrypted; }
 

@@ -25,7 +25,7 @@ constexpr std::size_t greatestItemLength = 1 << 16;
 
 std::optional<AVMediaType> typeOf(const AVStream& stream)
 {
-    if (stream.disposition & (AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS))
+    if (isCover(stream))
         return std::nullopt;
     switch (stream.codecpar->codec_type) {
     case AVMEDIA_TYPE_VIDEO:
@@ -132,6 +132,8 @@ MediaStream describe(const MediaDemuxer& demuxer, int index, AVMediaType type)
         av_guess_sample_aspect_ratio(const_cast<AVFormatContext*>(&demuxer.format()), mutableStream, nullptr);
     auto rate = stream.avg_frame_rate.num > 0 ? stream.avg_frame_rate : stream.r_frame_rate;
     MediaStream result{.index = index, .mediaType = type, .timeRange = timeRange(demuxer, index)};
+    // A movie's edits cut off what its last sample has too much.
+    result.isTimeRangeBinding = stream.duration > 0 && demuxer.isMovie();
     result.format = makeFormatDescription(codec, stream.time_base, rate, aspect);
     if (type == AVMediaType::video) {
         auto ratio = result.format->video()->pixelAspectRatio;

@@ -14,7 +14,7 @@ struct MediaSegment {
     int stream = -1;                           // of the source
     CMTime sourceStart;                        // invalid when nothing plays
     CMTimeRange target;
-    // Whether it is all of a file's track: where that ends is what its data say, the range is what its header says.
+    // Whether it is all of a track of a file that only its data tell the end of; the range is what its header says.
     bool isWholeTrack = false;
 
     bool isEmpty() const { return !source; }

@@ -24,9 +24,8 @@ bool needsScan(const MediaDemuxer& demuxer, PreciseTiming precise)
     auto& format = demuxer.format();
     // A recording that was never finished, and a header that promises more than fits the file: no codec gets by with
     // less than 512 bits a second. A movie's tables need no promise.
-    const bool isMovie = std::string_view(format.iformat->name).starts_with("mov,");
     if (format.duration <= 0
-        || (!isMovie && format.duration / AV_TIME_BASE > demuxer.identity().size / 64 + 60))
+        || (!demuxer.isMovie() && format.duration / AV_TIME_BASE > demuxer.identity().size / 64 + 60))
         return true;
     const bool isEstimate = format.duration_estimation_method != AVFMT_DURATION_FROM_STREAM;
     if (isEstimate && demuxer.identity().size <= smallFile)

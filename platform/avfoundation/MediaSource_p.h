@@ -23,6 +23,8 @@ struct MediaStream {
     AVMediaType mediaType = AVMediaType::metadata;
     std::shared_ptr<const CMFormatDescription> format;
     CMTimeRange timeRange;
+    // Whether the range is what is to be played, or an account of the data, which may go on for longer.
+    bool isTimeRangeBinding = false;
     CGSize naturalSize;
     CGAffineTransform preferredTransform;
     double frameRate = 0;
