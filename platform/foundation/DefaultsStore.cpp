@@ -2,6 +2,7 @@
 #include "platform/foundation/DefaultsStore_p.h"
 
 #include "platform/foundation/DefaultsService_p.h"
+#include "platform/foundation/FileReading_p.h"
 #include "platform/foundation/Logger.h"
 #include "platform/foundation/MainThreadWork.h"
 #include "platform/foundation/PropertyListWriter.h"
@@ -186,8 +187,10 @@ Result<void> DefaultsStore::conclude(const Batch& batch, Result<DefaultsSnapshot
         else if (changes_.empty()) // merely reading well does not mean that writing works again
             faultIsLogged_ = false;
     }
-    if (isNewFault)
-        Logger("org.zelk.platform", "defaults").error(outcome.error().localizedDescription());
+    if (isNewFault) {
+        auto whose = file_.folder() ? "the settings of " + shownName(*file_.folder()) + ": " : std::string();
+        Logger("org.zelk.platform", "defaults").error(whose + outcome.error().localizedDescription());
+    }
     return outcome;
 }
 

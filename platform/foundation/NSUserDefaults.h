@@ -93,7 +93,7 @@ public:
     PropertyListDictionary dictionaryRepresentation() const;
 
     // Writes what is not written yet and reads what others wrote; returns when it is safe from a loss of power. Waits
-    // for the disk, and up to 10 seconds for another process that is writing.
+    // for the disk and for others that are writing; a process that goes on writing for 10 seconds is an error.
     // Errors: the file-write codes, propertyListWriteInvalid, the file-read codes when the file cannot be used.
     Result<void> synchronize();
 
