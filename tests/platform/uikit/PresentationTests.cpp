@@ -67,51 +67,41 @@ struct Stage {
         harness.settle();
         harness.advance(1s);
     }
+    std::string said()
+    {
+        std::string all;
+        for (const auto& each : std::exchange(log, {}))
+            all += (all.empty() ? "" : ", ") + each;
+        return all;
+    }
 };
 
 TEST(Presentation, brings_appearance_in_the_platforms_order)
 {
     struct Case {
-        const char* name;
         Style style;
         Animated animated;
-        Log coming, going;
+        std::string coming, going;
     };
     const Case cases[] = {
-        {"over the presenter",
-         Style::overFullScreen,
-         Animated::no,
-         {"B willAppear", "B didAppear", "shown"},
-         {"B willDisappear", "B didDisappear", "gone"}},
-        {"as a sheet, moving",
-         Style::pageSheet,
-         Animated::yes,
-         {"B willAppear~", "B didAppear~", "shown"},
-         {"B willDisappear~", "B didDisappear~", "gone"}},
-        {"in place of the presenter",
-         Style::fullScreen,
-         Animated::yes,
-         {"A willDisappear~", "B willAppear~", "B didAppear~", "A didDisappear~", "shown"},
-         {"B willDisappear~", "A willAppear~", "A didAppear~", "B didDisappear~", "gone"}},
-        {"in place of it, at once",
-         Style::fullScreen,
-         Animated::no,
-         {"A willDisappear", "B willAppear", "B didAppear", "A didDisappear", "shown"},
-         {"B willDisappear", "A willAppear", "A didAppear", "B didDisappear", "gone"}},
+        {Style::overFullScreen, Animated::no, "B willAppear, B didAppear", "B willDisappear, B didDisappear"},
+        {Style::pageSheet, Animated::yes, "B willAppear~, B didAppear~", "B willDisappear~, B didDisappear~"},
+        {Style::fullScreen, Animated::yes, "A willDisappear~, B willAppear~, B didAppear~, A didDisappear~",
+         "B willDisappear~, A willAppear~, A didAppear~, B didDisappear~"},
+        {Style::fullScreen, Animated::no, "A willDisappear, B willAppear, B didAppear, A didDisappear",
+         "B willDisappear, A willAppear, A didAppear, B didDisappear"},
     };
     for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
         Stage stage;
         auto b = stage.make("B", test.style);
         stage.root->present(b, test.animated, stage.say("shown"));
         stage.settle();
-        EXPECT_EQ(stage.log, test.coming);
+        EXPECT_EQ(stage.said(), test.coming + ", shown");
         EXPECT_EQ(stage.root->view()->window() == nullptr, test.style == Style::fullScreen);
         EXPECT_EQ(b->view()->window(), stage.harness.sharedWindow());
-        stage.log.clear();
         b->dismiss(test.animated, stage.say("gone"));
         stage.settle();
-        EXPECT_EQ(stage.log, test.going);
+        EXPECT_EQ(stage.said(), test.going + ", gone");
         EXPECT_EQ(b->view()->superview(), nullptr);
         EXPECT_EQ(stage.harness.window().subviews(), std::vector{stage.root->view()});
         EXPECT_EQ(stage.root->presentedViewController(), nullptr);
@@ -149,9 +139,9 @@ TEST(Presentation, belongs_to_the_outermost_parent_and_refuses_a_second)
     stage.settle();
     child->dismiss(Animated::no);
     stage.settle();
-    EXPECT_EQ(stage.log,
-              (Log{"B willDisappear", "B didDisappear", "C willAppear", "C didAppear", "C willDisappear",
-                   "C didDisappear", "D willAppear", "D didAppear"}));
+    EXPECT_EQ(stage.said(),
+              "B willDisappear, B didDisappear, C willAppear, C didAppear, C willDisappear, C didDisappear, "
+              "D willAppear, D didAppear");
 }
 
 TEST(Presentation, takes_all_that_is_in_front_with_it)
