@@ -36,7 +36,8 @@ struct Reading {
 inline const platform::CMTimeRange everything{platform::CMTime::zero(), platform::CMTime::positiveInfinity()};
 inline const platform::AudioSettings mono16k{.AVSampleRateKey = 16000, .AVNumberOfChannelsKey = 1};
 
-inline Reading read(const std::shared_ptr<platform::AVAsset>& asset, const std::shared_ptr<platform::AVAssetTrack>& track,
+inline Reading read(const std::shared_ptr<platform::AVAsset>& asset,
+                    const std::shared_ptr<platform::AVAssetTrack>& track,
                     const platform::AVAssetReaderTrackOutput::OutputSettings& settings,
                     const platform::CMTimeRange& range = everything)
 {
