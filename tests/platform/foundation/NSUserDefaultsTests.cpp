@@ -143,6 +143,7 @@ TEST(NSUserDefaultsTests, Values_of_other_types_convert_as_the_platform_converts
     }
     defaults->setObject("~/x", "k");
     EXPECT_EQ(defaults->URLForKey("k"), URL::fileURL(std::string(std::getenv("HOME")) + "/x"));
+    EXPECT_TRUE(defaults->synchronize()); // nothing is left to write when the folder goes
 }
 
 TEST(NSUserDefaultsTests, Arguments_come_before_settings_and_registered_defaults_after)
