@@ -69,7 +69,7 @@ function(zelk_test folder)
   target_link_libraries(${name} PRIVATE ${TEST_LINKS} ${TEST_LIBRARIES} zelk_tests_support GTest::gtest)
   zelk_precompile(${name})
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${folder}: "
-    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_BINARY_DIR}/tests/home;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/tests/home;DBUS_SESSION_BUS_ADDRESS=disabled:;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_BINARY_DIR}/tests/home;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/tests/home;DBUS_SESSION_BUS_ADDRESS=disabled:;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp"
                TIMEOUT 120)
 endfunction()
 

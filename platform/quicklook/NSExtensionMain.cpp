@@ -3,6 +3,7 @@
 
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/String.h"
+#include "platform/quicklook/Confinement.h"
 #include "platform/quicklook/ExtensionManifest.h"
 #include "platform/quicklook/PreviewArguments.h"
 #include "platform/quicklook/PreviewHost.h"
@@ -95,7 +96,8 @@ int NSExtensionMain(int argumentCount, char** arguments)
     if (!manifest)
         return complain(manifest.error().localizedDescription(), notShown);
     if (request->action == PreviewAction::version) {
-        std::printf("%s %s\n", manifest->name.c_str(), manifest->version.c_str());
+        std::printf("%s %s (confinement: %s)\n", manifest->name.c_str(), manifest->version.c_str(),
+                    describe(availableConfinement()).c_str());
         return std::fflush(stdout) == 0 ? shown : complain("standard output cannot be written", notShown);
     }
     auto url = fileNamed(request->file);

@@ -3,6 +3,7 @@
 
 #include "platform/foundation/Precondition.h"
 #include "platform/graphics/GraphicsRuntime.h"
+#include "platform/quicklook/Confinement.h"
 #include "platform/quicklook/PreviewFailureViewController.h"
 #include "platform/quicklook/PreviewSize.h"
 #include "platform/quicklook/PrincipalClass.h"
@@ -105,8 +106,9 @@ int paintSnapshot(std::string_view program, const PreviewArguments& arguments, c
 class PreviewWindow {
 public:
     PreviewWindow(const PreviewArguments& arguments, const URL& file,
-                  std::shared_ptr<UIViewController> controller)
+                  std::shared_ptr<UIViewController> controller, int landlockVersion)
         : arguments_(arguments)
+        , landlockVersion_(landlockVersion)
         , controller_(std::move(controller))
         , title_(file.lastPathComponent())
     {
@@ -126,13 +128,15 @@ public:
         window_->setRootViewController(controller_);
         window_->onUnhandledPress = [this](const UIPress& press) { return handlePress(press); };
         window_->onClose = [] { UIApplication::shared().terminate(); };
-        if (std::getenv(
-                "ZELK_REPORT_FIRST_FRAME")) { // for the start benchmark and for reports of slow starts
-            window_->onFirstFrame = [] {
+        window_->onFirstFrame = [landlockVersion = landlockVersion_] {
+            if (std::getenv(
+                    "ZELK_REPORT_FIRST_FRAME")) { // for the start benchmark and for reports of slow starts
                 std::puts("first-frame");
                 std::fflush(stdout);
-            };
-        }
+            }
+            // The file is read and the window stands: from here on it only looks.
+            confineCalls(landlockVersion);
+        };
         window_->makeKeyAndVisible();
         window_->advanceFocus(UIWindow::FocusDirection::forward);
     }
@@ -179,20 +183,21 @@ private:
     void setTextSize(UIContentSizeCategory category) { window_->setOverrideContentSizeCategory(category); }
 
     const PreviewArguments& arguments_;
+    const int landlockVersion_;
     std::shared_ptr<UIViewController> controller_;
     std::string title_;
     std::shared_ptr<UIWindow> window_;
 };
 
 int showWindow(std::string_view program, const PreviewArguments& arguments, const URL& file,
-               const PreparedPreview& preview)
+               const PreparedPreview& preview, int landlockVersion)
 {
     auto controller = preview.controller;
     if (preview.error) {
         printMessageLine(previewFailureLine(program, file.lastPathComponent(), *preview.error));
         controller = std::make_shared<PreviewFailureViewController>(file.lastPathComponent(), *preview.error);
     }
-    PreviewWindow window(arguments, file, controller);
+    PreviewWindow window(arguments, file, controller, landlockVersion);
     window.open();
     int status = UIApplication::shared().run();
     return preview.error ? notShown : status;
@@ -200,15 +205,16 @@ int showWindow(std::string_view program, const PreviewArguments& arguments, cons
 
 // All views are gone when it returns.
 int prepareAndShow(std::string_view program, const ExtensionManifest& manifest,
-                   const PreviewArguments& arguments, const URL& file)
+                   const PreviewArguments& arguments, const URL& file, int landlockVersion)
 {
     auto preview = prepare(manifest, file);
     if (!preview) {
         printMessageLine(std::string(program) + ": " + preview.error().localizedDescription());
         return notShown;
     }
-    return arguments.action == PreviewAction::window ? showWindow(program, arguments, file, *preview)
-                                                     : paintSnapshot(program, arguments, file, *preview);
+    return arguments.action == PreviewAction::window
+        ? showWindow(program, arguments, file, *preview, landlockVersion)
+        : paintSnapshot(program, arguments, file, *preview);
 }
 
 } // namespace
@@ -222,14 +228,17 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
                          + ": no display to show it on; --snapshot OUT.png paints it into a picture");
         return notShown;
     }
+    int landlockVersion = 0;
     if (needsDisplay) {
+        // The rules for files hold for threads that start later only, and the window system's libraries start some.
+        landlockVersion = confineFiles("");
         UIApplication::shared().setIdentifier(manifest.identifier);
         // Before the file is read: the desktop is asked for its settings meanwhile.
         UIApplication::shared().start();
     } else {
         startGraphics(DisplayMode::offscreen);
     }
-    int status = prepareAndShow(program, manifest, arguments, file);
+    int status = prepareAndShow(program, manifest, arguments, file, landlockVersion);
     stopGraphics(); // hands what was copied to the desktop, which may keep it for when we are gone
     return status;
 }
