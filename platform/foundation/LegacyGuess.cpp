@@ -425,7 +425,10 @@ std::vector<TextEncoding> guessLegacyEncodings(std::string_view bytes, const Leg
         if (decodesStrictly(encoding, sample, Ending::mayBeCut))
             candidates.push_back({encoding, scoreOf(encoding, sample, answer, words, hints)});
     }
-    std::ranges::stable_sort(candidates, std::greater(), &Candidate::score);
+    // Of equal ones the earlier in the table.
+    std::ranges::sort(candidates, [](const Candidate& a, const Candidate& b) {
+        return a.score != b.score ? a.score > b.score : a.encoding < b.encoding;
+    });
     std::vector<TextEncoding> result;
     for (auto& candidate : candidates) {
         if (decodesStrictly(candidate.encoding, bytes))

@@ -40,6 +40,8 @@ TEST(CommandLine, textGivesTheDecodedTextExactly)
          "h\0i\0=\xD8\0\xDE"s,
          "hi\U0001F600"},
         {"UTF-16 without a mark", "1\0\r\0\n\0H\0e\0l\0l\0o\0"s, "1\r\nHello"},
+        {"an encoding of old", "1\n00:00:01,000 --> 00:00:02,000\nO\xF9 est-il pass\xE9 ?\n",
+         "1\n00:00:01,000 --> 00:00:02,000\nOù est-il passé ?\n"},
         {"UTF-32 big-endian with a mark", "\0\0\xFE\xFF\0\0\0A\0\1\xF6\0"s, "A\U0001F600"},
         {"zero bytes and controls inside a text", "a\0b\x01\x1B[0m tab\there and more text\n"s,
          "a\0b\x01\x1B[0m tab\there and more text\n"s},
@@ -95,7 +97,6 @@ TEST(CommandLine, whatCannotBeReadIsNamedOnOneLineWithItsReasonAndExitsWithOne)
                                  "a\0",
                                  6)),
          "lone.srt"},
-        {folder.file("latin.srt", "caf\xE9 au lait\n"), "latin.srt"},
         {folder.file("binary.srt",
                      std::string("\x7F"
                                  "ELF\2\1\1\0\0\0\xFF\xC0\0\0\1",

@@ -73,8 +73,8 @@ TEST(PreviewViewController, aReadableFileShowsItsExactTextReadOnlySelectableInTh
 TEST(PreviewViewController, aReadErrorIsHandedBackUnchangedOnceAndNothingIsShown)
 {
     ::tests::TemporaryDirectory folder;
-    for (auto& url :
-         {URL::fileURL(folder.path("gone.srt")), URL::fileURL(folder.file("bad.srt", "caf\xE9 au lait"))}) {
+    for (auto& url : {URL::fileURL(folder.path("gone.srt")),
+                      URL::fileURL(folder.file("bad.srt", std::string("caf\xE9\0lait", 9)))}) {
         auto expected = String::contentsOf(url);
         ASSERT_FALSE(expected);
         Preview preview(url);
