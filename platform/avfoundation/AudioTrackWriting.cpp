@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/avfoundation/CMFormatDescription_p.h"
+#include "platform/avfoundation/PCMChunk_p.h"
+#include "platform/avfoundation/SoundConverter_p.h"
 #include "platform/avfoundation/TrackWriting_p.h"
 
 #include <algorithm>
-#include <cstring>
+#include <array>
+#include <optional>
 #include <utility>
-#include <vector>
 
 extern "C" {
 #include <libavutil/audio_fifo.h>
-#include <libavutil/opt.h>
 }
 
 namespace platform {
@@ -19,27 +20,45 @@ namespace {
 using AudioFifo = std::unique_ptr<AVAudioFifo, decltype([](AVAudioFifo* fifo) { av_audio_fifo_free(fifo); })>;
 
 constexpr std::int64_t longestGap = 24 * 60 * 60; // seconds; a longer one is a broken time
+constexpr int sliceSize = 4096;                   // sample frames that are converted at a time
+constexpr std::size_t mostChannels = 64;
 
-// What the resampler calls linear PCM of that form. The library computes with native byte order; the forms in files
-// have both, and whoever reads for a writer gives the native one.
-AVSampleFormat sampleFormat(const CMAudioFormat& format)
+// Linear PCM in memory, a plane a channel or one for all.
+struct Stretch {
+    std::array<const std::uint8_t*, mostChannels> planes{};
+    std::int64_t count = 0;            // sample frames
+    std::shared_ptr<const void> owner; // of the planes
+};
+
+std::size_t bytesPerFrame(const CMAudioFormat& format) // of a plane
 {
-    auto packed = AV_SAMPLE_FMT_NONE;
-    if (format.isFloat)
-        packed = format.bitsPerChannel == 64 ? AV_SAMPLE_FMT_DBL : AV_SAMPLE_FMT_FLT;
-    else if (format.bitsPerChannel == 8)
-        packed = AV_SAMPLE_FMT_U8;
-    else if (format.bitsPerChannel == 16)
-        packed = AV_SAMPLE_FMT_S16;
-    else if (format.bitsPerChannel == 32)
-        packed = AV_SAMPLE_FMT_S32;
-    return format.isNonInterleaved ? av_get_planar_sample_fmt(packed) : packed;
+    return static_cast<std::size_t>(format.bitsPerChannel / 8
+                                    * (format.isNonInterleaved ? 1 : format.channels));
 }
 
-// Sound that is compressed, or brought into another form of linear PCM, on its way into the file.
-class AudioTrackWriting final : public TrackWriting {
+std::size_t planeCount(const CMAudioFormat& format)
+{
+    return format.isNonInterleaved ? static_cast<std::size_t>(format.channels) : 1;
+}
+
+// `count` frames from `skip` on of memory that holds `total`.
+Stretch stretchOf(const CMBlockBuffer& data, const CMAudioFormat& format, std::int64_t total,
+                  std::int64_t skip, std::int64_t count)
+{
+    Stretch stretch{.count = count, .owner = data.owner};
+    auto* begin = reinterpret_cast<const std::uint8_t*>(data.bytes.data());
+    const auto size = bytesPerFrame(format);
+    for (std::size_t plane = 0; plane < planeCount(format); ++plane)
+        stretch.planes[plane] =
+            begin + (plane * static_cast<std::size_t>(total) + static_cast<std::size_t>(skip)) * size;
+    return stretch;
+}
+
+// Sound on its way into the file: put onto the session's timeline without gaps, and brought into the form that the file,
+// or its encoder, takes.
+class SoundTrackWriting : public TrackWriting {
 public:
-    AudioTrackWriting(const TrackPlace& place, const AudioSettings& settings)
+    SoundTrackWriting(const TrackPlace& place, const AudioSettings& settings)
         : place_(place)
         , settings_(settings)
     {
@@ -48,110 +67,69 @@ public:
     Result<void> append(const CMSampleBuffer& sample, const CMTimeRange& session) override;
     Result<void> finish() override;
 
-private:
-    Result<void> open(const CMAudioFormat& source);
-    Result<void> openResampler();
-    // Sound of the source's form, `planes` as the resampler takes them. Null is silence.
-    Result<void> take(const std::uint8_t* const* planes, std::int64_t count);
-    Result<void> takeSilence(std::int64_t count);
-    Result<void> encodeFrames(bool isLast);
-    Result<void> drainResampler();
-    std::vector<const std::uint8_t*> planes(const CMSampleBuffer& sample, std::int64_t skip) const;
-    bool isPassedOn() const { return !resampler_; }
+protected:
+    // Describes the track for sound that was `source`; the form that put takes.
+    virtual Result<CMAudioFormat> open(const CMAudioFormat& source) = 0;
+    virtual Result<void> put(const Stretch& stretch) = 0;
+    virtual Result<void> end() { return {}; }
 
     const TrackPlace place_;
     const AudioSettings settings_;
+    std::int64_t firstPts_ = 0; // sample frames of the file's since the session began
+    const Packet packet_ = makePacket();
+
+private:
+    Result<void> begin(const CMAudioFormat& source);
+    Result<void> take(const Stretch& stretch);
+    Result<void> takeSilence(std::int64_t count);
+    // Puts what the chunk holds, and makes it ready to be filled again.
+    Result<void> flush(PCMChunk& chunk);
+
     CMAudioFormat source_;
-    AVSampleFormat sourceFormat_ = AV_SAMPLE_FMT_NONE;
-    CodecContext encoder_;
-    Resampler resampler_; // null when the source has the encoder's form
-    AudioFifo fifo_;
-    Packet packet_ = makePacket();
-    std::int64_t nextSource_ = 0; // sample frames since the session began, by the source's rate
-    std::int64_t written_ = 0;    // sample frames of the encoder's, from its first
-    std::int64_t firstPts_ = 0;
+    CMAudioFormat target_;
+    std::optional<SoundConverter> converter_; // nothing when the source has the target's form
+    std::int64_t nextSource_ = 0;             // sample frames since the session began, by the source's rate
+    bool isOpen_ = false;
     bool hasBegun_ = false;
 };
 
-Result<void> AudioTrackWriting::open(const CMAudioFormat& source)
+Result<void> SoundTrackWriting::begin(const CMAudioFormat& source)
 {
-    source_ = source;
-    sourceFormat_ = sampleFormat(source);
-    auto* codec = audioEncoder(settings_);
-    if (!codec || sourceFormat_ == AV_SAMPLE_FMT_NONE || source.isBigEndian || source.channels < 1
-        || source.sampleRate < 1)
+    // What is read for a writer has the native byte order, and sizes that are computed with.
+    bool isUsable = pcmCodec(source) != AV_CODEC_ID_NONE && !source.isBigEndian && source.bitsPerChannel != 24
+        && source.channels >= 1 && source.channels <= static_cast<int>(mostChannels)
+        && source.sampleRate >= 1;
+    if (!isUsable)
         return failure(AVError::encoderNotFound);
-    encoder_.reset(avcodec_alloc_context3(codec));
-    if (!encoder_)
-        return failure(AVError::outOfMemory);
-    encoder_->sample_rate = static_cast<int>(settings_.AVSampleRateKey.value_or(source.sampleRate));
-    encoder_->sample_fmt = codec->sample_fmts ? codec->sample_fmts[0] : sourceFormat_;
-    av_channel_layout_default(&encoder_->ch_layout,
-                              settings_.AVNumberOfChannelsKey.value_or(source.channels));
-    encoder_->time_base = {1, encoder_->sample_rate};
-    encoder_->bit_rate = settings_.AVEncoderBitRateKey.value_or(96'000 * encoder_->ch_layout.nb_channels);
-    encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    int code = avcodec_open2(encoder_.get(), codec, nullptr);
-    if (code < 0)
-        return std::unexpected(mediaError(code, MediaWork::encode));
-    fifo_.reset(av_audio_fifo_alloc(encoder_->sample_fmt, encoder_->ch_layout.nb_channels, 4096));
-    if (!fifo_)
-        return failure(AVError::outOfMemory);
-    TRY(openResampler());
-    CodecParameters parameters(avcodec_parameters_alloc());
-    if (!parameters || avcodec_parameters_from_context(parameters.get(), encoder_.get()) < 0)
-        return failure(AVError::outOfMemory);
-    return place_.muxer.describe(place_.track,
-                                 place_.description(std::move(parameters), encoder_->time_base));
-}
-
-Result<void> AudioTrackWriting::openResampler()
-{
-    if (encoder_->sample_fmt == sourceFormat_ && encoder_->sample_rate == source_.sampleRate
-        && encoder_->ch_layout.nb_channels == source_.channels)
+    source_ = source;
+    target_ = TRY(open(source));
+    isOpen_ = true;
+    if (source_ == target_)
         return {};
-    AVChannelLayout layout{};
-    av_channel_layout_default(&layout, source_.channels);
-    SwrContext* context = nullptr;
-    int code =
-        swr_alloc_set_opts2(&context, &encoder_->ch_layout, encoder_->sample_fmt, encoder_->sample_rate,
-                            &layout, sourceFormat_, static_cast<int>(source_.sampleRate), 0, nullptr);
-    resampler_.reset(context);
-    if (code >= 0)
-        code = swr_init(context);
-    if (code < 0)
-        return std::unexpected(mediaError(code, MediaWork::encode));
+    auto form = makeFrame();
+    form->format = sampleFormat(source_);
+    form->sample_rate = static_cast<int>(source_.sampleRate);
+    av_channel_layout_default(&form->ch_layout, source_.channels);
+    converter_ = TRY(SoundConverter::open(*form, target_));
     return {};
 }
 
-std::vector<const std::uint8_t*> AudioTrackWriting::planes(const CMSampleBuffer& sample,
-                                                           std::int64_t skip) const
+Result<void> SoundTrackWriting::append(const CMSampleBuffer& sample, const CMTimeRange& session)
 {
-    auto size = static_cast<std::int64_t>(av_get_bytes_per_sample(sourceFormat_));
-    auto* begin = reinterpret_cast<const std::uint8_t*>(sample.data.bytes.data());
-    if (!source_.isNonInterleaved)
-        return {begin + skip * size * source_.channels};
-    std::vector<const std::uint8_t*> result;
-    for (int channel = 0; channel < source_.channels; ++channel)
-        result.push_back(begin + (channel * sample.sampleCount + skip) * size);
-    return result;
-}
-
-Result<void> AudioTrackWriting::append(const CMSampleBuffer& sample, const CMTimeRange& session)
-{
-    if (!sample.formatDescription || !sample.formatDescription->audio())
+    auto* format = sample.formatDescription && sample.formatDescription->audio()
+        ? &*sample.formatDescription->audio()
+        : nullptr;
+    if (!format || (isOpen_ && *format != source_))
         return failure(AVError::operationNotSupportedForAsset);
-    auto& format = *sample.formatDescription->audio();
-    if (!encoder_)
-        TRY(open(format));
-    else if (format != source_)
-        return failure(AVError::operationNotSupportedForAsset);
-
+    if (!isOpen_)
+        TRY(begin(*format));
+    const auto size =
+        bytesPerFrame(source_) * planeCount(source_) * static_cast<std::size_t>(sample.sampleCount);
     AVRational rate{1, static_cast<int>(source_.sampleRate)};
     auto begin = ticks(sample.presentationTimeStamp - session.start, rate);
-    std::int64_t end = session.end().isNumeric() ? ticks(session.end() - session.start, rate) : INT64_MAX;
-    if (begin == AV_NOPTS_VALUE)
+    if (begin == AV_NOPTS_VALUE || sample.sampleCount < 0 || sample.data.bytes.size() < size)
         return failure(AVError::invalidSourceMedia);
+    std::int64_t end = session.end().isNumeric() ? ticks(session.end() - session.start, rate) : INT64_MAX;
     begin = std::min(begin, end);
     if (!hasBegun_)
         nextSource_ = std::max<std::int64_t>(begin, 0);
@@ -162,7 +140,7 @@ Result<void> AudioTrackWriting::append(const CMSampleBuffer& sample, const CMTim
     if (count <= 0)
         return {};
     if (!hasBegun_ && MediaMuxer::hasTimes(place_.fileType))
-        firstPts_ = av_rescale_q(nextSource_, rate, encoder_->time_base);
+        firstPts_ = av_rescale_q(nextSource_, rate, {1, static_cast<int>(target_.sampleRate)});
     hasBegun_ = true;
     if (begin > nextSource_) {
         if (begin - nextSource_ > longestGap * static_cast<std::int64_t>(source_.sampleRate))
@@ -170,92 +148,193 @@ Result<void> AudioTrackWriting::append(const CMSampleBuffer& sample, const CMTim
         TRY(takeSilence(begin - nextSource_));
         nextSource_ = begin;
     }
-    TRY(take(planes(sample, nextSource_ - begin).data(), count));
+    TRY(take(stretchOf(sample.data, source_, sample.sampleCount, nextSource_ - begin, count)));
     nextSource_ += count;
     return {};
 }
 
-Result<void> AudioTrackWriting::takeSilence(std::int64_t count)
+Result<void> SoundTrackWriting::takeSilence(std::int64_t count)
 {
     constexpr std::int64_t most = 16384;
-    std::vector<std::uint8_t> silence(
-        static_cast<std::size_t>(most * av_get_bytes_per_sample(sourceFormat_) * source_.channels));
-    std::vector<std::uint8_t*> planes(static_cast<std::size_t>(source_.channels), silence.data());
-    av_samples_set_silence(planes.data(), 0, static_cast<int>(most), source_.channels, sourceFormat_);
-    while (count > 0) {
-        auto part = std::min(count, most);
-        TRY(take(planes.data(), part));
-        count -= part;
-    }
+    PCMChunk chunk(source_, most);
+    chunk.appendSilence(most);
+    auto silence = chunk.takeBytes();
+    for (; count > 0; count -= most)
+        TRY(take(stretchOf(silence, source_, most, 0, std::min(count, most))));
     return {};
 }
 
-Result<void> AudioTrackWriting::take(const std::uint8_t* const* planes, std::int64_t count)
+Result<void> SoundTrackWriting::take(const Stretch& stretch)
 {
-    constexpr std::int64_t most = 1 << 20; // the library counts in int
-    auto size = av_get_bytes_per_sample(sourceFormat_);
-    std::vector<const std::uint8_t*> at(planes, planes + (source_.isNonInterleaved ? source_.channels : 1));
-    while (count > 0) {
-        auto part = static_cast<int>(std::min(count, most));
-        if (isPassedOn()) {
-            auto** data = reinterpret_cast<void**>(const_cast<std::uint8_t**>(at.data()));
-            if (av_audio_fifo_write(fifo_.get(), data, part) < part)
+    if (!converter_)
+        return put(stretch);
+    PCMChunk chunk(target_, 4 * sliceSize);
+    for (std::int64_t done = 0; done < stretch.count;) {
+        const auto count = static_cast<int>(std::min<std::int64_t>(stretch.count - done, sliceSize));
+        auto planes = stretch.planes;
+        for (std::size_t plane = 0; plane < planeCount(source_); ++plane)
+            planes[plane] += bytesPerFrame(source_) * static_cast<std::size_t>(done);
+        TRY(converter_->convert(planes.data(), count, chunk));
+        for (; converter_->isBackedUp(); TRY(converter_->takeOut(chunk)))
+            TRY(flush(chunk));
+        done += count;
+    }
+    return flush(chunk);
+}
+
+Result<void> SoundTrackWriting::flush(PCMChunk& chunk)
+{
+    const auto count = chunk.size();
+    auto bytes = chunk.takeBytes();
+    chunk = PCMChunk(target_, 4 * sliceSize);
+    return count > 0 ? put(stretchOf(bytes, target_, count, 0, count)) : Result<void>();
+}
+
+Result<void> SoundTrackWriting::finish()
+{
+    if (!isOpen_) {
+        if (!settings_.AVSampleRateKey || !settings_.AVNumberOfChannelsKey)
+            return place_.muxer.drop(place_.track);
+        TRY(begin({.sampleRate = *settings_.AVSampleRateKey,
+                   .channels = *settings_.AVNumberOfChannelsKey,
+                   .bitsPerChannel = 16}));
+    }
+    for (bool hasMore = converter_.has_value(); hasMore;) {
+        PCMChunk chunk(target_, 4 * sliceSize);
+        TRY(converter_->drain(chunk));
+        hasMore = chunk.room() == 0;
+        TRY(flush(chunk));
+    }
+    return end();
+}
+
+// Samples go into the file as they are in memory, without being copied.
+class PCMTrackWriting final : public SoundTrackWriting {
+public:
+    using SoundTrackWriting::SoundTrackWriting;
+
+private:
+    Result<CMAudioFormat> open(const CMAudioFormat& source) override
+    {
+        auto format = pcmFormat(settings_, source);
+        format.isNonInterleaved = false; // there are no such files
+        CodecParameters codec(avcodec_parameters_alloc());
+        if (!codec)
+            return failure(AVError::outOfMemory);
+        codec->codec_type = AVMEDIA_TYPE_AUDIO;
+        codec->codec_id = pcmCodec(format);
+        codec->sample_rate = static_cast<int>(format.sampleRate);
+        codec->bits_per_coded_sample = format.bitsPerChannel;
+        av_channel_layout_default(&codec->ch_layout, format.channels);
+        codec->block_align = static_cast<int>(bytesPerFrame(format));
+        codec->bit_rate = std::int64_t{8} * codec->block_align * codec->sample_rate;
+        size_ = bytesPerFrame(format);
+        TRY(place_.muxer.describe(
+            place_.track, place_.description(std::move(codec), {1, static_cast<int>(format.sampleRate)})));
+        return format;
+    }
+
+    Result<void> put(const Stretch& stretch) override
+    {
+        constexpr std::int64_t most = 1 << 20; // sizes are int there
+        for (std::int64_t done = 0; done < stretch.count; done += most) {
+            auto count = std::min(stretch.count - done, most);
+            auto owner = std::make_unique<std::shared_ptr<const void>>(stretch.owner);
+            auto letGo = [](void* held, std::uint8_t*) {
+                delete static_cast<std::shared_ptr<const void>*>(held);
+            };
+            auto* bytes =
+                const_cast<std::uint8_t*>(stretch.planes[0]) + static_cast<std::size_t>(done) * size_;
+            auto size = static_cast<std::size_t>(count) * size_;
+            packet_->buf = av_buffer_create(bytes, size, letGo, owner.get(), AV_BUFFER_FLAG_READONLY);
+            if (!packet_->buf)
                 return failure(AVError::outOfMemory);
-        } else {
-            auto room = swr_get_out_samples(resampler_.get(), part);
-            auto converted = makeFrame();
-            converted->format = encoder_->sample_fmt;
-            converted->nb_samples = std::max(room, 1);
-            av_channel_layout_copy(&converted->ch_layout, &encoder_->ch_layout);
-            int code = av_frame_get_buffer(converted.get(), 0);
-            if (code >= 0)
-                code = swr_convert(resampler_.get(), converted->extended_data, converted->nb_samples,
-                                   at.data(), part);
-            if (code >= 0)
-                code = av_audio_fifo_write(fifo_.get(), reinterpret_cast<void**>(converted->extended_data),
-                                           code);
-            if (code < 0)
-                return std::unexpected(mediaError(code, MediaWork::encode));
+            static_cast<void>(owner.release()); // the packet's
+            packet_->data = bytes;
+            packet_->size = static_cast<int>(size);
+            packet_->pts = packet_->dts = firstPts_ + written_;
+            packet_->duration = count;
+            packet_->flags = AV_PKT_FLAG_KEY;
+            written_ += count;
+            TRY(place_.muxer.write(place_.track, *packet_));
+            av_packet_unref(packet_.get());
         }
-        for (auto& plane : at)
-            plane +=
-                static_cast<std::ptrdiff_t>(part) * size * (source_.isNonInterleaved ? 1 : source_.channels);
-        count -= part;
-        TRY(encodeFrames(false));
+        return {};
     }
-    return {};
+
+    std::size_t size_ = 0;     // bytes of a sample frame
+    std::int64_t written_ = 0; // sample frames
+};
+
+// Sound that is compressed on its way.
+class EncodedSoundWriting final : public SoundTrackWriting {
+public:
+    using SoundTrackWriting::SoundTrackWriting;
+
+private:
+    Result<CMAudioFormat> open(const CMAudioFormat& source) override;
+    Result<void> put(const Stretch& stretch) override;
+    Result<void> end() override;
+    Result<void> encodeFrames(int least);
+
+    CodecContext encoder_;
+    AudioFifo fifo_; // up to a frame of the encoder's
+    std::int64_t written_ = 0;
+};
+
+// How the encoder's samples are called here.
+CMAudioFormat formatOf(const AVCodecContext& encoder)
+{
+    auto packed = av_get_packed_sample_fmt(encoder.sample_fmt);
+    return {.sampleRate = static_cast<double>(encoder.sample_rate),
+            .channels = encoder.ch_layout.nb_channels,
+            .bitsPerChannel = 8 * av_get_bytes_per_sample(encoder.sample_fmt),
+            .isFloat = packed == AV_SAMPLE_FMT_FLT || packed == AV_SAMPLE_FMT_DBL,
+            .isNonInterleaved = av_sample_fmt_is_planar(encoder.sample_fmt) != 0};
 }
 
-Result<void> AudioTrackWriting::drainResampler()
+Result<CMAudioFormat> EncodedSoundWriting::open(const CMAudioFormat& source)
 {
-    if (isPassedOn())
-        return {};
-    auto rest = swr_get_out_samples(resampler_.get(), 0);
-    if (rest <= 0)
-        return {};
-    auto converted = makeFrame();
-    converted->format = encoder_->sample_fmt;
-    converted->nb_samples = rest;
-    av_channel_layout_copy(&converted->ch_layout, &encoder_->ch_layout);
-    int code = av_frame_get_buffer(converted.get(), 0);
-    if (code >= 0)
-        code = swr_convert(resampler_.get(), converted->extended_data, rest, nullptr, 0);
-    if (code > 0)
-        code = av_audio_fifo_write(fifo_.get(), reinterpret_cast<void**>(converted->extended_data), code);
+    auto* codec = audioEncoder(settings_);
+    if (!codec)
+        return failure(AVError::encoderNotFound);
+    encoder_.reset(avcodec_alloc_context3(codec));
+    if (!encoder_)
+        return failure(AVError::outOfMemory);
+    encoder_->sample_rate = static_cast<int>(settings_.AVSampleRateKey.value_or(source.sampleRate));
+    encoder_->sample_fmt = codec->sample_fmts[0];
+    av_channel_layout_default(&encoder_->ch_layout,
+                              settings_.AVNumberOfChannelsKey.value_or(source.channels));
+    encoder_->time_base = {1, encoder_->sample_rate};
+    encoder_->bit_rate = settings_.AVEncoderBitRateKey.value_or(96'000 * encoder_->ch_layout.nb_channels);
+    encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    int code = avcodec_open2(encoder_.get(), codec, nullptr);
     if (code < 0)
         return std::unexpected(mediaError(code, MediaWork::encode));
-    return {};
+    fifo_.reset(av_audio_fifo_alloc(encoder_->sample_fmt, encoder_->ch_layout.nb_channels, 4096));
+    CodecParameters parameters(avcodec_parameters_alloc());
+    if (!fifo_ || !parameters || avcodec_parameters_from_context(parameters.get(), encoder_.get()) < 0)
+        return failure(AVError::outOfMemory);
+    TRY(place_.muxer.describe(place_.track, place_.description(std::move(parameters), encoder_->time_base)));
+    return formatOf(*encoder_);
 }
 
-Result<void> AudioTrackWriting::encodeFrames(bool isLast)
+Result<void> EncodedSoundWriting::put(const Stretch& stretch)
 {
-    // An encoder without a frame size takes any; large ones cost less.
-    int wanted = encoder_->frame_size > 0 ? encoder_->frame_size : 4096;
-    while (av_audio_fifo_size(fifo_.get()) >= (isLast ? 1 : wanted)) {
+    auto planes = stretch.planes;
+    auto** data = const_cast<std::uint8_t**>(planes.data()); // the library's interface leaves out a const
+    if (av_audio_fifo_write(fifo_.get(), reinterpret_cast<void**>(data), static_cast<int>(stretch.count)) < 0)
+        return failure(AVError::outOfMemory);
+    return encodeFrames(encoder_->frame_size);
+}
+
+Result<void> EncodedSoundWriting::encodeFrames(int least)
+{
+    while (av_audio_fifo_size(fifo_.get()) >= least) {
         auto frame = makeFrame();
         frame->format = encoder_->sample_fmt;
         frame->sample_rate = encoder_->sample_rate;
-        frame->nb_samples = std::min(wanted, av_audio_fifo_size(fifo_.get()));
+        frame->nb_samples = std::min(encoder_->frame_size, av_audio_fifo_size(fifo_.get()));
         av_channel_layout_copy(&frame->ch_layout, &encoder_->ch_layout);
         int code = av_frame_get_buffer(frame.get(), 0);
         if (code >= 0)
@@ -271,18 +350,9 @@ Result<void> AudioTrackWriting::encodeFrames(bool isLast)
     return {};
 }
 
-Result<void> AudioTrackWriting::finish()
+Result<void> EncodedSoundWriting::end()
 {
-    if (!encoder_) {
-        if (!settings_.AVSampleRateKey || !settings_.AVNumberOfChannelsKey)
-            return place_.muxer.drop(place_.track);
-        CMAudioFormat source{.sampleRate = *settings_.AVSampleRateKey,
-                             .channels = *settings_.AVNumberOfChannelsKey,
-                             .bitsPerChannel = 16};
-        TRY(open(source));
-    }
-    TRY(drainResampler());
-    TRY(encodeFrames(true));
+    TRY(encodeFrames(1));
     return encode(*encoder_, nullptr, *packet_,
                   [&](AVPacket& packet) { return place_.muxer.write(place_.track, packet); });
 }
@@ -316,7 +386,9 @@ const AVCodec* audioEncoder(const AudioSettings& settings)
 
 std::unique_ptr<TrackWriting> makeAudioTrackWriting(const TrackPlace& place, const AudioSettings& settings)
 {
-    return std::make_unique<AudioTrackWriting>(place, settings);
+    if (settings.AVFormatIDKey == kAudioFormatLinearPCM)
+        return std::make_unique<PCMTrackWriting>(place, settings);
+    return std::make_unique<EncodedSoundWriting>(place, settings);
 }
 
 } // namespace platform

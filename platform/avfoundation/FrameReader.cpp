@@ -38,11 +38,31 @@ Result<void> FrameReader::seek(std::int64_t time)
     if (decoder_->context().codec_type == AVMEDIA_TYPE_AUDIO)
         time -= av_rescale_q(settling.num, {1, settling.den}, timeBase_);
     isDraining_ = false;
+    wanted_ = place_ = time;
     decoder_->flush();
     return demuxer_->seek(streamIndex_, time);
 }
 
 Result<bool> FrameReader::next(AVFrame& frame)
+{
+    const auto second = av_rescale_q(1, {1, 1}, timeBase_);
+    for (std::int64_t back = second;; back *= 2) {
+        const bool hasFrame = TRY(decodeNext(frame));
+        // Where no picture stands for itself, those from which decoding can begin are whole some pictures later only.
+        const bool isWhole = !decoder_->hasSkipped() || (hasFrame && frame.pts <= wanted_);
+        if (isWhole || wanted_ == INT64_MIN || place_ <= 0 || frame.nb_samples > 0) {
+            wanted_ = INT64_MIN;
+            return hasFrame;
+        }
+        av_frame_unref(&frame);
+        place_ -= back;
+        isDraining_ = false;
+        decoder_->flush();
+        TRY(demuxer_->seek(streamIndex_, place_));
+    }
+}
+
+Result<bool> FrameReader::decodeNext(AVFrame& frame)
 {
     while (!TRY(decoder_->receive(frame))) {
         if (isDraining_) {

@@ -29,12 +29,16 @@ public:
 
 private:
     FrameReader() = default;
+    Result<bool> decodeNext(AVFrame& frame);
 
     std::unique_ptr<MediaDemuxer> demuxer_;
     std::unique_ptr<MediaDecoder> decoder_;
     Packet packet_;
     AVRational timeBase_{1, 1};
     int streamIndex_ = 0;
+    // of the last seek, in ticks
+    std::int64_t wanted_ = INT64_MIN;
+    std::int64_t place_ = 0;
     bool isDraining_ = false;
 };
 

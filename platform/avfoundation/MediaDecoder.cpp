@@ -79,6 +79,7 @@ Result<bool> MediaDecoder::receive(AVFrame& frame)
             // none.
             if (isSettling_ && (frame.flags & AV_FRAME_FLAG_CORRUPT)) {
                 lastDamage_ = AVERROR_INVALIDDATA;
+                hasSkipped_ = true;
                 continue;
             }
             isSettling_ = false;
@@ -101,6 +102,7 @@ void MediaDecoder::flush()
     avcodec_flush_buffers(context_.get());
     nextPts_ = AV_NOPTS_VALUE;
     isSettling_ = true;
+    hasSkipped_ = false;
 }
 
 void MediaDecoder::completeTimes(AVFrame& frame)

@@ -36,6 +36,8 @@ public:
     // Forgets what is under way, for a seek.
     void flush();
 
+    // Whether frames since the opening or the flush were left out because they refer to what came before it.
+    bool hasSkipped() const { return hasSkipped_; }
     // How many frames came since the opening.
     std::int64_t frameCount() const { return frameCount_; }
     // A negative number of the codec library, 0 when every packet could be decoded.
@@ -50,6 +52,7 @@ private:
     const AVRational frameRate_;
     std::int64_t nextPts_ = AV_NOPTS_VALUE;
     bool isSettling_ = true; // no sound picture since the opening or the seek
+    bool hasSkipped_ = false;
     std::int64_t frameCount_ = 0;
     int lastDamage_ = 0;
 };

@@ -7,14 +7,16 @@
 // 3. What remains up to the range's end is decoded and encoded anew. The same becomes of all that follows a sample that is
 //    not what was planned for: one of other parameters, hidden, or without a time.
 //
-// Encoded pictures are never reordered; their decode times are moved back by the source's delay, so that decode times grow
-// across the seams.
+// Encoded pictures are never reordered. Decode times are made up for all, so that they grow across the seams and do not
+// depend on a container that has none.
 #include "platform/avfoundation/SmartReading_p.h"
 
 #include "platform/avfoundation/AVError.h"
 #include "platform/avfoundation/CMFormatDescription_p.h"
 #include "platform/avfoundation/CVPixelBuffer_p.h"
+#include "platform/avfoundation/DecodeTimes_p.h"
 #include "platform/avfoundation/PictureEncoder_p.h"
+#include "platform/foundation/Precondition.h"
 
 #include <algorithm>
 #include <deque>
@@ -101,20 +103,45 @@ std::optional<H264ParameterSets> parameterSetsOf(const PictureEncoder& encoder)
         {context.extradata, static_cast<std::size_t>(std::max(context.extradata_size, 0))});
 }
 
-// The time of the first sample of the segment that later ones do not look behind.
-std::optional<CMTime> firstRefresh(const MediaSegment& segment, int lengthSize)
+// Where copying can begin, and how far pictures overtake each other from there on.
+struct Beginning {
+    CMTime time;
+    int depth;
+};
+
+// The first sample of the segment that later ones do not look behind. The depth is that of as many samples as are kept
+// back.
+std::optional<Beginning> findBeginning(const MediaSegment& segment, int lengthSize)
 {
     auto& range = segment.target;
     auto reading = makeSampleReading({.range = range, .segments = {segment}, .stop = {}});
-    for (;;) {
+    std::vector<CMTime> times; // from the first refresh on
+    while (times.size() < lookahead) {
         auto sample = reading->next();
-        if (!sample || !*sample || decodeTimeOf(**sample) > range.start + longestSearch)
+        if (!sample)
             return std::nullopt;
+        if (!*sample || (times.empty() && decodeTimeOf(**sample) > range.start + longestSearch))
+            break;
         auto time = (*sample)->presentationTimeStamp;
-        if ((*sample)->isSync && time >= range.start && time < range.end()
-            && isInstantaneousRefresh(bytesOf(**sample), lengthSize))
-            return time;
+        bool isRefresh = (*sample)->isSync && time >= range.start && time < range.end()
+            && isInstantaneousRefresh(bytesOf(**sample), lengthSize);
+        if (!times.empty() || isRefresh)
+            times.push_back(time);
     }
+    if (times.empty())
+        return std::nullopt;
+    std::ptrdiff_t depth = 0;
+    for (auto time = times.begin(); time != times.end(); ++time)
+        depth =
+            std::max(depth, std::count_if(times.begin(), time, [&](auto& other) { return *time < other; }));
+    return Beginning{times.front(), static_cast<int>(depth)};
+}
+
+std::int64_t frameTicks(const CMFormatDescription& format)
+{
+    auto& parameters = format.parameters();
+    auto rate = parameters.frameRate.num > 0 ? parameters.frameRate : AVRational{25, 1};
+    return std::max<std::int64_t>(av_rescale_q(1, av_inv_q(rate), parameters.timeBase), 1);
 }
 
 class SmartReading final : public TrackReading {
@@ -123,6 +150,8 @@ public:
         : extent_(std::move(extent))
         , plan_(std::move(plan))
         , timeBase_(plan_.format->parameters().timeBase)
+        , decodeTimes_(plan_.depth, frameTicks(*plan_.format))
+        , expectedTimes_(decodeTimes_)
     {
     }
 
@@ -143,7 +172,10 @@ private:
 
     Result<void> advance();
     Result<void> begin();
+    Result<void> beginCopying();
+    void keep(std::shared_ptr<const CMSampleBuffer> sample);
     bool canCopy(const CMSampleBuffer& sample) const;
+    bool isInOrder(const CMSampleBuffer& sample);
     Result<void> copyNext();
     // Gives the longest beginning of the samples kept back that is shown before all of the rest; `rest` is the earliest
     // time that samples not read yet can have.
@@ -151,7 +183,6 @@ private:
     Result<void> encodeRange(const CMTime& from, const CMTime& to);
     Result<bool> encodeNext();
     Result<void> take(AVPacket& packet);
-    Phase afterEncoding() const { return phase_ == Phase::head ? Phase::copying : Phase::ended; }
 
     const TrackExtent extent_;
     const SmartPlan plan_;
@@ -161,9 +192,10 @@ private:
 
     std::unique_ptr<TrackReading> samples_;
     std::deque<std::shared_ptr<const CMSampleBuffer>> kept_; // in order of decoding
-    CMTime delay_ = CMTime::zero();                // from decoding to showing, of the first that is copied
-    CMTime shown_;                                 // where what was copied ends
-    std::int64_t lastDecodeTime_ = AV_NOPTS_VALUE; // of what was given out, in ticks
+    CMTime shown_;                                           // where what was copied ends
+    std::vector<CMTime> latest_; // the greatest times of samples that were kept, as many as can be overtaken
+    DecodeTimes decodeTimes_;    // of what is given out
+    DecodeTimes expectedTimes_;  // the same with what is kept back
 
     std::unique_ptr<TrackReading> pictures_;
     std::unique_ptr<PictureEncoder> encoder_;
@@ -176,8 +208,11 @@ Result<void> SmartReading::advance()
         return begin();
     case Phase::head:
     case Phase::tail:
-        if (!TRY(encodeNext()))
-            phase_ = afterEncoding();
+        if (TRY(encodeNext()))
+            return {};
+        if (phase_ == Phase::head)
+            return beginCopying();
+        phase_ = Phase::ended;
         return {};
     case Phase::copying:
         return copyNext();
@@ -189,6 +224,16 @@ Result<void> SmartReading::advance()
 
 Result<void> SmartReading::begin()
 {
+    if (plan_.range.start == plan_.firstCopied)
+        return beginCopying();
+    phase_ = Phase::head;
+    return encodeRange(plan_.range.start, plan_.firstCopied);
+}
+
+Result<void> SmartReading::beginCopying()
+{
+    phase_ = Phase::copying;
+    expectedTimes_ = decodeTimes_;
     samples_ = makeSampleReading(extent_);
     for (;;) {
         auto sample = TRY(samples_->next());
@@ -196,16 +241,20 @@ Result<void> SmartReading::begin()
             return failure(AVError::invalidSourceMedia); // not the file that was planned for
         if (!sample->isSync || !canCopy(*sample) || sample->presentationTimeStamp != plan_.firstCopied)
             continue;
-        delay_ = sample->presentationTimeStamp - decodeTimeOf(*sample);
-        kept_.push_back(std::move(sample));
-        break;
+        if (!isInOrder(*sample))
+            return failure(AVError::invalidSourceMedia);
+        keep(std::move(sample));
+        return {};
     }
-    phase_ = Phase::copying;
-    if (plan_.range.start < plan_.firstCopied) {
-        TRY(encodeRange(plan_.range.start, plan_.firstCopied));
-        phase_ = Phase::head;
-    }
-    return {};
+}
+
+void SmartReading::keep(std::shared_ptr<const CMSampleBuffer> sample)
+{
+    latest_.push_back(sample->presentationTimeStamp);
+    std::ranges::sort(latest_);
+    if (latest_.size() > DecodeTimes::greatestDepth + 1)
+        latest_.erase(latest_.begin());
+    kept_.push_back(std::move(sample));
 }
 
 void SmartReading::release(const CMTime& rest)
@@ -229,7 +278,9 @@ void SmartReading::release(const CMTime& rest)
         sample->formatDescription = plan_.format;
         if (sample->duration.isNumeric())
             sample->duration = CMTimeMinimum(sample->duration, end - sample->presentationTimeStamp);
-        lastDecodeTime_ = ticks(decodeTimeOf(*sample), timeBase_);
+        auto decodeTime = decodeTimes_.next(ticks(sample->presentationTimeStamp, timeBase_));
+        precondition(decodeTime.has_value(), "samples were found to be in order when they were kept");
+        sample->decodeTimeStamp = mediaTime(*decodeTime, timeBase_);
         ready_.push_back(std::move(sample));
         kept_.pop_front();
     }
@@ -243,17 +294,23 @@ bool SmartReading::canCopy(const CMSampleBuffer& sample) const
         && sample.presentationTimeStamp.isNumeric();
 }
 
+// Whether there is a time to decode the sample at, after those before it.
+bool SmartReading::isInOrder(const CMSampleBuffer& sample)
+{
+    return expectedTimes_.next(ticks(sample.presentationTimeStamp, timeBase_)).has_value();
+}
+
 Result<void> SmartReading::copyNext()
 {
     auto sample = TRY(samples_->next());
-    if (sample && canCopy(*sample)) {
-        kept_.push_back(std::move(sample));
-        // Nothing is shown before it is decoded.
+    if (sample && canCopy(*sample) && isInOrder(*sample)) {
+        keep(std::move(sample));
+        // What is to come overtakes no more than the greatest depth.
         if (kept_.size() > lookahead)
-            release(decodeTimeOf(*kept_.back()));
+            release(latest_.front());
         return {};
     }
-    release(sample ? decodeTimeOf(*sample) : CMTime::positiveInfinity());
+    release(sample ? latest_.front() : CMTime::positiveInfinity());
     samples_.reset();
     bool isWhole = shown_.isNumeric() && shown_ >= plan_.range.end();
     phase_ = isWhole ? Phase::ended : Phase::tail;
@@ -298,12 +355,10 @@ Result<void> SmartReading::take(AVPacket& packet)
     auto sample = std::make_shared<CMSampleBuffer>();
     sample->formatDescription = plan_.format;
     sample->presentationTimeStamp = mediaTime(packet.pts, timeBase_);
-    // Later than all before, however irregular the source's decode times are.
-    auto decodeTime = packet.pts - ticks(delay_, timeBase_);
-    if (lastDecodeTime_ != AV_NOPTS_VALUE)
-        decodeTime = std::clamp(lastDecodeTime_ + 1, decodeTime, std::max(decodeTime, packet.pts));
-    lastDecodeTime_ = decodeTime;
-    sample->decodeTimeStamp = mediaTime(decodeTime, timeBase_);
+    auto decodeTime = decodeTimes_.next(packet.pts);
+    if (!decodeTime)
+        return failure(AVError::invalidSourceMedia); // times that do not grow
+    sample->decodeTimeStamp = mediaTime(*decodeTime, timeBase_);
     sample->duration = mediaTime(packet.duration, timeBase_);
     sample->isSync = packet.flags & AV_PKT_FLAG_KEY;
     sample->data = {std::as_bytes(std::span(*bytes)), bytes};
@@ -327,8 +382,8 @@ std::optional<SmartPlan> planSmartReading(const AVAssetTrack& track, const CMTim
     auto profile = sets ? profileOf(*sets) : std::nullopt;
     if (!profile)
         return std::nullopt;
-    auto first = firstRefresh(*segment, sets->lengthSize);
-    if (!first)
+    auto first = findBeginning(*segment, sets->lengthSize);
+    if (!first || first->depth > DecodeTimes::greatestDepth)
         return std::nullopt;
     SmartPlan plan{.sourceFormat = segment->mediaStream().format,
                    .source = *sets,
@@ -337,7 +392,8 @@ std::optional<SmartPlan> planSmartReading(const AVAssetTrack& track, const CMTim
                        ? CVPixelFormatType::planar420YpCbCr8FullRange
                        : CVPixelFormatType::planar420YpCbCr8,
                    .range = segment->target,
-                   .firstCopied = *first};
+                   .firstCopied = first->time,
+                   .depth = std::min(std::max(first->depth, codec.video_delay), DecodeTimes::greatestDepth)};
     plan.encoderID = 31;
     while (plan.encoderID > 0 && sets->usesID(plan.encoderID))
         --plan.encoderID;

@@ -26,6 +26,8 @@ struct SmartPlan {
     // The part of the asset's timeline that the track's pictures fill of the range.
     CMTimeRange range;
     CMTime firstCopied;
+    // How many pictures may be decoded before one that is shown before them.
+    int depth = 0;
     // Of what comes out.
     std::shared_ptr<const CMFormatDescription> format;
 };

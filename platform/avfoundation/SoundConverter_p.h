@@ -21,6 +21,10 @@ public:
 
     // Takes samples in, and out as many as the chunk has room for. `offset` and `count` are within the frame.
     Result<void> convert(const AVFrame& frame, int offset, int count, PCMChunk& chunk);
+    Result<void> convert(const std::uint8_t* const* planes, int count, PCMChunk& chunk)
+    {
+        return run(planes, count, chunk);
+    }
     // The same with silence, of at most silenceSize.
     static constexpr int silenceSize = 4096;
     Result<void> convertSilence(int count, PCMChunk& chunk);

@@ -2,10 +2,12 @@
 #include "platform/avfoundation/TrackWriting_p.h"
 
 #include "platform/avfoundation/CMFormatDescription_p.h"
+#include "platform/avfoundation/DecodeTimes_p.h"
 #include "platform/foundation/Precondition.h"
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 namespace platform {
@@ -27,6 +29,7 @@ public:
             if (!format_)
                 format_ = sample.formatDescription;
             TRY(describe());
+            noteOrder(sample);
         }
         if (sample.presentationTimeStamp >= session.end())
             return {};
@@ -38,7 +41,10 @@ public:
         auto decodeTime =
             sample.decodeTimeStamp.isNumeric() ? sample.decodeTimeStamp : sample.presentationTimeStamp;
         packet->pts = ticks(sample.presentationTimeStamp - session.start, timeBase_);
-        packet->dts = ticks(decodeTime - session.start, timeBase_);
+        if (packet->pts == AV_NOPTS_VALUE)
+            return failure(AVError::invalidSourceMedia);
+        packet->dts = decodeTimes_ ? decodeTimes_->next(packet->pts).value_or(packet->pts)
+                                   : ticks(decodeTime - session.start, timeBase_);
         // Two samples never share a decode time, however coarsely it was told.
         if (lastDts_ != AV_NOPTS_VALUE && packet->dts <= lastDts_)
             packet->dts = lastDts_ + 1;
@@ -76,8 +82,20 @@ private:
         return place_.muxer.describe(place_.track, std::move(description));
     }
 
+    // Pictures that overtake each other and whose container does not say when they are decoded.
+    void noteOrder(const CMSampleBuffer& first)
+    {
+        auto& parameters = format_->parameters();
+        auto depth = std::min(parameters.codec->video_delay, DecodeTimes::greatestDepth);
+        if (depth <= 0 || first.decodeTimeStamp.isNumeric())
+            return;
+        auto rate = parameters.frameRate.num > 0 ? parameters.frameRate : AVRational{25, 1};
+        decodeTimes_.emplace(depth, std::max<std::int64_t>(av_rescale_q(1, av_inv_q(rate), timeBase_), 1));
+    }
+
     const TrackPlace place_;
     std::shared_ptr<const CMFormatDescription> format_;
+    std::optional<DecodeTimes> decodeTimes_; // where they are made up
     AVRational timeBase_{1, 90000};
     std::int64_t lastDts_ = AV_NOPTS_VALUE;
     bool isDescribed_ = false;
