@@ -22,7 +22,7 @@ namespace tests {
 
 struct InspectedPicture {
     double time = 0;    // seconds
-    std::string planes; // Y, then U, then V, without padding; 8 bits
+    std::string planes; // of 8 bits and 4:2:0 Y, then U, then V, without padding; otherwise Y only
 
     int mean(std::size_t begin, std::size_t size) const
     {
@@ -135,7 +135,8 @@ inline void take(InspectedStream& stream, const AVFrame& frame)
         return;
     }
     InspectedPicture picture{.time = time, .planes = {}};
-    for (int plane = 0; plane < 3 && frame.data[plane]; ++plane)
+    const bool is420 = frame.format == AV_PIX_FMT_YUV420P || frame.format == AV_PIX_FMT_YUVJ420P;
+    for (int plane = 0; plane < (is420 ? 3 : 1); ++plane)
         for (int row = 0; row < (plane ? (frame.height + 1) / 2 : frame.height); ++row)
             picture.planes.append(reinterpret_cast<const char*>(frame.data[plane])
                                       + row * frame.linesize[plane],

@@ -25,7 +25,7 @@ TEST(AVAssetExportSession, a_beep_stays_with_its_flash_to_within_one_frame_of_so
     const std::string sources[][2] = {
         {"mp4", "-c:v libx264 -g 40 -bf 2 -c:a aac"}, {"mov", "-c:v mpeg4 -c:a pcm_s16le"},
         {"mkv", "-c:v libx264 -bf 2 -c:a libopus"},   {"ts", "-c:v mpeg2video -c:a mp2"},
-        {"avi", "-c:v mjpeg -q:v 2 -c:a libmp3lame"},
+        {"mkv", "-c:v mjpeg -q:v 2 -c:a flac"},
     };
     constexpr std::pair<double, double> ranges[] = {{0, 4}, {0.6, 3.9}, {0.99, 3.05}, {1.777, 3.4}};
     for (auto& [extension, arguments] : sources) {
@@ -137,7 +137,7 @@ TEST(AVAssetExportSession, every_sound_track_keeps_its_place)
         "mov",
         both
             + "-itsoffset 0.5 -f lavfi -i \"aevalsrc='0.5*sin(2*PI*500*t)*gte(t,0.25)':s=44100:d=2\""
-              " -f lavfi -i aevalsrc='0.3*gte(t,1.5)|0|0|0|0|0:s=48000:d=4:c=5.1'"
+              " -f lavfi -i \"aevalsrc='0.3*gte(t,1.5)|0|0|0|0|0':s=48000:d=4:c=5.1\""
               " -map 0 -map 1 -map 2 -map 3 -c:v libx264 -g 25 -c:a pcm_s16le -ac:a:0 2");
     for (double from : {0.0, 0.3, 0.6}) {
         SCOPED_TRACE(from);
