@@ -3,8 +3,10 @@
 
 #include "platform/foundation/Calendar_p.h"
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 namespace platform {
 
@@ -18,6 +20,38 @@ std::string identifierOf(const icu::TimeZone& zone)
     return name.toUTF8String(identifier);
 }
 
+// The name that a file of the system's time zone data stands for, itself or at the end of its links.
+std::string nameOfZoneFile(const char* file)
+{
+    constexpr std::string_view data = "/zoneinfo/";
+    char canonical[PATH_MAX];
+    std::string_view path = ::realpath(file, canonical) ? canonical : "";
+    auto place = path.rfind(data);
+    return std::string(place == path.npos ? "" : path.substr(place + data.size()));
+}
+
+// What TZ names, or the system's settings where it is not set. Empty for "GMT-3", which is behind GMT as a name of
+// ICU's and ahead of it as a rule of TZ's.
+std::string identifierOfTheUser()
+{
+    const char* variable = std::getenv("TZ");
+    if (!variable)
+        return identifierOf(*std::unique_ptr<icu::TimeZone>(icu::TimeZone::createDefault()));
+    variable += *variable == ':';
+    std::string_view text(variable);
+    if (text.starts_with('/'))
+        return nameOfZoneFile(variable);
+    return std::string(text.starts_with("GMT+") || text.starts_with("GMT-") ? "" : text);
+}
+
+int presentSecondsFromGMT()
+{
+    ::tzset();
+    auto now = std::time(nullptr);
+    std::tm local{};
+    return ::localtime_r(&now, &local) ? static_cast<int>(local.tm_gmtoff) : 0;
+}
+
 } // namespace
 
 std::unique_ptr<icu::TimeZone> icuTimeZone(const TimeZone& zone)
@@ -28,9 +62,11 @@ std::unique_ptr<icu::TimeZone> icuTimeZone(const TimeZone& zone)
 
 TimeZone TimeZone::current()
 {
-    static const std::string identifier =
-        identifierOf(*std::unique_ptr<icu::TimeZone>(icu::TimeZone::createDefault()));
-    return TimeZone(identifier, std::nullopt);
+    static const TimeZone zone = [] {
+        auto named = withIdentifier(identifierOfTheUser());
+        return named ? *named : withSecondsFromGMT(presentSecondsFromGMT()).value_or(utc());
+    }();
+    return zone;
 }
 
 std::optional<TimeZone> TimeZone::withIdentifier(std::string_view identifier)

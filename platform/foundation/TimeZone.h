@@ -14,7 +14,8 @@ namespace platform {
 class TimeZone {
 public:
     static TimeZone utc() { return TimeZone("GMT", 0); }
-    // Where the user is, as the environment variable TZ or the system's settings said when first asked.
+    // Where the user is, as the environment variable TZ or the system's settings said when first asked. Rules in place of
+    // a name ("CET-1CEST,M3.5.0,M10.5.0/3") count as the distance that they give now.
     static TimeZone current();
     // "Europe/Berlin", "GMT+5:30"; absent when the time zone data does not know it.
     static std::optional<TimeZone> withIdentifier(std::string_view identifier);

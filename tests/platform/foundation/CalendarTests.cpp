@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/Calendar.h"
 
+#include "tests/support/TemporaryDirectory.h"
+
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <limits>
 
 namespace platform {
@@ -70,6 +74,36 @@ TEST(CalendarTests, Days_follow_the_clock_of_the_time_zone)
     EXPECT_EQ(TimeZone::withSecondsFromGMT(-3661)->secondsFromGMT({}), -3661);
     EXPECT_FALSE(TimeZone::withSecondsFromGMT(20 * 3600));
     EXPECT_FALSE(TimeZone::withIdentifier("Mars/Olympus"));
+}
+
+// Each in a process of its own: the zone is found out once in a process.
+TEST(CalendarDeathTests, The_user_s_time_zone_is_what_TZ_names_links_to_or_counts)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    tests::TemporaryDirectory directory;
+    directory.write("zoneinfo/Asia/Tokyo", "");
+    std::filesystem::create_symlink("zoneinfo/Asia/Tokyo", directory.path() + "/localtime");
+    const struct {
+        std::string variable;
+        int seconds; // from GMT in summer
+    } cases[] = {
+        {"Europe/Berlin", 7200},
+        {":Asia/Kolkata", 19800},
+        {":" + directory.path() + "/localtime", 32400},
+        {"XYZ-3", 10800},
+        {"GMT-3", 10800},
+        {"<+0545>-5:45", 20700},
+        {"", 0},
+        {"/dev/null", 0},
+    };
+    for (const auto& [variable, seconds] : cases) {
+        auto secondsOfTheUser = [&] {
+            ::setenv("TZ", variable.c_str(), 1);
+            return TimeZone::current().secondsFromGMT({1720000000});
+        };
+        EXPECT_EXIT(std::_Exit(secondsOfTheUser() == seconds ? 0 : 1), testing::ExitedWithCode(0), "")
+            << variable;
+    }
 }
 
 TEST(CalendarTests, Every_calendar_has_its_own_page_for_a_date)
