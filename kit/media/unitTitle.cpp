@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "kit/media/unitTitle.h"
 
+#include "platform/foundation/WhiteSpace.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -44,25 +46,6 @@ void removeAll(std::string& text, std::string_view part)
         text.erase(place, part.size());
 }
 
-// The tab and the spaces of Unicode, line breaks not among them: languages put spaces of all widths beside numbers.
-constexpr std::string_view spaces[] = {
-    " ",      "\t",     "\u00a0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004",
-    "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200a", "\u202f", "\u205f", "\u3000",
-};
-
-std::string_view trimmed(std::string_view text)
-{
-    auto isAtFront = [&](std::string_view space) { return text.starts_with(space); };
-    auto isAtBack = [&](std::string_view space) { return text.ends_with(space); };
-    for (auto space = std::ranges::find_if(spaces, isAtFront); space != std::end(spaces);
-         space = std::ranges::find_if(spaces, isAtFront))
-        text.remove_prefix(space->size());
-    for (auto space = std::ranges::find_if(spaces, isAtBack); space != std::end(spaces);
-         space = std::ranges::find_if(spaces, isAtBack))
-        text.remove_suffix(space->size());
-    return text;
-}
-
 } // namespace
 
 std::string unitTitle(const platform::Calendar& calendar, platform::NSCalendarUnit unit, std::int64_t value,
@@ -79,7 +62,9 @@ std::string unitTitle(const platform::Calendar& calendar, platform::NSCalendarUn
     if (!text)
         return {};
     removeAll(*text, std::to_string(value));
-    return std::string(trimmed(*text));
+    // Languages put spaces of all widths beside numbers.
+    auto title = platform::withoutLeadingWhiteSpace(*text, platform::LineBreaks::excluded);
+    return std::string(platform::withoutTrailingWhiteSpace(title, platform::LineBreaks::excluded));
 }
 
 } // namespace zelk

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/NSScanner.h"
 
+#include "platform/foundation/WhiteSpace.h"
+
 #include <limits>
 #include <string_view>
 
@@ -8,47 +10,9 @@ namespace platform {
 
 namespace {
 
-// White space and line breaks: the separators of Unicode, and what controls the paper. In UTF-8.
-constexpr std::string_view spaces[]{
-    " ",
-    "\t",
-    "\n",
-    "\v",
-    "\f",
-    "\r",
-    "\xC2\x85",
-    "\xC2\xA0",
-    "\xE1\x9A\x80",
-    "\xE2\x80\x80",
-    "\xE2\x80\x81",
-    "\xE2\x80\x82",
-    "\xE2\x80\x83",
-    "\xE2\x80\x84",
-    "\xE2\x80\x85",
-    "\xE2\x80\x86",
-    "\xE2\x80\x87",
-    "\xE2\x80\x88",
-    "\xE2\x80\x89",
-    "\xE2\x80\x8A",
-    "\xE2\x80\xA8",
-    "\xE2\x80\xA9",
-    "\xE2\x80\xAF",
-    "\xE2\x81\x9F",
-    "\xE3\x80\x80",
-};
-
 std::string_view withoutSpaces(std::string_view text)
 {
-    for (;;) {
-        std::size_t skipped = 0;
-        for (auto space : spaces) {
-            if (text.starts_with(space))
-                skipped = space.size();
-        }
-        if (skipped == 0)
-            return text;
-        text.remove_prefix(skipped);
-    }
+    return withoutLeadingWhiteSpace(text, LineBreaks::included);
 }
 
 int hexDigit(char character)

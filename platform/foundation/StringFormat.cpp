@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/StringFormat.h"
 
-#include "platform/foundation/StringTableEscapes_p.h"
+#include "platform/foundation/appendUTF8.h"
 
 #include <algorithm>
 #include <cmath>
@@ -180,7 +180,7 @@ private:
     // Width and precision count characters, so that none is ever cut.
     void writeText(const FormatConversion& conversion, int width, int precision, std::string_view text)
     {
-        int count = 0;
+        std::int64_t count = 0;
         std::size_t end = 0;
         for (; end < text.size(); ++end) {
             if (isContinuation(text[end]))
@@ -189,7 +189,7 @@ private:
                 break;
             ++count;
         }
-        auto padding = static_cast<std::size_t>(std::max(width - count, 0));
+        auto padding = static_cast<std::size_t>(std::max<std::int64_t>(width - count, 0));
         if (!conversion.isLeftAligned)
             result.append(padding, ' ');
         result += text.substr(0, end);

@@ -45,30 +45,6 @@ std::optional<char32_t> combinedSurrogates(char32_t leading, char32_t trailing)
     return 0x10000 + ((leading - 0xD800) << 10) + (trailing - 0xDC00);
 }
 
-bool appendUTF8(std::string& text, char32_t scalar)
-{
-    if (scalar > 0x10FFFF || (scalar >= 0xD800 && scalar <= 0xDFFF))
-        return false;
-    auto append = [&](char32_t unit) { text += static_cast<char>(unit); };
-    auto continuation = [&](int shift) { append(0x80 | ((scalar >> shift) & 0x3F)); };
-    if (scalar < 0x80) {
-        append(scalar);
-    } else if (scalar < 0x800) {
-        append(0xC0 | (scalar >> 6));
-        continuation(0);
-    } else if (scalar < 0x10000) {
-        append(0xE0 | (scalar >> 12));
-        continuation(6);
-        continuation(0);
-    } else {
-        append(0xF0 | (scalar >> 18));
-        continuation(12);
-        continuation(6);
-        continuation(0);
-    }
-    return true;
-}
-
 std::optional<char32_t> nextStepCharacter(char32_t number)
 {
     if (number < 0x80)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace platform {
@@ -13,9 +12,6 @@ std::optional<char32_t> parseDigits(std::string_view digits, unsigned base);
 bool isLeadingSurrogate(char32_t unit);
 // Nothing when `trailing` is not the second half of a pair.
 std::optional<char32_t> combinedSurrogates(char32_t leading, char32_t trailing);
-
-// Gives false, and appends nothing, when `scalar` is no Unicode scalar value.
-bool appendUTF8(std::string& text, char32_t scalar);
 
 // What an octal escape stands for: the platform keeps the character set of the system that its tables come from.
 std::optional<char32_t> nextStepCharacter(char32_t number);

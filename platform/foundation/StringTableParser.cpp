@@ -4,6 +4,7 @@
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/StringTableEscapes_p.h"
 #include "platform/foundation/TextDecoding.h"
+#include "platform/foundation/appendUTF8.h"
 
 #include <algorithm>
 #include <utility>
