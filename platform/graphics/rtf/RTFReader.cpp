@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/graphics/rtf/RTFReader_p.h"
 
+#include "platform/foundation/appendUTF8.h"
 #include "platform/graphics/rtf/RTFLink_p.h"
 
 #include <algorithm>
@@ -29,22 +30,7 @@ void appendUpTo(std::size_t limit, std::string& to, std::string_view text)
 std::string utf8Of(char32_t character)
 {
     std::string text;
-    auto rest = [&](int shift) { text += static_cast<char>(0x80 | (character >> shift & 0x3F)); };
-    if (character < 0x80) {
-        text += static_cast<char>(character);
-    } else if (character < 0x800) {
-        text += static_cast<char>(0xC0 | character >> 6);
-        rest(0);
-    } else if (character < 0x10000) {
-        text += static_cast<char>(0xE0 | character >> 12);
-        rest(6);
-        rest(0);
-    } else {
-        text += static_cast<char>(0xF0 | character >> 18);
-        rest(12);
-        rest(6);
-        rest(0);
-    }
+    appendUTF8(text, character);
     return text;
 }
 
