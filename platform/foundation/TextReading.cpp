@@ -236,12 +236,15 @@ Result<DecodedText> readText(const URL& url, const TextReadingHints& hints, cons
 
 } // namespace
 
+TextReadingHints readingHintsFor(const URL& url)
+{
+    return {
+        .demanded = {}, .chosen = chosenFor(url.path()), .languages = [&url] { return languagesFor(url); }};
+}
+
 Result<DecodedText> readText(const URL& url, const TextScanOptions& options)
 {
-    return readText(
-        url,
-        {.demanded = {}, .chosen = chosenFor(url.path()), .languages = [&url] { return languagesFor(url); }},
-        options);
+    return readText(url, readingHintsFor(url), options);
 }
 
 Result<DecodedText> readText(const URL& url, TextEncoding encoding, const TextScanOptions& options)

@@ -35,6 +35,8 @@ struct TextReadingHints {
     std::optional<TextEncoding> chosen;   // when the bytes agree
     std::function<LegacyHints()> languages;
 };
+// What the file's name, its extended attribute and the user's languages say. `url` must outlive it.
+TextReadingHints readingHintsFor(const URL& url);
 
 // Decodes `size` bytes at the beginning of `memory` that are not Unicode as a whole, by what else speaks for an
 // encoding.
