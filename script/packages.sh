@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# The Debian packages that the project needs, in three lists. Sourced by script/setup.
+# The Debian packages that the project needs, in lists for each purpose. Sourced by script/setup.
 # docs/dependencies.md says why each library is there.
 
 packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
@@ -7,5 +7,7 @@ packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev"
 packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal
-  xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev ffmpeg"
+  xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev ffmpeg
+  desktop-file-utils appstream shared-mime-info libglib2.0-bin groff-base"
+packages_package="build-essential debhelper lintian"
 packages_bench="libbenchmark-dev libxcb1-dev xvfb ffmpeg nautilus-data evince-common gedit-common"

@@ -1,0 +1,11 @@
+# SPDX-License-Identifier: MIT
+complete -c subtitle-preview -l snapshot -r -F -d 'Paint the preview into a picture'
+complete -c subtitle-preview -l size -x -d 'WIDTHxHEIGHT of the window or the picture, in points'
+complete -c subtitle-preview -l scale -x -d 'Pixels a point, for --snapshot'
+complete -c subtitle-preview -l appearance -x -a 'light dark' -d 'Appearance, instead of the desktop\'s'
+complete -c subtitle-preview -l text -d 'Print the decoded text as UTF-8'
+complete -c subtitle-preview -l width -x -d 'Columns of a terminal\'s pane, with --text'
+complete -c subtitle-preview -l height -x -d 'Rows of a terminal\'s pane, with --text'
+complete -c subtitle-preview -l skip -x -d 'Rows to leave out at the top, with --text'
+complete -c subtitle-preview -s h -l help -d 'Print a summary of the options'
+complete -c subtitle-preview -l version -d 'Print the version'
