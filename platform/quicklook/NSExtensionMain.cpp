@@ -2,18 +2,14 @@
 #include "platform/quicklook/NSExtensionMain.h"
 
 #include "platform/foundation/Bundle.h"
-#include "platform/foundation/String.h"
 #include "platform/quicklook/Confinement.h"
 #include "platform/quicklook/ExtensionManifest.h"
 #include "platform/quicklook/PreviewArguments.h"
 #include "platform/quicklook/PreviewHost.h"
 #include "platform/quicklook/messageLine.h"
+#include "platform/quicklook/printText.h"
 
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
-#include <unistd.h>
 #include <vector>
 
 namespace platform {
@@ -40,31 +36,6 @@ int reportFailure(std::string_view program, std::string_view file, const NSError
     return notShown;
 }
 
-// The whole text to standard output. A reader that has seen enough and goes away is no failure.
-int printText(std::string_view program, const std::string& file)
-{
-    std::signal(SIGPIPE, SIG_IGN);
-    auto url = fileNamed(file);
-    auto text = url ? String::contentsOf(*url) : Result<String>(std::unexpected(url.error()));
-    if (!text)
-        return reportFailure(program, file, text.error().bridged());
-    auto rest = text->utf8();
-    while (!rest.empty()) {
-        auto written = write(STDOUT_FILENO, rest.data(), rest.size());
-        if (written > 0)
-            rest.remove_prefix(static_cast<std::size_t>(written));
-        else if (written < 0 && errno == EPIPE)
-            return shown;
-        else if (written == 0 || errno != EINTR) {
-            auto reason = written == 0 ? "nothing can be written" : std::strerror(errno);
-            std::fprintf(stderr, "%.*s: standard output: %s\n", static_cast<int>(program.size()),
-                         program.data(), reason);
-            return notShown;
-        }
-    }
-    return shown;
-}
-
 std::string_view programName(int argumentCount, char** arguments)
 {
     std::string_view name = argumentCount > 0 ? arguments[0] : "preview";
@@ -89,8 +60,11 @@ int NSExtensionMain(int argumentCount, char** arguments)
         std::fputs(previewUsage(program).c_str(), stdout);
         return std::fflush(stdout) == 0 ? shown : complain("standard output cannot be written", notShown);
     }
-    if (request->action == PreviewAction::text)
-        return printText(program, request->file);
+    if (request->action == PreviewAction::text) {
+        auto url = fileNamed(request->file);
+        return url ? printText(program, *url, request->pane)
+                   : reportFailure(program, request->file, url.error().bridged());
+    }
 
     auto manifest = ExtensionManifest::read(*Bundle::main());
     if (!manifest)

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/quicklook/PreviewArguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace platform {
@@ -19,6 +21,18 @@ std::optional<double> numberIn(std::string_view text)
     auto [end, error] =
         std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+// Panes are given by programs, which may have no room left for them: nothing counts as one.
+constexpr std::int64_t mostRows = 1'000'000'000'000, largestSideInCells = 1'000'000;
+
+std::optional<std::int64_t> countIn(std::string_view text)
+{
+    std::int64_t value = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value < 0 || value > mostRows)
         return std::nullopt;
     return value;
 }
@@ -116,7 +130,9 @@ private:
             return choose(PreviewAction::version);
         if (!hasInline && option == "--text")
             return choose(PreviewAction::text);
-        if (option != "--snapshot" && option != "--size" && option != "--scale" && option != "--appearance") {
+        constexpr std::string_view withValue[] = {"--snapshot", "--size",   "--scale", "--appearance",
+                                                  "--width",    "--height", "--skip"};
+        if (std::ranges::find(withValue, option) == std::end(withValue)) {
             fault_ = "unknown option " + std::string(argument);
             return;
         }
@@ -134,6 +150,8 @@ private:
             result_.snapshotPath = value;
             return choose(PreviewAction::snapshot);
         }
+        if (option == "--width" || option == "--height" || option == "--skip")
+            return takePane(option, value);
         if (option == "--size") {
             result_.size = sizeIn(value);
             if (!result_.size)
@@ -155,6 +173,23 @@ private:
         }
     }
 
+    void takePane(std::string_view option, std::string_view value)
+    {
+        auto count = countIn(value);
+        if (!count) {
+            fault_ = std::string(option) + " takes a number of " + (option == "--width" ? "columns" : "rows")
+                + ", not " + std::string(value);
+            return;
+        }
+        auto& pane = result_.pane ? *result_.pane : result_.pane.emplace();
+        if (option == "--skip")
+            pane.skip = *count;
+        else if (option == "--width")
+            pane.width = static_cast<int>(std::clamp<std::int64_t>(*count, 1, largestSideInCells));
+        else
+            pane.height = static_cast<int>(std::clamp<std::int64_t>(*count, 1, largestSideInCells));
+    }
+
     void checkTogether()
     {
         if (result_.action == PreviewAction::help || result_.action == PreviewAction::version)
@@ -163,6 +198,8 @@ private:
             fault_ = "no file was named";
         else if (!needsSnapshot_.empty() && result_.action != PreviewAction::snapshot)
             fault_ = std::string(needsSnapshot_) + " goes with --snapshot";
+        else if (result_.pane && result_.action != PreviewAction::text)
+            fault_ = "--width, --height and --skip go with --text";
     }
 
     std::span<const std::string_view> rest_;
@@ -195,6 +232,9 @@ std::string previewUsage(std::string_view program)
           "  --scale NUMBER           pixels a point, for --snapshot (default 1)\n"
           "  --appearance light|dark  the appearance, instead of the desktop's\n"
           "  --text                   print the decoded text as UTF-8, exactly\n"
+          "  --width N, --height N, --skip N\n"
+          "                           with --text: print it for a terminal's pane of N columns and N rows,\n"
+          "                           without its first N rows; harmless to the terminal; only subtitles\n"
           "  --help, --version\n"
           "\n"
           "In the window: Escape, Space, q and Ctrl+W close; Ctrl+A and Ctrl+C select and copy;\n"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/graphics/Geometry.h"
+#include "platform/graphics/TextRows.h"
 #include "platform/uikit/UITraitCollection.h"
 
 #include <expected>
@@ -22,6 +23,7 @@ struct PreviewArguments {
     std::optional<CGSize> size; // points; the text's own size when absent
     double scale = 1;           // pixels a point
     UIUserInterfaceStyle appearance = UIUserInterfaceStyle::unspecified; // the desktop's
+    std::optional<TerminalPane> pane; // to lay the text out for; exactly as it is when absent
     bool operator==(const PreviewArguments&) const = default;
 };
 

@@ -35,6 +35,11 @@ TEST(PreviewArguments, readsWhatProgramsOfThisKindAreCalledWith)
         {"a window's size and appearance",
          {"--size", "10x10", "--appearance", "light", "a"},
          {.file = "a", .size = CGSize{10, 10}, .appearance = UIUserInterfaceStyle::light}},
+        {"a pane of a terminal; no room counts as a little",
+         {"--text", "--width", "80", "--height=0", "--skip", "5000000000", "a"},
+         {.action = PreviewAction::text,
+          .file = "a",
+          .pane = TerminalPane{.width = 80, .height = 1, .skip = 5000000000}}},
         {"help wins over what follows", {"--help", "--version"}, {.action = PreviewAction::help}},
     };
     for (auto& each : cases) {
@@ -57,6 +62,9 @@ TEST(PreviewArguments, saysWhatIsWrongAndNamesIt)
         {{"-x", "a"}, "-x"},
         {{"--text=yes", "a"}, "--text=yes"},
         {{"--size", "640", "a"}, "640"},
+        {{"--text", "--width", "-1", "a"}, "-1"},
+        {{"--text", "--skip", "2x", "a"}, "2x"},
+        {{"--height", "2", "a"}, "--text"},
         {{"--size", "infx10", "a"}, "infx10"},
         {{"--size", "10x99999", "a"}, "99999"},
         {{"--size", "10x 10", "a"}, "10x 10"},
