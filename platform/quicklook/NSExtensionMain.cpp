@@ -6,6 +6,7 @@
 #include "platform/quicklook/ExtensionManifest.h"
 #include "platform/quicklook/PreviewArguments.h"
 #include "platform/quicklook/PreviewHost.h"
+#include "platform/quicklook/PreviewSession.h"
 #include "platform/quicklook/messageLine.h"
 #include "platform/quicklook/printText.h"
 
@@ -53,6 +54,11 @@ int NSExtensionMain(int argumentCount, char** arguments)
     };
 
     std::vector<std::string_view> words(arguments + (argumentCount > 0), arguments + argumentCount);
+    if (auto socket = previewSocketIn(words)) {
+        auto manifest = ExtensionManifest::read(*Bundle::main());
+        return manifest ? runPreviewSession(program, *manifest, *socket)
+                        : complain(manifest.error().localizedDescription(), notShown);
+    }
     auto request = parsePreviewArguments(words);
     if (!request)
         return complain(request.error() + "; try --help", wrongUsage);
