@@ -2,7 +2,7 @@
 #include "platform/foundation/String.h"
 
 #include "platform/foundation/Precondition.h"
-#include "platform/foundation/TextDecoding.h"
+#include "platform/foundation/TextReadingScope.h"
 #include "platform/foundation/UTF8.h"
 
 #include <cstring>
@@ -34,7 +34,7 @@ String String::adopting(std::shared_ptr<const void> owner, std::string_view utf8
 
 Result<String> String::contentsOf(const URL& url)
 {
-    return std::move(TRY(readText(url)).text);
+    return TextReadingScope::read(url);
 }
 
 } // namespace platform

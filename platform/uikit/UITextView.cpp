@@ -126,6 +126,24 @@ void UITextView::setLineFragmentPadding(CGFloat padding)
     setNeedsDisplay();
 }
 
+void UITextView::setLineBreak(LineBreak lineBreak)
+{
+    assertOnMainThread();
+    if (lineBreak == style_.lineBreak)
+        return;
+    style_.lineBreak = lineBreak;
+    viewport();
+    setNeedsDisplay();
+    updateScrollIndicators();
+}
+
+void UITextView::setHighlighter(Highlighter highlighter)
+{
+    assertOnMainThread();
+    highlighter_ = std::move(highlighter);
+    setNeedsDisplay();
+}
+
 void UITextView::setEditable(bool editable)
 {
     assertOnMainThread();
@@ -204,33 +222,53 @@ void UITextView::didMoveToWindow()
 
 ScrollIndicatorState UITextView::indicatorState(UILayoutAxis axis) const
 {
-    if (axis == UILayoutAxis::horizontal)
-        return {};
     auto& at = viewport();
+    if (axis == UILayoutAxis::horizontal) {
+        if (style_.lineBreak != LineBreak::none)
+            return {};
+        auto extent = at.rowsExtent();
+        auto way = extent.most - extent.least;
+        return {.visibleFraction = at.size().width / std::max(at.size().width + way, 1.0),
+                .positionFraction = way > 0 ? (at.rowsOffset() - extent.least) / way : 0};
+    }
     return {.visibleFraction = at.visibleFraction(), .positionFraction = at.fraction()};
 }
 
 CGVector UITextView::scrollContent(CGVector delta)
 {
-    auto used = viewport().scrollBy(delta.dy);
-    if (used != 0)
+    CGVector used{viewport().scrollAlongRowsBy(delta.dx), viewport().scrollBy(delta.dy)};
+    if (used.dx != 0 || used.dy != 0)
         didScroll();
-    return {0, used};
+    return used;
 }
 
 void UITextView::setScrollFraction(UILayoutAxis axis, double fraction)
 {
-    if (axis == UILayoutAxis::horizontal)
-        return;
-    viewport().scrollToFraction(fraction);
+    auto& at = viewport();
+    if (axis == UILayoutAxis::horizontal) {
+        auto extent = at.rowsExtent();
+        at.scrollAlongRowsBy(extent.least + fraction * (extent.most - extent.least) - at.rowsOffset());
+    } else {
+        at.scrollToFraction(fraction);
+    }
     didScroll();
 }
 
 void UITextView::scrollToEdge(UILayoutAxis axis, double direction)
 {
-    if (axis == UILayoutAxis::horizontal)
-        return;
-    if (direction < 0 ? viewport().scrollToStart() : viewport().scrollToEnd())
+    auto& at = viewport();
+    bool didMove = axis == UILayoutAxis::horizontal ? at.scrollAlongRowsBy(direction < 0 ? -1e9 : 1e9) != 0
+        : direction < 0                             ? at.scrollToStart()
+                                                    : at.scrollToEnd();
+    if (didMove)
+        didScroll();
+}
+
+void UITextView::scrollOffsetToTop(Utf8Offset offset)
+{
+    assertOnMainThread();
+    stopScrolling();
+    if (viewport().scrollToTop(std::clamp(offset, Utf8Offset{0}, buffer_.end())))
         didScroll();
 }
 

@@ -9,9 +9,11 @@
 #include "platform/uikit/text/TextSelection.h"
 #include "platform/uikit/text/UndoHistory.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -61,6 +63,14 @@ public:
     CGFloat lineFragmentPadding() const { return lineFragmentPadding_; }
     void setLineFragmentPadding(CGFloat padding);
 
+    LineBreak lineBreak() const { return style_.lineBreak; } // default: between words
+    // `none` lets lines be as long as they are; the view then scrolls along them. The character at the top stays.
+    void setLineBreak(LineBreak lineBreak);
+    // Gives the ranges inside of the text that is seen which are to be tinted, in order, whenever that is painted;
+    // the one that is selected is tinted more strongly. None: nothing is.
+    using Highlighter = std::function<std::vector<TextRange>(TextRange seen)>;
+    void setHighlighter(Highlighter highlighter);
+
     bool isEditable() const { return isEditable_; } // default: true
     void setEditable(bool editable);
     bool isSelectable() const { return isSelectable_; } // default: true
@@ -77,6 +87,10 @@ public:
     void setSelectedUtf16Range(NSRange range);
     void selectAll();
     void scrollRangeToVisible(TextRange range);
+    // The row that holds `offset` goes to the top edge, as far as the text reaches.
+    void scrollOffsetToTop(Utf8Offset offset);
+    // The text as it is, for those who search in it. Valid while the view lives.
+    const TextBuffer& buffer() const { return buffer_; }
 
     // --- What the user does with the text, as keys and menus ask for it ---------------------------
     // Each true when it did something. Copying takes no time and no memory before somebody pastes, as long
@@ -132,6 +146,8 @@ protected:
     CGVector scrollContent(CGVector delta) override;
     void setScrollFraction(UILayoutAxis axis, double fraction) override;
     void scrollToEdge(UILayoutAxis axis, double direction) override;
+    // What is put in for a text that was typed, pasted or composed; as long as that, in bytes.
+    virtual String textForInput(const String& text) const { return text; }
 
 private:
     friend class TextViewAccessibility;
@@ -187,6 +203,7 @@ private:
     void restartBlinking();
     void stopBlinking();
     void setNeedsDisplayOfCaret();
+    void drawHighlights(CGContext& context, CGPoint origin) const;
     void drawSelection(CGContext& context, CGPoint origin) const;
     void drawComposition(CGContext& context, CGPoint origin) const;
 
@@ -212,6 +229,7 @@ private:
     bool isCaretLit_ = false;
 
     std::weak_ptr<UITextViewDelegate> textDelegate_;
+    Highlighter highlighter_;
     std::unique_ptr<TextViewAccessibility> accessibility_; // made when asked for
 };
 

@@ -19,12 +19,21 @@ constexpr auto blinkInterval = 530ms; // lit, and unlit
 constexpr CGFloat caretWidth = 2;     // points
 constexpr double selectionAlpha = 0.28;
 
+UIColor highlightColor(bool isPresent)
+{
+    auto& yellow = UIColor::systemYellow();
+    auto& orange = UIColor::systemOrange();
+    return isPresent ? UIColor::dynamic(yellow.withAlphaComponent(0.9), orange.withAlphaComponent(0.65))
+                     : UIColor::dynamic(yellow.withAlphaComponent(0.4), yellow.withAlphaComponent(0.28));
+}
+
 } // namespace
 
 void UITextView::draw(CGContext& context, CGRect dirty)
 {
     auto& at = viewport();
     auto origin = bounds().origin;
+    drawHighlights(context, origin);
     drawSelection(context, origin);
     const auto& color = textColor_ ? *textColor_ : UIColor::label();
     for (auto& visible : at.visible()) {
@@ -38,6 +47,18 @@ void UITextView::draw(CGContext& context, CGRect dirty)
         if (auto caret = caretRect(selection_.head))
             context.fill(CGRect::make(std::floor(caret->minX()), caret->minY(), caretWidth, caret->height()),
                          tintColor());
+    }
+}
+
+void UITextView::drawHighlights(CGContext& context, CGPoint origin) const
+{
+    if (!highlighter_)
+        return;
+    auto selected = selection_.range();
+    for (auto range : highlighter_(viewport().visibleRange())) {
+        auto color = highlightColor(range == selected);
+        for (auto& rect : viewport().selectionRects(range))
+            context.fill(rect.offsetBy(origin.x, origin.y), color);
     }
 }
 

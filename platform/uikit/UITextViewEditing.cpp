@@ -56,7 +56,7 @@ void UITextView::edit(TextRange range, const String& text, Record record)
     if (range.isEmpty() && text.isEmpty())
         return;
     auto before = selection_;
-    auto edit = change(nullptr, range, text);
+    auto edit = change(nullptr, range, textForInput(text));
     auto after = TextSelection::caret(range.start + edit.insertedSize);
     if (record != Record::no) {
         auto kind = record == Record::typing ? UndoHistory::Kind::typing

@@ -11,6 +11,7 @@ namespace {
 constexpr CGFloat tolerance = 0.01; // points
 // Further than this many viewports, a way is estimated rather than walked.
 constexpr CGFloat walkLimit = 4;
+constexpr std::int64_t endlessRow = 1 << 24; // columns; more than any fragment has
 
 } // namespace
 
@@ -64,7 +65,11 @@ void TextViewport::layOutAnew()
     auto column = std::max(cache_.style().font.columnWidth(), 0.1);
     auto width = std::max(size_.width - insets_.left - insets_.right, column);
     cache_.setStyle(cache_.style(), width);
-    heights_.setRows(static_cast<std::int64_t>((width + tolerance) / column), lineHeight_);
+    bool wraps = cache_.style().lineBreak != LineBreak::none;
+    heights_.setRows(wraps ? static_cast<std::int64_t>((width + tolerance) / column) : endlessRow,
+                     lineHeight_);
+    if (wraps)
+        rowsOffset_ = 0;
     restore(kept);
     mark_ = kept;
 }
@@ -109,6 +114,7 @@ void TextViewport::handleNewText()
     cache_.forgetAll();
     heights_.handleNewText();
     mark_.reset();
+    rowsOffset_ = 0;
     restore({});
 }
 
@@ -275,6 +281,55 @@ void TextViewport::scrollToFraction(double fraction)
         setAnchor(anchorAtHeight(fraction * std::max(0.0, contentHeight() - size_.height)));
 }
 
+bool TextViewport::scrollToTop(Utf8Offset offset)
+{
+    auto shaped = shapedAt(std::min(offset, text_.end()));
+    auto y = shaped->layout.caretRect(shaped->inside(offset)).minY();
+    if (offset == Utf8Offset{0})
+        y = -insets_.top;
+    return setAnchor({shaped, y});
+}
+
+TextViewport::RowsExtent TextViewport::rowsExtent() const
+{
+    RowsExtent extent{std::min(rowsOffset_, 0.0), std::max(rowsOffset_, 0.0)};
+    if (cache_.style().lineBreak != LineBreak::none)
+        return extent;
+    auto width = size_.width - insets_.left - insets_.right;
+    for (auto& each : visible()) {
+        for (auto& row : each.shaped->layout.lines()) {
+            extent.least = std::min(extent.least, row.x);
+            extent.most = std::max(extent.most, std::ceil(row.x + row.width + 2 - width));
+        }
+    }
+    return extent;
+}
+
+CGFloat TextViewport::scrollAlongRowsBy(CGFloat distance)
+{
+    if (!std::isfinite(distance) || distance == 0)
+        return 0;
+    auto extent = rowsExtent();
+    auto offset = std::round(std::clamp(rowsOffset_ + distance, extent.least, extent.most) * scale_) / scale_;
+    auto used = offset - rowsOffset_;
+    rowsOffset_ = offset;
+    isVisibleValid_ = false;
+    return used;
+}
+
+bool TextViewport::revealAlongRow(Utf8Offset offset, CaretAffinity affinity)
+{
+    if (cache_.style().lineBreak != LineBreak::none)
+        return false;
+    auto caret = caretRect(offset, affinity);
+    if (!caret)
+        return false;
+    auto left = insets_.left, right = std::max(left, size_.width - insets_.right - 2);
+    if (caret->minX() < left)
+        return scrollAlongRowsBy(caret->minX() - left) != 0;
+    return caret->minX() > right && scrollAlongRowsBy(caret->minX() - right) != 0;
+}
+
 bool TextViewport::isAtStart() const
 {
     auto& at = anchor();
@@ -322,7 +377,7 @@ bool TextViewport::reveal(Utf8Offset offset, CaretAffinity affinity)
 {
     auto shown = caretRect(offset, affinity);
     if (shown && shown->minY() >= -tolerance && shown->maxY() <= size_.height + tolerance)
-        return false;
+        return revealAlongRow(offset, affinity);
     auto shaped = shapedAt(offset);
     auto caret = shaped->layout.caretRect(shaped->inside(offset), affinity);
     auto seen = visibleRange();
@@ -337,7 +392,8 @@ bool TextViewport::reveal(Utf8Offset offset, CaretAffinity affinity)
         top.y -= room;
     if (room < 0)
         top.y = caret.minY();
-    return setAnchor(top);
+    bool didMove = setAnchor(top);
+    return revealAlongRow(offset, affinity) || didMove;
 }
 
 } // namespace platform

@@ -53,6 +53,16 @@ public:
     bool scrollToEnd();
     // To the part of the text that begins about there: 0 is the start, 1 shows the end.
     void scrollToFraction(double fraction);
+    // The row of `offset` goes to the top edge, as far as the text reaches.
+    bool scrollToTop(Utf8Offset offset);
+    // Rows that do not wrap may be wider than the viewport: moves along those that are seen. Gives what was used.
+    CGFloat scrollAlongRowsBy(CGFloat distance);
+    CGFloat rowsOffset() const { return rowsOffset_; } // points; 0 where wrapped rows are
+    struct RowsExtent {
+        CGFloat least = 0; // the smallest offset; not positive
+        CGFloat most = 0;  // the largest; not negative
+    };
+    RowsExtent rowsExtent() const;  // of what is seen
     double fraction() const;        // where the viewport is
     double visibleFraction() const; // of the text; 1 when all of it is seen
     bool isAtStart() const;
@@ -106,6 +116,7 @@ private:
     void layOutAnew();
     const TextPlace& anchor() const;
     bool setAnchor(TextPlace place);
+    bool revealAlongRow(Utf8Offset offset, CaretAffinity affinity);
     TextPlace startAnchor() const;
     TextPlace endAnchor() const;
     TextPlace clamped(TextPlace place) const;
@@ -117,6 +128,7 @@ private:
     mutable TextHeights heights_;
     CGSize size_;
     UIEdgeInsets insets_;
+    CGFloat rowsOffset_ = 0;
     CGFloat lineHeight_ = 1;
     CGFloat scale_ = 1;
 

@@ -15,7 +15,7 @@ const std::vector<VisibleFragment>& TextViewport::visible() const
     auto& top = anchor();
     auto y = std::round(-top.y * scale_) / scale_;
     for (auto shaped = top.shaped; shaped; shaped = after(*shaped)) {
-        visible_.push_back({shaped, {insets_.left, y}});
+        visible_.push_back({shaped, {insets_.left - rowsOffset_, y}});
         y += shaped->height();
         if (y >= size_.height)
             break;
