@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/quicklook/PreviewHost.h"
 
-#include "platform/foundation/Precondition.h"
 #include "platform/graphics/GraphicsRuntime.h"
 #include "platform/quicklook/Confinement.h"
-#include "platform/quicklook/PreviewFailureViewController.h"
+#include "platform/quicklook/PreparedPreview.h"
+#include "platform/quicklook/PreviewBroker.h"
 #include "platform/quicklook/PreviewSize.h"
-#include "platform/quicklook/PrincipalClass.h"
-#include "platform/quicklook/QLPreviewingController.h"
+#include "platform/quicklook/PreviewWindow.h"
 #include "platform/quicklook/messageLine.h"
 #include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindow.h"
 #include "platform/uikit/snapshot.h"
@@ -26,35 +24,6 @@ namespace platform {
 namespace {
 
 constexpr int shown = 0, notShown = 1;
-
-// What the extension made of the file: its controller, or why there is none to show.
-struct PreparedPreview {
-    std::shared_ptr<UIViewController> controller;
-    std::optional<NSError> error;
-};
-
-Result<PreparedPreview> prepare(const ExtensionManifest& manifest, const URL& file)
-{
-    auto controller = makePrincipalClass(manifest.principalClass);
-    auto* previewing = dynamic_cast<QLPreviewingController*>(controller.get());
-    if (!previewing) {
-        auto reason = "the principal class " + manifest.principalClass
-            + (controller ? " is no preview controller" : " is not registered");
-        return failure(
-            NSCocoaError::propertyListReadCorrupt,
-            {{std::string(NSLocalizedDescriptionKey), "The extension can’t be used: " + reason + "."},
-             {std::string(NSLocalizedFailureReasonErrorKey), reason}});
-    }
-    PreparedPreview preview{controller, std::nullopt};
-    controller->loadViewIfNeeded();
-    int calls = 0;
-    previewing->preparePreviewOfFile(file, [&](std::optional<NSError> error) {
-        ++calls;
-        preview.error = std::move(error);
-    });
-    precondition(calls == 1, "a preview controller calls its completion handler once, before it returns");
-    return preview;
-}
 
 // A picture takes the place of what its path names, so that must be nothing, or a file that is not the one shown. Empty when
 // it may.
@@ -102,118 +71,39 @@ int paintSnapshot(std::string_view program, const PreviewArguments& arguments, c
     return shown;
 }
 
-// The window of a preview: its size, its keys, its text size.
-class PreviewWindow {
-public:
-    PreviewWindow(const PreviewArguments& arguments, const URL& file,
-                  std::shared_ptr<UIViewController> controller, int landlockVersion)
-        : arguments_(arguments)
-        , landlockVersion_(landlockVersion)
-        , controller_(std::move(controller))
-        , title_(file.lastPathComponent())
-    {
-    }
-
-    void open()
-    {
-        auto traits = currentTraits();
-        auto screen = UIWindow::availableScreenBounds();
-        auto size = arguments_.size.value_or(suitablePreviewSize(*controller_, traits, screen.size));
-        controller_->setTitle(title_);
-        window_ = std::make_shared<UIWindow>(CGRect{screen.origin, size});
-        window_->setTitle(title_);
-        window_->setMinimumSize({120, 80});
-        if (arguments_.appearance != UIUserInterfaceStyle::unspecified)
-            window_->setOverrideUserInterfaceStyle(arguments_.appearance);
-        window_->setRootViewController(controller_);
-        window_->onUnhandledPress = [this](const UIPress& press) { return handlePress(press); };
-        window_->onClose = [] { UIApplication::shared().terminate(); };
-        window_->onFirstFrame = [landlockVersion = landlockVersion_] {
-            if (std::getenv(
-                    "ZELK_REPORT_FIRST_FRAME")) { // for the start benchmark and for reports of slow starts
-                std::puts("first-frame");
-                std::fflush(stdout);
-            }
-            // The file is read and the window stands: from here on it only looks.
-            confineCalls(landlockVersion);
-        };
-        window_->makeKeyAndVisible();
-        window_->advanceFocus(UIWindow::FocusDirection::forward);
-    }
-
-private:
-    UITraitCollection currentTraits() const
-    {
-        auto traits = UIApplication::shared().desktopTraits();
-        if (arguments_.appearance != UIUserInterfaceStyle::unspecified)
-            traits.userInterfaceStyle = arguments_.appearance;
-        return traits;
-    }
-
-    bool handlePress(const UIPress& press)
-    {
-        auto held = press.modifiers;
-        bool control = held.contains(UIKeyModifierFlags::control);
-        bool other =
-            held.contains(UIKeyModifierFlags::alternate) || held.contains(UIKeyModifierFlags::command);
-        if (other)
-            return false;
-        auto& character = press.charactersIgnoringModifiers;
-        if (control) {
-            if (character == "w")
-                window_->close();
-            else if (character == "+" || character == "=")
-                setTextSize(larger(textSize()));
-            else if (character == "-")
-                setTextSize(smaller(textSize()));
-            else if (character == "0")
-                window_->setOverrideContentSizeCategory(std::nullopt);
-            else
-                return false;
-            return true;
-        }
-        if (press.key == UIKeyCode::escape || press.key == UIKeyCode::space || character == "q") {
-            window_->close();
-            return true;
-        }
-        return false;
-    }
-
-    UIContentSizeCategory textSize() const { return window_->traitCollection().preferredContentSizeCategory; }
-    void setTextSize(UIContentSizeCategory category) { window_->setOverrideContentSizeCategory(category); }
-
-    const PreviewArguments& arguments_;
-    const int landlockVersion_;
-    std::shared_ptr<UIViewController> controller_;
-    std::string title_;
-    std::shared_ptr<UIWindow> window_;
-};
-
-int showWindow(std::string_view program, const PreviewArguments& arguments, const URL& file,
-               const PreparedPreview& preview, int landlockVersion)
+int showWindow(std::string_view program, const ExtensionManifest& manifest, const PreviewArguments& arguments,
+               const URL& file, PreparedPreview preview, PreviewBroker& broker, int landlockVersion)
 {
-    auto controller = preview.controller;
-    if (preview.error) {
+    bool isReadable = !preview.error;
+    if (preview.error)
         printMessageLine(previewFailureLine(program, file.lastPathComponent(), *preview.error));
-        controller = std::make_shared<PreviewFailureViewController>(file.lastPathComponent(), *preview.error);
-    }
-    PreviewWindow window(arguments, file, controller, landlockVersion);
+    PreviewWindow window(arguments, manifest, file, std::move(preview), broker);
+    window.onFirstFrame = [landlockVersion] {
+        if (std::getenv(
+                "ZELK_REPORT_FIRST_FRAME")) { // for the start benchmark and for reports of slow starts
+            std::puts("first-frame");
+            std::fflush(stdout);
+        }
+        // The file is read and the window stands: from here on it only looks.
+        confineCalls(landlockVersion);
+    };
     window.open();
     int status = UIApplication::shared().run();
-    return preview.error ? notShown : status;
+    return isReadable ? status : notShown;
 }
 
 // All views are gone when it returns.
 int prepareAndShow(std::string_view program, const ExtensionManifest& manifest,
-                   const PreviewArguments& arguments, const URL& file, int landlockVersion)
+                   const PreviewArguments& arguments, const URL& file, PreviewBroker* broker,
+                   int landlockVersion)
 {
-    auto preview = prepare(manifest, file);
+    auto preview = preparePreview(manifest, file);
     if (!preview) {
         printMessageLine(std::string(program) + ": " + preview.error().localizedDescription());
         return notShown;
     }
     return arguments.action == PreviewAction::window
-        ? showWindow(program, arguments, file, *preview, landlockVersion)
+        ? showWindow(program, manifest, arguments, file, std::move(*preview), *broker, landlockVersion)
         : paintSnapshot(program, arguments, file, *preview);
 }
 
@@ -229,7 +119,9 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
         return notShown;
     }
     int landlockVersion = 0;
+    std::optional<PreviewBroker> broker;
     if (needsDisplay) {
+        broker.emplace(file);
         // The rules for files hold for threads that start later only, and the window system's libraries start some.
         landlockVersion = confineFiles("");
         UIApplication::shared().setIdentifier(manifest.identifier);
@@ -238,7 +130,8 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
     } else {
         startGraphics(DisplayMode::offscreen);
     }
-    int status = prepareAndShow(program, manifest, arguments, file, landlockVersion);
+    int status =
+        prepareAndShow(program, manifest, arguments, file, broker ? &*broker : nullptr, landlockVersion);
     stopGraphics(); // hands what was copied to the desktop, which may keep it for when we are gone
     return status;
 }

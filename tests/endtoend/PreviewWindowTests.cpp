@@ -16,10 +16,12 @@ using namespace std::chrono_literals;
 
 const std::string program = ZELK_BINARY_DIR "/bin/subtitle-preview";
 
-// Distances of the first character from the window's corner, in points: the text view's container inset and
+// Distances of the first character from the window's corner, in points: the bar above, the text view's container inset and
 // line fragment padding.
+constexpr int barHeight = 36;
 constexpr int leftInset = 5;
-constexpr int topInset = 8;
+constexpr int containerInset = 8;
+constexpr int topInset = barHeight + containerInset;
 
 // One preview of a file with this content, in a window at the corner of its own screen.
 class PreviewWindow {
@@ -90,7 +92,7 @@ TEST(PreviewWindow, theFirstLineIsOnScreenAndEqualsThePictureOfTheSameTree)
         for (int x = 0; x < 600; ++x) { // the scroll bar at the right edge comes and goes
             auto expected = image->pixel(x, y).components();
             auto near = [](std::uint8_t a, double b) { return std::abs(a - b * 255) < 24; };
-            auto& pixel = screen.at(x, y);
+            auto& pixel = screen.at(x, y + barHeight);
             differing += !(near(pixel.red, expected.red) && near(pixel.green, expected.green)
                            && near(pixel.blue, expected.blue));
         }
@@ -122,7 +124,7 @@ TEST(PreviewWindow, aDragSelectsAndCopyGivesExactlyThoseCharacters)
 {
     PreviewWindow preview("0123456789\nab\u0301cdefghi\nlast\n");
     ASSERT_TRUE(
-        preview.shows([](const Picture& picture) { return picture.darkPixels(0, 0, 700, 100) > 50; }));
+        preview.shows([](const Picture& picture) { return picture.darkPixels(0, barHeight, 700, 100) > 50; }));
     auto font = platform::UIFont::monospacedSystemFont(17);
     auto x = [&](int column) { return static_cast<int>(leftInset + column * font.columnWidth()); };
     auto y = [&](int line) { return static_cast<int>(topInset + (line + 0.5) * font.lineHeight()); };
@@ -151,7 +153,7 @@ TEST(PreviewWindow, endShowsTheLastLineAndHomeTheFirst)
     auto barAtTop = [](const Picture& picture) { return startsWithBar(picture, topInset, 16); };
     auto barAtBottom = [](const Picture& picture) {
         // The last line ends one inset above the edge; the font's line is about 20 points high.
-        return startsWithBar(picture, picture.height - topInset - 18, 14);
+        return startsWithBar(picture, picture.height - containerInset - 18, 14);
     };
     ASSERT_TRUE(preview.shows(barAtTop));
     for (auto [toEnd, toStart] : {std::pair("ctrl+End", "ctrl+Home"), std::pair("End", "Home")}) {
@@ -189,8 +191,8 @@ TEST(PreviewWindow, onANewerSystemTheEditorTakesTypingAndTheFileIsUntouched)
 {
     PreviewWindow preview("kept\n", {{"ZELK_SYSTEM_VERSION", "18.0"}});
     ASSERT_TRUE(
-        preview.shows([](const Picture& picture) { return picture.darkPixels(0, 0, 700, 100) > 20; }));
-    preview.desktop.click(30, 16);
+        preview.shows([](const Picture& picture) { return picture.darkPixels(0, barHeight, 700, 100) > 20; }));
+    preview.desktop.click(30, barHeight + 16);
     preview.desktop.key("ctrl+Home");
     preview.desktop.type("typed q ");
     preview.desktop.key("ctrl+a");
@@ -223,7 +225,7 @@ TEST(PreviewWindow, aFileThatCannotBeReadShowsWhyAndExitsWithOne)
     ASSERT_TRUE(desktop.activate(*window));
     EXPECT_TRUE(eventually([&] {
         auto picture = desktop.picture(*window);
-        return picture.darkPixels(0, 0, picture.width, picture.height) > 100;
+        return picture.darkPixels(0, barHeight, picture.width, picture.height - barHeight) > 100;
     })) << "nothing is written in the failure view";
     desktop.key("Escape");
     auto outcome = process.wait();
@@ -243,7 +245,7 @@ TEST(PreviewWindow, theScrollBarReachesAnyPlaceAndTheWheelMoves)
     preview.desktop.click(350, 250, 4);
     EXPECT_TRUE(preview.shows(barAtTop));
     auto before = preview.picture();
-    preview.desktop.drag(695, 12, 695, 250); // the thumb, from its top to the middle
+    preview.desktop.drag(695, barHeight + 12, 695, 280); // the thumb, from its top to the middle
     EXPECT_TRUE(
         preview.shows([&](const Picture& picture) { return picture != before && !barAtTop(picture); }));
 }

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "platform/quicklook/PreviewBroker.h"
+
+#include "platform/foundation/Logger.h"
+#include "platform/foundation/TextDecoding.h"
+
+#include <array>
+#include <csignal>
+#include <string>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace platform {
+
+namespace {
+
+enum Command : unsigned char { openFile = 'o', keepInFile = 'k', forgetInFile = 'f' };
+constexpr int answerLimit = 250; // milliseconds
+
+using Request = std::array<unsigned char, 2>; // a command and its argument
+
+const Logger& logger()
+{
+    static const Logger logger("org.zelk.quicklook", "broker");
+    return logger;
+}
+
+bool openInDesktop(const URL& file)
+{
+    std::string program = "xdg-open", address = file.absoluteString();
+    std::array<char*, 3> arguments{program.data(), address.data(), nullptr};
+    posix_spawnattr_t attributes;
+    if (::posix_spawnattr_init(&attributes) != 0)
+        return false;
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID); // it lives on when the preview is closed
+    pid_t child = 0;
+    auto fault = ::posix_spawnp(&child, program.c_str(), nullptr, &attributes, arguments.data(), environ);
+    ::posix_spawnattr_destroy(&attributes);
+    return fault == 0;
+}
+
+bool isEncoding(unsigned char number)
+{
+    return number <= static_cast<unsigned char>(TextEncoding::eucKR);
+}
+
+bool serve(const Request& request, const URL& file)
+{
+    switch (request[0]) {
+    case openFile:
+        return openInDesktop(file);
+    case keepInFile:
+        return isEncoding(request[1])
+            && keepTextEncoding(file, static_cast<TextEncoding>(request[1])).has_value();
+    case forgetInFile:
+        return keepTextEncoding(file, std::nullopt).has_value();
+    default:
+        return false;
+    }
+}
+
+[[noreturn]] void runBroker(int connection, const URL& file)
+{
+    std::signal(SIGINT, SIG_IGN); // the preview's to answer; its end is this one's
+    std::signal(SIGCHLD, SIG_IGN);
+    for (;;) {
+        Request request{};
+        auto size = ::recv(connection, request.data(), request.size(), 0);
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size <= 0)
+            ::_exit(0);
+        unsigned char answer = size == std::ssize(request) && serve(request, file) ? 1 : 0;
+        ::send(connection, &answer, 1, MSG_NOSIGNAL);
+    }
+}
+
+} // namespace
+
+PreviewBroker::PreviewBroker(const URL& file)
+{
+    int ends[2];
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)
+        return;
+    auto process = ::fork();
+    if (process == 0) {
+        ::close(ends[0]);
+        runBroker(ends[1], file);
+    }
+    ::close(ends[1]);
+    if (process < 0)
+        ::close(ends[0]);
+    else
+        connection_ = ends[0];
+}
+
+PreviewBroker::~PreviewBroker()
+{
+    if (connection_ >= 0)
+        ::close(connection_);
+}
+
+bool PreviewBroker::request(unsigned char command, unsigned char argument)
+{
+    Request request{command, argument};
+    unsigned char answer = 0;
+    bool isDone = connection_ >= 0
+        && ::send(connection_, request.data(), request.size(), MSG_NOSIGNAL) == std::ssize(request);
+    if (isDone) {
+        pollfd waiting{connection_, POLLIN, 0};
+        isDone = ::poll(&waiting, 1, answerLimit) == 1 && ::recv(connection_, &answer, 1, MSG_DONTWAIT) == 1
+            && answer == 1;
+    }
+    if (!isDone)
+        logger().debug("a request for the file was not fulfilled");
+    return isDone;
+}
+
+bool PreviewBroker::openWithDefaultProgram()
+{
+    return request(openFile, 0);
+}
+
+bool PreviewBroker::keepEncoding(std::optional<TextEncoding> encoding)
+{
+    return encoding ? request(keepInFile, static_cast<unsigned char>(*encoding)) : request(forgetInFile, 0);
+}
+
+} // namespace platform
