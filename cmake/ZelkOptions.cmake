@@ -4,6 +4,7 @@
 option(ZELK_BUILD_TESTS "Build the tests and the examples" ON)
 option(ZELK_BUILD_BENCH "Build the benchmarks" OFF)
 option(ZELK_BUILD_FUZZ "Build the fuzz targets (needs clang)" OFF)
+option(ZELK_WARNINGS_ARE_ERRORS "Stop at a warning; OFF for packages, which other compilers build" ON)
 set(ZELK_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
 
 set(CMAKE_CXX_STANDARD 23)
@@ -17,7 +18,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 
 # One flag set for all targets: the precompiled header is built once and shared, and that works only
 # where the flags are the same.
-add_compile_options(-Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+set(warnings_are_errors "$<$<BOOL:${ZELK_WARNINGS_ARE_ERRORS}>:-Werror>")
+add_compile_options(-Wall -Wextra -Wpedantic ${warnings_are_errors} -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
                     -Wunused -Wcast-align -Wimplicit-fallthrough)
 # A designated initialiser that leaves fields at their defaults is how options are written here.
 add_compile_options(-Wno-missing-field-initializers)
