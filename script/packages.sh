@@ -8,6 +8,7 @@ packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
 packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal
   xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev ffmpeg
-  desktop-file-utils appstream shared-mime-info libglib2.0-bin groff-base"
+  desktop-file-utils appstream shared-mime-info libglib2.0-bin groff-base
+  bubblewrap ranger nnn tmux file"
 packages_package="build-essential debhelper lintian"
 packages_bench="libbenchmark-dev libxcb1-dev xvfb ffmpeg nautilus-data evince-common gedit-common"
