@@ -88,7 +88,8 @@ std::unique_ptr<PreviewerBus> PreviewerBus::open(sd_event* loop, Handlers handle
     previewer->handlers_ = std::move(handlers);
     sd_bus* bus = nullptr;
     if (int code = sd_bus_open_user(&bus); code < 0) {
-        fault = std::string("no session bus: ") + std::strerror(-code);
+        fault = "no session bus: ";
+        fault += std::strerror(-code);
         return nullptr;
     }
     previewer->bus_.reset(bus);
@@ -103,7 +104,8 @@ std::unique_ptr<PreviewerBus> PreviewerBus::open(sd_event* loop, Handlers handle
     int files = sd_bus_request_name(bus, filesPreviewerName, flags);
     int nemo = sd_bus_request_name(bus, nemoName, flags);
     if (files < 0 && nemo < 0) {
-        fault = std::string(filesPreviewerName) + ": " + std::strerror(-files);
+        fault = filesPreviewerName;
+        fault.append(": ").append(std::strerror(-files));
         return nullptr;
     }
     if (int code = sd_bus_attach_event(bus, loop, SD_EVENT_PRIORITY_NORMAL); code < 0) {

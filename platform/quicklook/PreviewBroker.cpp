@@ -4,6 +4,7 @@
 #include "platform/foundation/Logger.h"
 #include "platform/foundation/TextDecoding.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <string>
@@ -24,6 +25,7 @@ namespace {
 
 enum Command : unsigned char { openFile = 'o', keepInFile = 'k', forgetInFile = 'f' };
 constexpr int answerLimit = 250; // milliseconds
+constexpr std::size_t longestURL = 64 * 1024;
 
 using Request = std::array<unsigned char, 2>; // a command and its argument
 
@@ -67,10 +69,26 @@ bool serve(const Request& request, const URL& file)
     }
 }
 
-[[noreturn]] void runBroker(int connection, const URL& file)
+// The first message of a preview whose file was chosen later.
+URL awaitFile(int connection)
+{
+    std::string text(longestURL, '\0');
+    ssize_t size = 0;
+    do
+        size = ::recv(connection, text.data(), text.size(), 0);
+    while (size < 0 && errno == EINTR);
+    text.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+    auto file = URL::parse(text);
+    if (!file)
+        ::_exit(0);
+    return *file;
+}
+
+[[noreturn]] void runBroker(int connection, const std::optional<URL>& known)
 {
     std::signal(SIGINT, SIG_IGN); // the preview's to answer; its end is this one's
     std::signal(SIGCHLD, SIG_IGN);
+    auto file = known ? *known : awaitFile(connection);
     for (;;) {
         Request request{};
         auto size = ::recv(connection, request.data(), request.size(), 0);
@@ -86,6 +104,24 @@ bool serve(const Request& request, const URL& file)
 } // namespace
 
 PreviewBroker::PreviewBroker(const URL& file)
+{
+    start(file);
+}
+
+PreviewBroker::PreviewBroker()
+{
+    start(std::nullopt);
+}
+
+void PreviewBroker::setFile(const URL& file)
+{
+    auto& text = file.absoluteString();
+    // A file that it is not told of is one that its requests fail for.
+    if (connection_ >= 0 && text.size() <= longestURL)
+        ::send(connection_, text.data(), text.size(), MSG_NOSIGNAL);
+}
+
+void PreviewBroker::start(std::optional<URL> file)
 {
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)

@@ -16,15 +16,21 @@ public:
     // Requires: the process has no further threads, and may still start programs. Without a broker, where none could be
     // started, requests fail.
     explicit PreviewBroker(const URL& file);
+    // For a file that is chosen later.
+    PreviewBroker();
     PreviewBroker(const PreviewBroker&) = delete; // owns the connection
     PreviewBroker& operator=(const PreviewBroker&) = delete;
     ~PreviewBroker();
+
+    // Once, before the file is opened: from then on the broker has ears for no other.
+    void setFile(const URL& file);
 
     // Each waits for the answer, a quarter of a second at most; false when it failed.
     bool openWithDefaultProgram();
     bool keepEncoding(std::optional<TextEncoding> encoding); // none: forgets it
 
 private:
+    void start(std::optional<URL> file);
     bool request(unsigned char command, unsigned char argument);
 
     int connection_ = -1;

@@ -110,7 +110,7 @@ int prepareAndShow(std::string_view program, const ExtensionManifest& manifest,
 } // namespace
 
 int runPreview(std::string_view program, const ExtensionManifest& manifest, const PreviewArguments& arguments,
-               const URL& file)
+               const URL& file, PreviewBroker* broker)
 {
     bool needsDisplay = arguments.action == PreviewAction::window;
     if (needsDisplay && !displayIsAvailable()) {
@@ -119,9 +119,10 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
         return notShown;
     }
     int landlockVersion = 0;
-    std::optional<PreviewBroker> broker;
+    std::optional<PreviewBroker> ownBroker;
     if (needsDisplay) {
-        broker.emplace(file);
+        if (!broker)
+            broker = &ownBroker.emplace(file);
         // The rules for files hold for threads that start later only, and the window system's libraries start some.
         landlockVersion = confineFiles("");
         UIApplication::shared().setIdentifier(manifest.identifier);
@@ -130,8 +131,7 @@ int runPreview(std::string_view program, const ExtensionManifest& manifest, cons
     } else {
         startGraphics(DisplayMode::offscreen);
     }
-    int status =
-        prepareAndShow(program, manifest, arguments, file, broker ? &*broker : nullptr, landlockVersion);
+    int status = prepareAndShow(program, manifest, arguments, file, broker, landlockVersion);
     stopGraphics(); // hands what was copied to the desktop, which may keep it for when we are gone
     return status;
 }

@@ -6,6 +6,7 @@
 #include "platform/graphics/GraphicsRuntime.h"
 #include "platform/previewer/PreviewMessage.h"
 #include "platform/quicklook/Confinement.h"
+#include "platform/quicklook/PreviewBroker.h"
 #include "platform/quicklook/PreviewHost.h"
 #include "platform/quicklook/PrincipalClass.h"
 #include "platform/quicklook/QLPreviewingController.h"
@@ -74,7 +75,6 @@ public:
     explicit PreviewSession(int socket)
         : socket_(socket)
     {
-        ::fcntl(socket, F_SETFD, FD_CLOEXEC);
         reader_ = std::thread([this] { readMessages(); });
     }
     PreviewSession(const PreviewSession&) = delete; // its address is with the reader
@@ -157,18 +157,18 @@ private:
             tell(messageFrom(place));
     }
 
-    // Arrows choose another file, unless somebody writes.
+    // Arrows choose another file, unless somebody writes or has a menu open.
     bool select(const UIPress& press)
     {
         auto direction = directionOf(press.key);
         if (!direction || press.modifiers != UIKeyModifierFlags())
             return false;
         auto& windows = UIApplication::shared().windows();
-        bool writes = std::ranges::any_of(windows, [](auto& weak) {
+        bool isWanted = std::ranges::any_of(windows, [](auto& weak) {
             auto window = weak.lock();
-            return window && window->activeTextInput();
+            return window && (window->activeTextInput() || window->modalView());
         });
-        if (writes)
+        if (isWanted)
             return false;
         tell({previewSelect, std::to_string(*direction)});
         return true;
@@ -208,6 +208,8 @@ int runPreviewSession(std::string_view program, const ExtensionManifest& manifes
     }
     registerPrincipalClass<FailedPreview>(failedPreview);
     // The host does the same before it starts what is started here already.
+    ::fcntl(socket, F_SETFD, FD_CLOEXEC);
+    PreviewBroker broker;
     confineFiles("");
     UIApplication::shared().setIdentifier(manifest.identifier);
     UIApplication::shared().start();
@@ -222,7 +224,8 @@ int runPreviewSession(std::string_view program, const ExtensionManifest& manifes
         auto shownManifest = manifest;
         if (order->tellsFailure)
             shownManifest.principalClass = failedPreview;
-        status = runPreview(program, shownManifest, {}, *url);
+        broker.setFile(*url);
+        status = runPreview(program, shownManifest, {}, *url, &broker);
     }
     session.reset();
     return status;
