@@ -9,8 +9,10 @@
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UITextView.h"
 #include "platform/uikit/UIWindow.h"
+#include "platform/uikit/text/TextSearch.h"
 
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <random>
@@ -160,6 +162,44 @@ void selectAllAndCopy(benchmark::State& state)
     }
 }
 BENCHMARK(selectAllAndCopy)->Unit(benchmark::kMillisecond)->Iterations(50);
+
+// Words that stand at the end of 100 MB only, or nowhere: the first match on screen, and all of them counted.
+void findAWord(benchmark::State& state, const char* word)
+{
+    constexpr std::size_t searched = 100'000'000;
+    auto bytes = std::make_shared<std::string>(text().utf8().substr(0, searched));
+    *bytes += "\nthe last word of it all is Ende Конец\n";
+    auto shared = String::adopting(bytes, *bytes);
+    Stage stage;
+    stage.view->setText(shared);
+    stage.frame();
+    double firstMatch = 0, all = 0;
+    for (auto _ : state) {
+        auto begin = std::chrono::steady_clock::now();
+        auto elapsed = [&] {
+            return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+                .count();
+        };
+        TextSearch search(stage.view->buffer(), TextPattern(word));
+        if (auto match = search.first({{0}, stage.view->buffer().end()})) {
+            stage.view->setSelectedRange(*match);
+            stage.view->scrollRangeToVisible(*match);
+        }
+        stage.frame();
+        firstMatch += elapsed();
+        while (search.countOn()) { }
+        all += elapsed();
+        benchmark::DoNotOptimize(search.count());
+        stage.view->scrollRangeToVisible({{0}, {0}});
+    }
+    auto rounds = static_cast<double>(state.iterations());
+    state.counters["first_ms"] = firstMatch / rounds;
+    state.counters["all_ms"] = all / rounds;
+}
+BENCHMARK_CAPTURE(findAWord, rare, "ende")->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(findAWord, rareCyrillic, "конец")->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(findAWord, everywhere, "money")->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(findAWord, oneLetter, "e")->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void peerOnePassOverTheBytes(benchmark::State& state)
 {

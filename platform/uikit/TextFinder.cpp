@@ -100,9 +100,9 @@ void TextFinder::step(Direction direction)
         if (!match)
             match = search_->first({{0}, buffer.end()});
     } else {
-        match = search_->last({{0}, selected.start});
+        match = search_->lastBefore(selected.start);
         if (!match)
-            match = search_->last({{0}, buffer.end()});
+            match = search_->lastBefore(buffer.end());
     }
     if (match)
         show(*match);

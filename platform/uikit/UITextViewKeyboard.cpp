@@ -80,7 +80,7 @@ bool UITextView::handleCommand(const UIPress& press)
     auto& key = press.charactersIgnoringModifiers;
     if (key == "a" && isSelectable_)
         selectAll();
-    else if (key == "c" && isSelectable_)
+    else if (key == "c" && !hasShift && isSelectable_)
         copy();
     else if (!isEditable_)
         return false;

@@ -123,8 +123,8 @@ TEST(PreviewWindow, typingChangesNothingAndTheFileStaysAsItIs)
 TEST(PreviewWindow, aDragSelectsAndCopyGivesExactlyThoseCharacters)
 {
     PreviewWindow preview("0123456789\nab\u0301cdefghi\nlast\n");
-    ASSERT_TRUE(
-        preview.shows([](const Picture& picture) { return picture.darkPixels(0, barHeight, 700, 100) > 50; }));
+    ASSERT_TRUE(preview.shows(
+        [](const Picture& picture) { return picture.darkPixels(0, barHeight, 700, 100) > 50; }));
     auto font = platform::UIFont::monospacedSystemFont(17);
     auto x = [&](int column) { return static_cast<int>(leftInset + column * font.columnWidth()); };
     auto y = [&](int line) { return static_cast<int>(topInset + (line + 0.5) * font.lineHeight()); };
@@ -190,8 +190,8 @@ TEST(PreviewWindow, theTextSizeFollowsItsKeys)
 TEST(PreviewWindow, onANewerSystemTheEditorTakesTypingAndTheFileIsUntouched)
 {
     PreviewWindow preview("kept\n", {{"ZELK_SYSTEM_VERSION", "18.0"}});
-    ASSERT_TRUE(
-        preview.shows([](const Picture& picture) { return picture.darkPixels(0, barHeight, 700, 100) > 20; }));
+    ASSERT_TRUE(preview.shows(
+        [](const Picture& picture) { return picture.darkPixels(0, barHeight, 700, 100) > 20; }));
     preview.desktop.click(30, barHeight + 16);
     preview.desktop.key("ctrl+Home");
     preview.desktop.type("typed q ");

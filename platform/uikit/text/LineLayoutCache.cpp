@@ -87,7 +87,9 @@ std::shared_ptr<const ShapedFragment> LineLayoutCache::make(const TextFragment& 
                                                                            : BaseDirection::leftToRight;
     }
     auto bytes = text_.view(fragment.textRange(), scratch);
-    return std::make_shared<const ShapedFragment>(fragment, TextLayout(bytes, style, width_));
+    bool wraps = style.lineBreak != LineBreak::none;
+    return std::make_shared<const ShapedFragment>(fragment,
+                                                  TextLayout(bytes, style, wraps ? width_ : unlimitedWidth));
 }
 
 void LineLayoutCache::prove(const ShapedFragment& cached) const

@@ -8,9 +8,10 @@
 
 namespace platform {
 
-TextSearch::TextSearch(const TextBuffer& text, TextPattern pattern)
+TextSearch::TextSearch(const TextBuffer& text, TextPattern pattern, std::int64_t blockSize)
     : text_(text)
     , pattern_(std::move(pattern))
+    , blockSize_(blockSize)
 {
     if (pattern_.isEmpty())
         countedTo_ = text_.end();
@@ -20,7 +21,7 @@ bool TextSearch::countOn()
 {
     if (isComplete())
         return false;
-    auto blockEnd = std::min(countedTo_ + blockSize, text_.end());
+    auto blockEnd = std::min(countedTo_ + blockSize_, text_.end());
     auto resume = std::max(countedTo_, lastEnd_);
     blocks_.push_back({resume, count_});
     // A match that begins in this block may end in the next one.
@@ -44,7 +45,7 @@ std::int64_t TextSearch::countBefore(Utf8Offset offset) const
     precondition(isComplete(), "matches are counted before they are numbered");
     if (blocks_.empty())
         return 0;
-    auto index = std::min(static_cast<std::size_t>(offset.value / blockSize), blocks_.size() - 1);
+    auto index = std::min(static_cast<std::size_t>(offset.value / blockSize_), blocks_.size() - 1);
     auto& block = blocks_[index];
     std::string scratch;
     auto limit = std::min(offset + static_cast<std::int64_t>(pattern_.longestMatch()), text_.end());
@@ -63,9 +64,9 @@ std::int64_t TextSearch::countBefore(Utf8Offset offset) const
 std::optional<TextRange> TextSearch::first(TextRange range) const
 {
     std::string scratch;
-    for (auto start = range.start; start < range.end; start = start + blockSize) {
+    for (auto start = range.start; start < range.end; start = start + blockSize_) {
         auto limit =
-            std::min(start + blockSize + static_cast<std::int64_t>(pattern_.longestMatch()), range.end);
+            std::min(start + blockSize_ + static_cast<std::int64_t>(pattern_.longestMatch()), range.end);
         if (auto match = pattern_.find(text_.view({start, limit}, scratch))) {
             auto begin = start + static_cast<std::int64_t>(match->begin);
             return TextRange{begin, begin + static_cast<std::int64_t>(match->size)};
@@ -74,23 +75,29 @@ std::optional<TextRange> TextSearch::first(TextRange range) const
     return std::nullopt;
 }
 
-std::optional<TextRange> TextSearch::last(TextRange range) const
+std::optional<TextRange> TextSearch::lastBefore(Utf8Offset end) const
 {
-    constexpr std::int64_t step = 64 * 1024;
     std::string scratch;
-    for (auto end = range.end; end > range.start;) {
-        auto start = std::max(range.start, end - step);
-        auto limit = std::min(end + static_cast<std::int64_t>(pattern_.longestMatch()), range.end);
-        auto bytes = text_.view({start, limit}, scratch);
-        std::optional<TextRange> found;
-        for (std::size_t at = 0; auto match = pattern_.find(bytes, at);) {
-            auto begin = start + static_cast<std::int64_t>(match->begin);
-            found = TextRange{begin, begin + static_cast<std::int64_t>(match->size)};
-            at = match->begin + match->size;
+    // From where to scan: the blocks know, as far as they were counted, where matches can begin.
+    auto index = end.value / blockSize_;
+    for (auto limit = end; index >= 0; --index) {
+        Utf8Offset start{index * blockSize_};
+        if (static_cast<std::size_t>(index) < blocks_.size())
+            start = blocks_[static_cast<std::size_t>(index)].resume;
+        if (start < limit) {
+            std::optional<TextRange> found;
+            std::size_t at = 0;
+            auto bytes = text_.view({start, limit}, scratch);
+            while (auto match = pattern_.find(bytes, at)) {
+                auto begin = start + static_cast<std::int64_t>(match->begin);
+                found = TextRange{begin, begin + static_cast<std::int64_t>(match->size)};
+                at = match->begin + match->size;
+            }
+            if (found)
+                return found;
         }
-        if (found)
-            return found;
-        end = start;
+        // A match may begin in the block before and end in this one.
+        limit = std::min(start + static_cast<std::int64_t>(pattern_.longestMatch()), end);
     }
     return std::nullopt;
 }

@@ -53,10 +53,11 @@ private:
 // beginning, each begins at the first place where it can. The text outlives this and does not change. Main thread only.
 class TextSearch {
 public:
-    TextSearch(const TextBuffer& text, TextPattern pattern);
+    static constexpr std::int64_t usualBlockSize = std::int64_t{1} << 20; // bytes
+    TextSearch(const TextBuffer& text, TextPattern pattern, std::int64_t blockSize = usualBlockSize);
 
     const TextPattern& pattern() const { return pattern_; }
-    // Counts on through `blockSize` bytes. False when all was counted.
+    // Counts on through one block. False when all was counted.
     bool countOn();
     bool isComplete() const { return countedTo_ >= text_.end(); }
     std::int64_t count() const { return count_; } // so far
@@ -65,12 +66,10 @@ public:
 
     // The first match in `range`, wholly inside of it.
     std::optional<TextRange> first(TextRange range) const;
-    // The last match that begins in `range`, wholly inside of it.
-    std::optional<TextRange> last(TextRange range) const;
+    // The last match that ends at `end` or before.
+    std::optional<TextRange> lastBefore(Utf8Offset end) const;
     // All that meet `range`, which is some screens long.
     std::vector<TextRange> all(TextRange range) const;
-
-    static constexpr std::int64_t blockSize = std::int64_t{1} << 20;
 
 private:
     struct Block {
@@ -80,6 +79,7 @@ private:
 
     const TextBuffer& text_;
     const TextPattern pattern_;
+    const std::int64_t blockSize_;
     Utf8Offset countedTo_;
     Utf8Offset lastEnd_; // of the last match that was counted
     std::int64_t count_ = 0;

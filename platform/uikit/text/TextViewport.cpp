@@ -297,10 +297,9 @@ TextViewport::RowsExtent TextViewport::rowsExtent() const
         return extent;
     auto width = size_.width - insets_.left - insets_.right;
     for (auto& each : visible()) {
-        for (auto& row : each.shaped->layout.lines()) {
-            extent.least = std::min(extent.least, row.x);
-            extent.most = std::max(extent.most, std::ceil(row.x + row.width + 2 - width));
-        }
+        auto begin = each.origin.x + rowsOffset_ - insets_.left;
+        extent.least = std::min(extent.least, std::floor(begin));
+        extent.most = std::max(extent.most, std::ceil(begin + each.shaped->layout.size().width + 2 - width));
     }
     return extent;
 }

@@ -15,7 +15,11 @@ const std::vector<VisibleFragment>& TextViewport::visible() const
     auto& top = anchor();
     auto y = std::round(-top.y * scale_) / scale_;
     for (auto shaped = top.shaped; shaped; shaped = after(*shaped)) {
-        visible_.push_back({shaped, {insets_.left - rowsOffset_, y}});
+        // Rows that do not wrap begin at the edge where their text does.
+        auto& layout = shaped->layout;
+        bool beginsRight = style().lineBreak == LineBreak::none && layout.isRightToLeft();
+        auto x = beginsRight ? textWidth() - layout.size().width : 0;
+        visible_.push_back({shaped, {insets_.left + x - rowsOffset_, y}});
         y += shaped->height();
         if (y >= size_.height)
             break;
