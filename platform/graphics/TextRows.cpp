@@ -86,7 +86,8 @@ public:
         bool isWide = columns == 2;
         if (isWide && !row_.empty() && !clingsToPrevious(c))
             noteBreak();
-        if (column_ + columns > width_) {
+        // What moves to the next row can leave too little room there as well.
+        while (column_ + columns > width_) {
             if (clingsToPrevious(c) && break_ == row_.size() && earlierBreak_ > 0) {
                 break_ = earlierBreak_;
                 breakColumn_ = earlierBreakColumn_;

@@ -27,6 +27,7 @@ TEST(TextRowsTests, linesGoOnInTheNextRowWhereTheyMayBeBroken)
         {"behind hyphens", "well-known", {.width = 7}, "well-\nknown\n"},
         {"inside a long word", "abcdefgh", {.width = 3}, "abc\ndef\ngh\n"},
         {"between wide characters, never inside", "漢字かな", {.width = 5}, "漢字\nかな\n"},
+        {"what moves leaves too little room", "-abcdef。", {.width = 7}, "-\nabcdef\n。\n"},
         {"closing marks stay with what they close", "漢字。かな", {.width = 4}, "漢\n字。\nかな\n"},
         {"wide ones in a pane of one column", "漢a", {.width = 1}, "?\na\n"},
         {"marks take no room", "e\u0301e\u0301e\u0301", {.width = 2}, "e\u0301e\u0301\ne\u0301\n"},
