@@ -80,6 +80,15 @@ bool takesPictures(AVFileType type)
     return type == AVFileType::quickTimeMovie || type == AVFileType::mpeg4;
 }
 
+// The track's ticks, parted where they are coarse: a range may start between two.
+std::int32_t timeScale(const AVAssetTrack& track)
+{
+    auto scale = std::max(track.naturalTimeScale(), 1);
+    while (scale < 10'000)
+        scale *= 2;
+    return scale;
+}
+
 using PipeEnds = std::pair<std::shared_ptr<AVAssetReaderTrackOutput>, std::shared_ptr<AVAssetWriterInput>>;
 
 PipeEnds asStored(const std::shared_ptr<AVAssetTrack>& track)
@@ -163,7 +172,7 @@ Result<void> ExportPipeline::addTracks(const ExportPlan& plan)
         input->setTransform(transformOf(*track, *input));
         input->setLanguageCode(track->languageCode());
         if (type == AVMediaType::video)
-            input->setMediaTimeScale(track->naturalTimeScale());
+            input->setMediaTimeScale(timeScale(*track));
         if (!reader_->canAdd(*output) || !writer_->canAdd(*input))
             return failure(AVError::operationNotSupportedForAsset);
         reader_->add(output);

@@ -22,13 +22,17 @@ const std::string both = flashing + beeping;
 
 TEST(AVAssetExportSession, a_beep_stays_with_its_flash_to_within_one_frame_of_sound)
 {
-    const std::string sources[][2] = {
-        {"mp4", "-c:v libx264 -g 40 -bf 2 -c:a aac"}, {"mov", "-c:v mpeg4 -c:a pcm_s16le"},
-        {"mkv", "-c:v libx264 -bf 2 -c:a libopus"},   {"ts", "-c:v mpeg2video -c:a mp2"},
-        {"mkv", "-c:v mjpeg -q:v 2 -c:a flac"},
+    struct Source {
+        std::string extension, arguments;
+        double lead = 0; // seconds by which the encoder of the sound makes it begin before the pictures
+    };
+    const Source sources[] = {
+        {"mp4", "-c:v libx264 -g 40 -bf 2 -c:a aac"},      {"mov", "-c:v mpeg4 -c:a pcm_s16le"},
+        {"mkv", "-c:v libx264 -bf 2 -c:a libopus", 0.007}, {"ts", "-c:v mpeg2video -c:a mp2", 0.010},
+        {"avi", "-c:v mjpeg -q:v 2 -c:a pcm_s16le"},
     };
     constexpr std::pair<double, double> ranges[] = {{0, 4}, {0.6, 3.9}, {0.99, 3.05}, {1.777, 3.4}};
-    for (auto& [extension, arguments] : sources) {
+    for (auto& [extension, arguments, lead] : sources) {
         const auto file = mediaFixture(extension, both + arguments);
         for (auto [from, to] : ranges) {
             SCOPED_TRACE(extension + " from " + std::to_string(from));
@@ -47,7 +51,7 @@ TEST(AVAssetExportSession, a_beep_stays_with_its_flash_to_within_one_frame_of_so
                     return picture.y() > 120 && picture.time > moment - from - 0.2;
                 });
                 ASSERT_NE(lit, video.pictures.end()) << moment;
-                EXPECT_NEAR(lit->time, moment - from, 0.0205);
+                EXPECT_NEAR(lit->time, moment + lead - from, 2e-3);
                 EXPECT_NEAR(audio.onset(moment - from - 0.2), moment - from, 1024 / 48000.0);
             }
         }
