@@ -26,11 +26,13 @@ constexpr std::string_view busConfiguration =
 </busconfig>
 )";
 
+constexpr std::string_view serviceFile = "/dbus-1/services/org.gnome.NautilusPreviewer.service";
+
 // The words of the service file's Exec line; nothing when it has none. Such files quote nothing in practice; one that does
 // is left alone.
-std::vector<std::string> commandIn(const std::string& serviceFile)
+std::vector<std::string> commandIn(const std::string& path)
 {
-    std::ifstream file(serviceFile);
+    std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {
         if (!line.starts_with("Exec="))
             continue;
@@ -54,7 +56,7 @@ std::vector<std::string> otherCommand(const std::string& ownProgram)
     for (std::string folder; std::getline(list, folder, ':');) {
         if (!folder.starts_with('/'))
             continue;
-        auto command = commandIn(folder + "/dbus-1/services/" + std::string(filesPreviewerName) + ".service");
+        auto command = commandIn(folder.append(serviceFile));
         std::error_code unknown;
         bool isUsable = !command.empty() && ::access(command[0].c_str(), X_OK) == 0
             && !std::filesystem::equivalent(command[0], ownProgram, unknown)
@@ -151,14 +153,13 @@ void OtherPreviewer::connect(const std::string& address)
     if (sd_bus_new(&bus) < 0)
         return stop();
     bus_.reset(bus);
-    auto match = std::string("type='signal',sender='") + filesPreviewerName + "'";
-    auto owner = std::string("type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='")
-        + filesPreviewerName + "'";
+    constexpr auto match = "type='signal',sender='org.gnome.NautilusPreviewer'";
+    constexpr auto owner = "type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',"
+                           "arg0='org.gnome.NautilusPreviewer'";
     if (sd_bus_set_address(bus, address.c_str()) < 0 || sd_bus_set_bus_client(bus, true) < 0
         || sd_bus_start(bus) < 0 || sd_bus_attach_event(bus, loop_, SD_EVENT_PRIORITY_NORMAL) < 0
-        || sd_bus_add_match_async(bus, nullptr, owner.c_str(), &OtherPreviewer::ownerChanged, nullptr, this)
-            < 0
-        || sd_bus_add_match_async(bus, nullptr, match.c_str(), &OtherPreviewer::signalled, nullptr, this) < 0)
+        || sd_bus_add_match_async(bus, nullptr, owner, &OtherPreviewer::ownerChanged, nullptr, this) < 0
+        || sd_bus_add_match_async(bus, nullptr, match, &OtherPreviewer::signalled, nullptr, this) < 0)
         return stop();
     previewer_ = ChildProgram::start(loop_,
                                      {.command = command_,

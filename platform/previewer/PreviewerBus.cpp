@@ -46,6 +46,13 @@ constexpr auto nemoInterface =
 </node>
 )";
 
+std::string described(std::string_view interfaces)
+{
+    std::string text;
+    text.append(std::string_view(standardInterfaces)).append(interfaces);
+    return text;
+}
+
 bool isCall(sd_bus_message* call, const char* interface, const char* member)
 {
     auto* named = sd_bus_message_get_interface(call);
@@ -129,8 +136,7 @@ int PreviewerBus::filesCall(sd_bus_message* call, void* self, sd_bus_error* erro
     if (isCall(call, properties, "GetAll"))
         return previewer.answerAllProperties(call);
     if (isCall(call, introspectable, "Introspect")) {
-        auto text = std::string(standardInterfaces) + filesInterface;
-        return sd_bus_reply_method_return(call, "s", text.c_str());
+        return sd_bus_reply_method_return(call, "s", described(filesInterface).c_str());
     }
     return 0;
 }
@@ -145,8 +151,7 @@ int PreviewerBus::nemoCall(sd_bus_message* call, void* self, sd_bus_error* error
         return sd_bus_reply_method_return(call, nullptr);
     }
     if (isCall(call, introspectable, "Introspect")) {
-        auto text = std::string(standardInterfaces) + nemoInterface;
-        return sd_bus_reply_method_return(call, "s", text.c_str());
+        return sd_bus_reply_method_return(call, "s", described(nemoInterface).c_str());
     }
     return 0;
 }
