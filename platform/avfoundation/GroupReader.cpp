@@ -54,14 +54,10 @@ std::optional<PacketGroup> GroupReader::next()
     }
     while (!pending_.empty()) {
         const auto moment = pending_.back();
-        auto accepts = [&] { return moment.mayUseKeyAlone && isKeyAhead() && moment.accepts(timeAhead()); };
         if (!isLocated_)
-            if (auto located = locate(moment.seekTime); !located)
+            if (auto located = locate(moment); !located)
                 return fail(makeGroup(), located.error());
-        if (!accepts() && moment.mayUseKeyAlone && moment.time < moment.latest)
-            if (auto located = locateKeyAfter(moment); !located)
-                return fail(makeGroup(), located.error());
-        if (accepts())
+        if (isKeyAccepted(moment))
             return readKeyAlone();
         openGroup();
         if (auto piece = readOn())
@@ -87,22 +83,37 @@ Result<void> GroupReader::locate(std::int64_t time)
     return {};
 }
 
-// Goes to a key picture within the moment's tolerance after it, when there seems to be one; else stays.
-Result<void> GroupReader::locateKeyAfter(const StillMoment& moment)
+bool GroupReader::isKeyAccepted(const StillMoment& moment) const
 {
+    return moment.mayUseKeyAlone && isKeyAhead() && moment.accepts(timeAhead());
+}
+
+// Where to look for a key picture within the moment's tolerance after it, as far as the index tells.
+std::optional<std::int64_t> GroupReader::probeAfter(const StillMoment& moment) const
+{
+    if (!moment.mayUseKeyAlone || moment.latest <= moment.time)
+        return std::nullopt;
     auto* stream = demuxer_->format().streams[streamIndex_];
-    auto probe = moment.time + 2 * second_;
-    if (avformat_index_get_entries_count(stream) > 0) {
-        const auto origin = demuxer_->origin(streamIndex_);
-        auto* entry = avformat_index_get_entry_from_timestamp(stream, moment.time + origin, 0);
-        if (!entry || entry->timestamp - origin > moment.latest)
-            return {};
-        // The index counts by times of decoding; the picture is shown a little later.
-        probe = entry->timestamp - origin + second_;
-    }
+    if (avformat_index_get_entries_count(stream) == 0)
+        return std::min(moment.time + 2 * second_, moment.latest);
+    const auto origin = demuxer_->origin(streamIndex_);
+    auto* entry = avformat_index_get_entry_from_timestamp(stream, moment.time + origin, 0);
+    if (!entry || entry->timestamp - origin > moment.latest)
+        return std::nullopt;
+    // The index counts by times of decoding; the picture is shown a little later.
+    return std::min(entry->timestamp - origin + second_, moment.latest);
+}
+
+// Goes to where decoding for the moment can begin: to a picture that will do alone, if there is one.
+Result<void> GroupReader::locate(const StillMoment& moment)
+{
+    TRY(locate(moment.seekTime));
     const auto before = timeAhead();
-    TRY(locate(std::min(probe, moment.latest)));
-    if (timeAhead() != before && !(isKeyAhead() && moment.accepts(timeAhead())))
+    auto probe = isKeyAccepted(moment) ? std::nullopt : probeAfter(moment);
+    if (!probe)
+        return {};
+    TRY(locate(*probe));
+    if (timeAhead() != before && !isKeyAccepted(moment))
         TRY(locate(moment.seekTime));
     return {};
 }
@@ -146,20 +157,18 @@ PacketGroup GroupReader::readKeyAlone()
     if (isInterlaced_ && fetch() && hasAhead_)
         take();
     group.isWanted.assign(group.packets.size(), true);
+    auto isSameAhead = [&] { return isLocated_ && hasAhead_ && timeAhead() == group.keyTime; };
     do {
         group.moments.push_back(std::move(pending_.back()));
         pending_.pop_back();
         isLocated_ = false;
-        if (pending_.empty() || !pending_.back().mayUseKeyAlone || !pending_.back().accepts(group.keyTime))
-            break;
-        // One that fails is met again by the next call.
-        if (pending_.back().time > group.keyTime && !locate(pending_.back().seekTime))
-            break;
-    } while (!isLocated_ || timeAhead() == group.keyTime);
+        // What fails is met again by the next call.
+        if (pending_.empty() || !locate(pending_.back()))
+            return group;
+    } while (isKeyAccepted(pending_.back()) && isSameAhead());
 
     // The rest of the group is needed, too: it is decoded once.
-    if (!pending_.empty() && (isLocated_ || locate(pending_.back().seekTime)) && hasAhead_
-        && timeAhead() == group.keyTime) {
+    if (isSameAhead()) {
         openGroup();
         begun_->isFirstOfStream = group.isFirstOfStream;
         for (auto& moment : group.moments)
@@ -235,6 +244,12 @@ Result<bool> GroupReader::goesOn(PacketGroup& group)
 Result<bool> GroupReader::reachesNext()
 {
     const auto& moment = pending_.back();
+    if (auto probe = probeAfter(moment)) {
+        TRY(locate(*probe));
+        if (isKeyAccepted(moment) && decodeTimeAhead() > lastDecodeTime_)
+            return false;
+        return returnsTo(moment);
+    }
     if (moment.seekTime - decodeTimeAhead() <= second_)
         return true;
     auto* stream = demuxer_->format().streams[streamIndex_];
@@ -245,6 +260,12 @@ Result<bool> GroupReader::reachesNext()
     auto* last = count > 0 ? avformat_index_get_entry(stream, count - 1) : nullptr;
     if (key && last->timestamp - origin > moment.seekTime && key->timestamp - origin <= lastDecodeTime_)
         return true;
+    return returnsTo(moment);
+}
+
+// Goes to where decoding for the moment can begin. Whether that is this group; then on to what was not read yet.
+Result<bool> GroupReader::returnsTo(const StillMoment& moment)
+{
     TRY(locate(moment.seekTime));
     if (!hasAhead_ || decodeTimeAhead() > lastDecodeTime_)
         return false;
@@ -283,6 +304,8 @@ PacketGroup GroupReader::finish(PacketGroup group)
 
 PacketGroup GroupReader::fail(PacketGroup group, Error error)
 {
+    for (auto& moment : pending_)
+        moment.isCutOff = true;
     settle(group, endOfTime);
     isOpen_ = isLocated_ = false;
     group.ends = true;

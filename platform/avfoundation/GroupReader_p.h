@@ -46,7 +46,9 @@ private:
     // the packet ahead
     Result<void> fetch();
     Result<void> locate(std::int64_t time);
-    Result<void> locateKeyAfter(const StillMoment& moment);
+    Result<void> locate(const StillMoment& moment);
+    std::optional<std::int64_t> probeAfter(const StillMoment& moment) const;
+    bool isKeyAccepted(const StillMoment& moment) const;
     std::int64_t timeAhead() const;
     std::int64_t decodeTimeAhead() const;
     bool isKeyAhead() const;
@@ -58,6 +60,7 @@ private:
     std::optional<PacketGroup> readOn();
     Result<bool> goesOn(PacketGroup& group);
     Result<bool> reachesNext();
+    Result<bool> returnsTo(const StillMoment& moment);
     void settle(PacketGroup& group, std::int64_t end);
     PacketGroup finish(PacketGroup group);
     PacketGroup fail(PacketGroup group, Error error);

@@ -110,13 +110,13 @@ void StillDecoder::choose()
     // A later one may accept what an earlier one does not: its tolerance reaches further back.
     for (auto moment = moments_.begin(); moment != moments_.end();) {
         const bool accepts = moment->accepts(pts);
-        if (!accepts && pts <= moment->time) {
+        if (!accepts && (pts <= moment->time || moment->isCutOff)) {
             ++moment;
             continue;
         }
         const auto done = *moment;
         moment = moments_.erase(moment);
-        if (hasPrevious_ && pts > done.time)
+        if (hasPrevious_ && pts > done.time && !done.isCutOff)
             give(done, *previous_);
         else if (accepts || isFirstOfStream_)
             give(done, *current_);

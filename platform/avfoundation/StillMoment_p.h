@@ -27,6 +27,8 @@ struct StillMoment {
     std::int64_t seekTime = 0;
     int attempts = 0;
     bool mayUseKeyAlone = true;
+    // Whether reading ended before all pictures up to it were there.
+    bool isCutOff = false;
 
     bool accepts(std::int64_t pts) const { return earliest <= pts && pts <= latest; }
 };
