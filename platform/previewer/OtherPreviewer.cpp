@@ -52,6 +52,7 @@ std::vector<std::string> otherCommand(const std::string& ownProgram)
     if (home.empty())
         home = setting("HOME") + "/.local/share";
     auto folders = home + ":" + (shared.empty() ? "/usr/local/share:/usr/share" : shared);
+    folders += ":/usr/share/zelk"; // where our Debian package diverts another's file to
     std::istringstream list(folders);
     for (std::string folder; std::getline(list, folder, ':');) {
         if (!folder.starts_with('/'))
