@@ -17,7 +17,7 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat sideInset = 12, endInset = 6, gap = 4, leastField = 120, leastName = 60;
+constexpr CGFloat sideInset = 12, endInset = 6, gap = 4, leastField = 84, leastName = 60;
 
 constexpr unsigned pressed = UIControlEvents::primaryActionTriggered | UIControlEvents::touchUpInside;
 

@@ -242,21 +242,20 @@ void PreviewWindow::showEncodingMenu()
 {
     if (!reading_)
         return;
-    std::vector<PreviewMenuItem> items;
+    bool isKept = kept_ == reading_->encoding;
+    std::vector<PreviewMenuItem> items{
+        {.title = hostText("Next encoding"), .shortcut = "Ctrl+E", .action = [this] { cycleEncoding(); }},
+        {.title = hostText("Keep for this file"),
+         .isChecked = false,
+         .isEnabled = !isKept,
+         .action = [this] { keepEncoding(); }},
+    };
     for (auto each : candidates()) {
         items.push_back({.title = std::string(localizedName(each)),
                          .isChecked = each == reading_->encoding,
+                         .beginsGroup = items.size() == 2,
                          .action = [this, each] { show(each); }});
     }
-    bool isKept = kept_ == reading_->encoding;
-    items.push_back(
-        {.title = hostText("Next encoding"), .shortcut = "Ctrl+E", .beginsGroup = true, .action = [this] {
-             cycleEncoding();
-         }});
-    items.push_back({.title = hostText("Keep for this file"),
-                     .isChecked = isKept,
-                     .isEnabled = !isKept,
-                     .action = [this] { keepEncoding(); }});
     PreviewMenu::present(*root_->bar()->encodingButton(), hostText("Encoding"), std::move(items));
 }
 

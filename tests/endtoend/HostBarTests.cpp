@@ -3,7 +3,11 @@
 #include "tests/endtoend/Desktop.h"
 #include "tests/support/TemporaryDirectory.h"
 
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <regex>
 
 namespace endtoend {
 namespace {
@@ -125,6 +129,31 @@ TEST_F(HostBar, linesUnwrapAndWrapAgain)
     EXPECT_TRUE(shows([&](const Picture& now) { return rowsOfInk(now) == 2; }));
     desktop.key("alt+z");
     EXPECT_TRUE(shows([&](const Picture& now) { return rowsOfInk(now) > 3; }));
+}
+
+TEST(HostTexts, everyTextOfTheWindowIsInEveryLanguage)
+{
+    std::string folder = ZELK_SOURCE_DIR "/platform/quicklook";
+    auto outcome = run({ZELK_BINARY_DIR "/bin/check-string-tables", folder + "/resources", "en"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
+    auto read = [](const std::filesystem::path& path) {
+        std::ifstream stream(path);
+        return std::string(std::istreambuf_iterator(stream), {});
+    };
+    auto table = read(folder + "/resources/en.lproj/Host.strings");
+    std::regex call("hostText\\(\"([^\"]+)\"");
+    int texts = 0, languages = 0;
+    for (auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() != ".cpp")
+            continue;
+        auto source = read(entry.path());
+        for (std::sregex_iterator each(source.begin(), source.end(), call), end; each != end; ++each, ++texts)
+            EXPECT_NE(table.find("\"" + (*each)[1].str() + "\" = "), table.npos) << (*each)[1];
+    }
+    for (auto& entry : std::filesystem::directory_iterator(folder + "/resources"))
+        languages += entry.path().extension() == ".lproj";
+    EXPECT_GT(texts, 15);
+    EXPECT_GE(languages, 10);
 }
 
 } // namespace
