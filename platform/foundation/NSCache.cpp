@@ -19,9 +19,11 @@ namespace {
 // No sum of costs overflows it.
 __extension__ typedef unsigned __int128 TotalCost;
 
-// Finding out who reads takes some microseconds: large caches do it for many objects at a time.
+// Finding out who reads takes some microseconds when other threads do: large caches do it for many objects at a time. With
+// one thread it takes little, and memory that is used again soon is still in the processor's cache.
 constexpr std::size_t wasteShare = 16;
 constexpr std::size_t largestWaste = 256;
+constexpr std::size_t largestWasteOfOneThread = 16;
 
 // An object and a key that others may share.
 class SharedEntry final : public NSCacheEntry {
@@ -109,11 +111,9 @@ struct NSCache::State {
     void set(std::unique_ptr<NSCacheEntry> added, const NSObject& key, Departure& departure)
     {
         auto& entry = *added;
-        auto* previous = index.find(entry.hash_, key);
         totalCost += entry.cost_;
-        if (previous)
-            index.replace(*previous, entry);
-        else
+        auto* previous = index.replace(entry, key);
+        if (!previous)
             waste.add(index.add(entry));
         if (previous && !previous->isLeaving_) {
             totalCost -= previous->cost_;
@@ -127,12 +127,18 @@ struct NSCache::State {
             depart(queue.take(entry), departure);
         trimToLimits(&entry, departure);
     }
+    bool isWasteDue() const
+    {
+        auto share = queue.size() / wasteShare;
+        return waste.isMoreThan(std::min(share, largestWasteOfOneThread))
+            && (waste.isMoreThan(std::min(share, largestWaste)) || !hasOtherReaders());
+    }
     // Gives what is to be destroyed now, with no lock held.
     void takeWaste(NSCacheWaste& taken)
     {
         if (readWaste.isUnread())
             taken.add(readWaste);
-        else if (waste.isMoreThan(std::min(queue.size() / wasteShare, largestWaste)))
+        else if (isWasteDue())
             taken.swap(waste);
     }
     void putBack(NSCacheWaste& taken, bool isDestroyed)

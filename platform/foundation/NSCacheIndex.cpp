@@ -81,12 +81,16 @@ void NSCacheIndex::remove(NSCacheEntry& entry)
     }
 }
 
-void NSCacheIndex::replace(NSCacheEntry& entry, NSCacheEntry& successor)
+NSCacheEntry* NSCacheIndex::replace(NSCacheEntry& successor, const NSObject& key)
 {
-    std::size_t number;
-    placeOf(entry, number).store(NSCachePlace(successor), std::memory_order_release);
-    entry.isIndexed_ = false;
+    auto [atomic, place] =
+        findPlace(successor.hash_, [&](const NSCacheEntry& entry) { return entry.hasKey(key); });
+    if (place.isEmpty())
+        return nullptr;
+    atomic->store(NSCachePlace(successor), std::memory_order_release);
+    place.entry().isIndexed_ = false;
     successor.isIndexed_ = true;
+    return &place.entry();
 }
 
 void NSCacheIndex::removeLeaving()

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace platform {
 
@@ -75,14 +76,8 @@ public:
     template <class Matches>
     NSCacheEntry* find(std::size_t hash, const Matches& matches) const
     {
-        auto& table = *visibleTable_.load(std::memory_order_acquire);
-        for (auto number = hash;; ++number) {
-            auto place = table.place(number).load(std::memory_order_acquire);
-            if (place.isEmpty())
-                return nullptr;
-            if (place.mayHold(hash) && matches(place.entry()))
-                return &place.entry();
-        }
+        auto place = findPlace(hash, matches).second;
+        return place.isEmpty() ? nullptr : &place.entry();
     }
     NSCacheEntry* find(std::size_t hash, const NSObject& key) const
     {
@@ -93,11 +88,24 @@ public:
     [[nodiscard]] std::unique_ptr<NSCacheTable> add(NSCacheEntry& entry);
     // Does nothing when it is gone already.
     void remove(NSCacheEntry& entry);
-    // Puts one in the place of another that has an equal key.
-    void replace(NSCacheEntry& entry, NSCacheEntry& successor);
+    // Puts one in the place of the entry under an equal key, and gives that; does nothing and gives null when there is
+    // none.
+    NSCacheEntry* replace(NSCacheEntry& successor, const NSObject& key);
     void removeLeaving();
 
 private:
+    // The place with its entry; one that is empty when there is none.
+    template <class Matches>
+    std::pair<NSCacheTable::Place*, NSCachePlace> findPlace(std::size_t hash, const Matches& matches) const
+    {
+        auto& table = *visibleTable_.load(std::memory_order_acquire);
+        for (auto number = hash;; ++number) {
+            auto& atomic = table.place(number);
+            auto place = atomic.load(std::memory_order_acquire);
+            if (place.isEmpty() || (place.mayHold(hash) && matches(place.entry())))
+                return {&atomic, place};
+        }
+    }
     NSCacheTable::Place& placeOf(NSCacheEntry& entry, std::size_t& number) const;
     void put(NSCacheEntry& entry);
     std::unique_ptr<NSCacheTable> rebuild();

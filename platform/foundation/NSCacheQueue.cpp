@@ -36,15 +36,15 @@ void NSCacheHistory::place(std::size_t hash, Mark mark)
 
 void NSCacheHistory::grow(std::size_t span)
 {
-    // Room for twice the marks, so that few are lost to a full bucket. Of the old marks no low bits are known: they
+    // Room for half as many marks again at least, so that few are lost to a full bucket. Of the old marks no low bits are known: they
     // are forgotten, which happens once each time the cache doubles.
-    buckets_.assign(std::bit_ceil(std::max<std::size_t>(span / 2, 4)), Bucket{});
+    buckets_.assign(std::bit_ceil(std::max<std::size_t>(span * 3 / 8, 4)), Bucket{});
 }
 
 void NSCacheHistory::add(std::size_t hash, std::size_t span)
 {
     span_ = std::min<std::size_t>(span, INT32_MAX);
-    if (buckets_.size() * 2 < span_ || buckets_.empty())
+    if (buckets_.size() * 8 < span_ * 3 || buckets_.empty())
         grow(span_);
     if (++departures_ == 0)
         departures_ = 1;

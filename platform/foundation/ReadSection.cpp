@@ -82,6 +82,7 @@ Reader& ReadSection::become()
         return made;
     }();
     own = &takeReader();
+    orderMemory(); // a writer that does not see this reader yet is seen whole by it
     ::pthread_setspecific(key, own);
     return *own;
 }
@@ -90,15 +91,23 @@ std::optional<ReadEpoch> endReadEpoch()
 {
     prepare(ReadSection::readersPay);
     auto ended = ReadSection::currentEpoch.fetch_add(1, std::memory_order_acq_rel);
-    if (ReadSection::readersPay.load(std::memory_order_relaxed)) {
-        ReadSection::orderMemory();
+    ReadSection::orderMemory();
+    if (ReadSection::readersPay.load(std::memory_order_relaxed) || !hasOtherReaders())
         return ended;
-    }
     if (membarrier(MEMBARRIER_CMD_PRIVATE_EXPEDITED) == 0)
         return ended;
     // A sandbox that was put up later forbids it: the readers of today are unordered, those of the next epoch pay.
     ReadSection::readersPay.store(true, std::memory_order_seq_cst);
     return std::nullopt;
+}
+
+bool hasOtherReaders()
+{
+    for (auto* reader = firstReader.load(std::memory_order_acquire); reader; reader = reader->next) {
+        if (reader != ReadSection::own && reader->isTaken.load(std::memory_order_acquire))
+            return true;
+    }
+    return false;
 }
 
 bool hasNoReadersSince(ReadEpoch epoch)

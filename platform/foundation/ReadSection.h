@@ -43,6 +43,7 @@ public:
 
 private:
     friend std::optional<ReadEpoch> endReadEpoch();
+    friend bool hasOtherReaders();
 
     static Reader& become();
     static void orderMemory();
@@ -56,8 +57,10 @@ private:
 };
 
 // Begins a new epoch and gives the one that ended; nothing when its readers cannot be told apart, which the next call
-// makes good. Costs the readers little and the caller a call into the kernel.
+// makes good. Costs the readers little and the caller, when there are other readers, a call into the kernel.
 std::optional<ReadEpoch> endReadEpoch();
+// Whether another living thread has ever read.
+bool hasOtherReaders();
 // Whether all read sections that began in `epoch` or before have ended; the calling thread's own count too.
 bool hasNoReadersSince(ReadEpoch epoch);
 
