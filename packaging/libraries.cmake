@@ -39,5 +39,7 @@ configure_package_config_file(ZelkConfig.cmake.in ZelkConfig.cmake INSTALL_DESTI
 write_basic_package_version_file(ZelkConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/ZelkConfig.cmake" "${CMAKE_CURRENT_BINARY_DIR}/ZelkConfigVersion.cmake"
         DESTINATION ${package} COMPONENT development)
+# From its own place, so that the tree can be moved or looked into before it is installed.
+file(RELATIVE_PATH up "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(zelk.pc.in zelk.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zelk.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
