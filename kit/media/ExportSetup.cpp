@@ -5,10 +5,6 @@
 #include "kit/media/AVAssetError.h"
 
 #include "platform/avfoundation/AVAssetTrack.h"
-#include "platform/foundation/UUID.h"
-
-#include <filesystem>
-#include <string>
 
 namespace zelk {
 
@@ -20,15 +16,6 @@ const std::shared_ptr<DispatchQueue>& exportQueue()
     static const auto& queue = *new std::shared_ptr<DispatchQueue>(
         DispatchQueue::make(applicationIdentifierPrefix() + ".avasset.export-queue"));
     return queue;
-}
-
-URL temporaryExportURL(std::string_view pathExtension)
-{
-    std::error_code error; // a folder that is none shows when the file is to be made
-    std::string folder = std::filesystem::temp_directory_path(error);
-    if (folder.empty())
-        folder = "/tmp";
-    return URL::fileURL(folder).appendingPathComponent(UUID().string() + "." + std::string(pathExtension));
 }
 
 Result<void> addTracks(AVMutableComposition& composition, const AVAsset& asset, AVMediaType type)

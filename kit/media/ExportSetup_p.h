@@ -4,10 +4,8 @@
 #include "platform/avfoundation/AVComposition.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/foundation/Result.h"
-#include "platform/foundation/URL.h"
 
 #include <memory>
-#include <string_view>
 
 namespace zelk {
 
@@ -15,9 +13,6 @@ namespace zelk {
 
 // The one serial queue of the process on which exports are set up. Any thread.
 const std::shared_ptr<platform::DispatchQueue>& exportQueue();
-
-// A file that does not exist, in the temporary directory.
-platform::URL temporaryExportURL(std::string_view pathExtension);
 
 // Adds a track for each of the asset's of that type, with all that it has at its own place. Rotations
 // are kept. AVAssetError::couldNotAddMutableAudioTrack when the composition refuses one.

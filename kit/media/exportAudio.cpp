@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kit/media/exportAudio.h"
 
+#include "kit/data/temporaryFilepath.h"
 #include "kit/media/AVAssetError.h"
 #include "kit/media/ExportSetup_p.h"
 
@@ -98,7 +99,7 @@ Result<void> _exportAudio(const std::shared_ptr<AVAsset>& asset, const CMTimeRan
                           ExportCompletion completion)
 {
     auto composition = TRY(audioComposition(*asset));
-    auto url = temporaryExportURL("wav");
+    auto url = uniqueTemporaryFilepath(FileManager::defaultManager(), "wav");
     auto reader = TRY(AVAssetReader::make(composition));
     reader->setTimeRange(timeRange);
     auto writer = TRY(AVAssetWriter::make(url, AVFileTypeWAVE));

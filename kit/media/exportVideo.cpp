@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kit/media/exportVideo.h"
 
+#include "kit/data/temporaryFilepath.h"
 #include "kit/media/AVAssetError.h"
 #include "kit/media/ExportSetup_p.h"
 
@@ -34,7 +35,7 @@ void runExport(const AVAsset& asset, const CMTimeRange& timeRange, const ExportC
         return completion(failure(made.error()));
     auto session = *made;
     session->setTimeRange(timeRange);
-    session->setOutputURL(temporaryExportURL("mov"));
+    session->setOutputURL(uniqueTemporaryFilepath(FileManager::defaultManager(), "mov"));
     session->setOutputFileType(AVFileTypeQuickTimeMovie);
     session->exportAsynchronously([session, completion] {
         if (auto error = session->error())

@@ -9,6 +9,7 @@
 #include "platform/avfoundation/AVComposition.h"
 #include "platform/avfoundation/AVError.h"
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/foundation/FileManager.h"
 #include "tests/support/MediaInspection.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -41,6 +42,12 @@ struct Exports {
         std::promise<Outcome> promise;
         operation(asset, range, [&](Outcome outcome) { promise.set_value(std::move(outcome)); });
         return promise.get_future().get();
+    }
+
+    static std::string place() { return FileManager::defaultManager().temporaryDirectory().path(); }
+    static std::ptrdiff_t fileCount()
+    {
+        return std::ranges::distance(std::filesystem::directory_iterator(place()));
     }
 
     TemporaryDirectory folder;
@@ -182,7 +189,7 @@ TEST(ExportTests, A_movie_keeps_all_sound_and_the_wave_file_has_the_first)
     ASSERT_TRUE(wave && again);
     EXPECT_NE(wave->path(), again->path());
     // The temporary folder, a UUID in upper case, the extension.
-    EXPECT_EQ(wave->deletingLastPathComponent().path(), exports.folder.path());
+    EXPECT_EQ(wave->deletingLastPathComponent().path(), exports.place());
     auto name = wave->lastPathComponent();
     EXPECT_EQ(name.size(), 36 + 4U);
     EXPECT_TRUE(std::ranges::none_of(name.substr(0, 36), [](char c) { return c >= 'a' && c <= 'z'; }));
@@ -225,7 +232,7 @@ TEST(ExportTests, What_cannot_be_exported_is_refused_with_the_reason)
             ASSERT_TRUE(outcome.error().as<AVAssetError>());
             EXPECT_EQ(*outcome.error().as<AVAssetError>(), *test.error);
         }
-        EXPECT_EQ(exports.folder.fileCount(), test.error ? 0 : 1);
+        EXPECT_EQ(exports.fileCount(), test.error ? 0 : 1);
     }
     EXPECT_EQ(_exportAudio(silent, everything, nullptr).error(), Error(AVAssetError::missingAudioTrack));
 }
@@ -250,8 +257,8 @@ TEST(ExportTests, A_folder_that_takes_no_file_and_a_disk_that_is_full_are_one_er
     std::signal(SIGXFSZ, handler);
     EXPECT_FALSE(audio);
     EXPECT_FALSE(video);
-    EXPECT_EQ(exports.folder.fileCount(), 1); // what was written of the sound; the movie is gone
-    EXPECT_LE(std::filesystem::file_size(std::filesystem::directory_iterator(exports.folder.path())->path()),
+    EXPECT_EQ(exports.fileCount(), 1); // what was written of the sound; the movie is gone
+    EXPECT_LE(std::filesystem::file_size(std::filesystem::directory_iterator(exports.place())->path()),
               20'000U);
 }
 
