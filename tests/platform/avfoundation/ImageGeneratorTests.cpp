@@ -55,6 +55,19 @@ TEST(AVAssetImageGenerator, gives_the_picture_on_screen_whatever_the_order_codec
     }
 }
 
+TEST(AVAssetImageGenerator, goes_through_a_group_that_is_longer_than_what_is_held_at_once)
+{
+    auto asset =
+        videoAsset("mp4", countedVideo("100", "-c:v libx264 -preset fast -qp 8 -g 9999 -sc_threshold 0"));
+    std::vector<AVRequestedTime> times;
+    for (int index : {2499, 1, 998, 999, 1000, 1001, 1002, 1700, 2001, 2002})
+        times.emplace_back(CMTime(index, 25));
+    for (auto& still : generate(*exactGenerator(asset), times)) {
+        ASSERT_TRUE(still.image);
+        EXPECT_EQ(countOf(*still.image), std::lround(still.requested.seconds() * 25) % 256);
+    }
+}
+
 TEST(AVAssetImageGenerator, takes_a_picture_within_the_tolerances_and_key_pictures_where_they_are_wide)
 {
     auto asset = videoAsset("mp4", countedVideo("8", x264));
