@@ -45,8 +45,9 @@ Result<std::unique_ptr<MediaDecoder>> MediaDecoder::open(const AVCodecParameters
     context->skip_frame = options.skipFrames;
     // Without it some decoders take a picture that they hold back for the end of all.
     context->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT;
+    // One more than processors, as one always waits: for its turn to hand out what it has decoded.
     auto threads =
-        options.threads > 0 ? options.threads : static_cast<int>(std::thread::hardware_concurrency());
+        options.threads > 0 ? options.threads : static_cast<int>(std::thread::hardware_concurrency()) + 1;
     context->thread_count = std::clamp(threads, 1, greatestThreadCount);
     if (int code = avcodec_open2(context.get(), codec, nullptr); code < 0)
         return failure(mediaError(code, MediaWork::decode));

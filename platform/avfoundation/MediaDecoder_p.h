@@ -11,7 +11,7 @@
 namespace platform {
 
 struct MediaDecoderOptions {
-    // Of video; 0 takes one a processor. Each further one holds a few more pictures in memory.
+    // 0 takes one more than there are processors. Each further one holds a few more pictures in memory.
     int threads = 0;
     AVDiscard skipFrames = AVDISCARD_DEFAULT;
 };
