@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 
 namespace tests {
@@ -38,11 +39,14 @@ inline std::string mediaFixture(const std::string& extension, const std::string&
     if (fs::exists(file))
         return file;
     fs::create_directories(folder);
-    // Whoever is first renames into place; the others replace it by the same.
+    // Whoever is first gives it its name; the others keep that one, which somebody may be reading.
     const auto made =
         folder / ("made-" + std::to_string(::getpid()) + "-" + std::to_string(::gettid()) + "-" + name);
     outputOf("ffmpeg -v error -nostdin -y -bitexact " + arguments + " " + made.string());
-    fs::rename(made, file);
+    std::error_code isThere;
+    fs::create_hard_link(made, file, isThere);
+    fs::remove(made);
+    EXPECT_TRUE(fs::exists(file)) << isThere.message();
     return file;
 }
 
