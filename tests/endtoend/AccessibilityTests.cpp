@@ -60,5 +60,56 @@ TEST(Accessibility, theTextViewIsFoundWithItsRoleStatesTextAndSelection)
     })) << "selecting all is not told to the bus";
 }
 
+TEST(Accessibility, theBarsControlsAreNamedAndPressedByReaders)
+{
+    Desktop desktop;
+    auto& bus = SessionBus::shared();
+    ::tests::TemporaryDirectory folder;
+    auto file = folder.file("film.srt", "a word\nanother word\n");
+    Process process({program, file},
+                    desktop.environment({{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                         {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"},
+                                         {"LANGUAGE", "en"}}));
+    auto window = desktop.findWindow("film.srt");
+    ASSERT_TRUE(window);
+    ASSERT_TRUE(desktop.activate(*window));
+
+    Accessible root(atspi_get_desktop(0)), found;
+    auto comes = [&](AtspiRole role, const char* name) {
+        return eventually([&] { return (found = findRole(root.get(), role, name)) != nullptr; });
+    };
+    auto isGone = [&](AtspiRole role, const char* name) {
+        return eventually([&] { return !findRole(root.get(), role, name); });
+    };
+    auto press = [&](const char* name) {
+        if (!comes(ATSPI_ROLE_PUSH_BUTTON, name))
+            return false;
+        Reference<AtspiAction> action(atspi_accessible_get_action_iface(found.get()));
+        return action && atspi_action_do_action(action.get(), 0, nullptr);
+    };
+
+    EXPECT_TRUE(comes(ATSPI_ROLE_HEADING, "film.srt"));
+    EXPECT_TRUE(comes(ATSPI_ROLE_PUSH_BUTTON, "Encoding: UTF-8"));
+    EXPECT_FALSE(findRole(root.get(), ATSPI_ROLE_PUSH_BUTTON, "Next match")) << "nothing is searched for";
+    ASSERT_TRUE(press("More"));
+    EXPECT_TRUE(comes(ATSPI_ROLE_LIST_ITEM, "Wrap lines"));
+    EXPECT_FALSE(findRole(root.get(), ATSPI_ROLE_PUSH_BUTTON, "More")) << "what is behind is not read";
+    desktop.key("Escape");
+    EXPECT_TRUE(isGone(ATSPI_ROLE_LIST_ITEM, "Wrap lines"));
+
+    ASSERT_TRUE(press("Find"));
+    ASSERT_TRUE(comes(ATSPI_ROLE_TEXT, "Find"));
+    EXPECT_TRUE(hasState(found.get(), ATSPI_STATE_EDITABLE));
+    EXPECT_TRUE(eventually([&] { return hasState(found.get(), ATSPI_STATE_FOCUSED); }));
+    desktop.type("word");
+    EXPECT_TRUE(comes(ATSPI_ROLE_LABEL, "1 of 2"));
+    EXPECT_TRUE(press("Next match"));
+    EXPECT_TRUE(comes(ATSPI_ROLE_LABEL, "2 of 2"));
+    EXPECT_TRUE(press("Previous match"));
+    EXPECT_TRUE(comes(ATSPI_ROLE_LABEL, "1 of 2"));
+    EXPECT_TRUE(press("Close search"));
+    EXPECT_TRUE(isGone(ATSPI_ROLE_TEXT, "Find"));
+}
+
 } // namespace
 } // namespace endtoend
