@@ -77,7 +77,7 @@ public:
     ~AVAssetExportSession() override;
 
 private:
-    // Runs when it is this session's turn.
+    // Starts the work when it is this export's turn.
     void run();
     // Gives the turn back.
     void end(std::optional<Error> error);
