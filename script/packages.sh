@@ -3,12 +3,12 @@
 # docs/dependencies.md says why each library is there.
 
 packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
-  qt6-base-dev libhwy-dev libexpat1-dev libicu-dev libuchardet-dev libcld2-dev libseccomp-dev libsystemd-dev
+  qt6-base-dev libqt6svg6-dev libhwy-dev libexpat1-dev libicu-dev libuchardet-dev libcld2-dev libseccomp-dev libsystemd-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev"
 packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal
   xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev ffmpeg
   desktop-file-utils appstream shared-mime-info libglib2.0-bin groff-base
-  bubblewrap ranger nnn tmux file"
+  bubblewrap ranger nnn tmux file nginx-light curl openssl"
 packages_package="build-essential debhelper lintian"
-packages_bench="libbenchmark-dev libxcb1-dev xvfb ffmpeg nautilus-data evince-common gedit-common"
+packages_bench="libbenchmark-dev libxcb1-dev xvfb ffmpeg qt6-declarative-dev qml6-module-qtquick nginx-light curl nautilus-data evince-common gedit-common"
