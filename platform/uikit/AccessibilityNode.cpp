@@ -8,6 +8,7 @@
 #include <QtGui/QGuiApplication>
 
 #include <algorithm>
+#include <cmath>
 
 namespace platform {
 
@@ -160,6 +161,22 @@ QAccessible::Role AccessibilityNode::role() const
         return QAccessible::Window;
     case AccessibilityRole::scrollArea:
         return QAccessible::Pane;
+    case AccessibilityRole::spinButton:
+        return QAccessible::SpinBox;
+    case AccessibilityRole::radioButton:
+        return QAccessible::RadioButton;
+    case AccessibilityRole::menuButton:
+        return QAccessible::ButtonMenu;
+    case AccessibilityRole::menu:
+        return QAccessible::PopupMenu;
+    case AccessibilityRole::menuItem:
+        return QAccessible::MenuItem;
+    case AccessibilityRole::tab:
+        return QAccessible::PageTab;
+    case AccessibilityRole::tabList:
+        return QAccessible::PageTabList;
+    case AccessibilityRole::separator:
+        return QAccessible::Separator;
     }
     return QAccessible::NoRole;
 }
@@ -183,7 +200,11 @@ QAccessible::State AccessibilityNode::state() const
     state.focusable = view->canBecomeFirstResponder();
     state.focused = window && window->isKeyWindow() && view->isFirstResponder();
     state.active = surface_ && window && window->isKeyWindow();
-    state.checkable = properties.role == AccessibilityRole::toggle;
+    state.checkable =
+        properties.role == AccessibilityRole::toggle || properties.role == AccessibilityRole::radioButton;
+    state.expandable = properties.role == AccessibilityRole::menuButton;
+    state.expanded = state.expandable && properties.isExpanded;
+    state.collapsed = state.expandable && !properties.isExpanded;
     state.checked = state.checkable && properties.isSelected;
     if (content()) {
         state.selectableText = true;
@@ -202,7 +223,55 @@ void* AccessibilityNode::interface_cast(QAccessible::InterfaceType type)
         return static_cast<QAccessibleTextInterface*>(this);
     if (type == QAccessible::ActionInterface && !actionNames().isEmpty())
         return static_cast<QAccessibleActionInterface*>(this);
+    if (auto view = live(); type == QAccessible::ValueInterface && view && view->accessibilityNow().range)
+        return static_cast<QAccessibleValueInterface*>(this);
     return nullptr;
+}
+
+AccessibilityRange AccessibilityNode::range() const
+{
+    auto view = live();
+    return view ? view->accessibilityNow().range.value_or(AccessibilityRange{}) : AccessibilityRange{};
+}
+
+bool AccessibilityNode::isAdjustable() const
+{
+    auto view = live();
+    if (!view)
+        return false;
+    auto properties = view->accessibilityNow();
+    return properties.range && properties.isEnabled && !properties.isReadOnly
+        && properties.role != AccessibilityRole::progress;
+}
+
+QVariant AccessibilityNode::currentValue() const
+{
+    return range().value;
+}
+
+void AccessibilityNode::setCurrentValue(const QVariant& value)
+{
+    auto view = live();
+    auto number = value.toDouble();
+    if (!view || !isAdjustable() || !std::isfinite(number))
+        return;
+    auto [minimum, maximum, current, step] = range();
+    view->accessibilitySetValue(std::clamp(number, minimum, maximum));
+}
+
+QVariant AccessibilityNode::maximumValue() const
+{
+    return range().maximum;
+}
+
+QVariant AccessibilityNode::minimumValue() const
+{
+    return range().minimum;
+}
+
+QVariant AccessibilityNode::minimumStepSize() const
+{
+    return range().step;
 }
 
 QStringList AccessibilityNode::actionNames() const
@@ -217,12 +286,18 @@ QStringList AccessibilityNode::actionNames() const
     case AccessibilityRole::button:
     case AccessibilityRole::link:
     case AccessibilityRole::listItem:
+    case AccessibilityRole::menuButton:
+    case AccessibilityRole::menuItem:
+    case AccessibilityRole::tab:
         return {QAccessibleActionInterface::pressAction()};
     case AccessibilityRole::toggle:
+    case AccessibilityRole::radioButton:
         return {QAccessibleActionInterface::toggleAction()};
     default:
         break;
     }
+    if (isAdjustable())
+        return {QAccessibleActionInterface::increaseAction(), QAccessibleActionInterface::decreaseAction()};
     return view->canBecomeFirstResponder() ? QStringList{QAccessibleActionInterface::setFocusAction()}
                                            : QStringList();
 }
@@ -234,6 +309,10 @@ void AccessibilityNode::doAction(const QString& name)
         return;
     if (name == QAccessibleActionInterface::setFocusAction())
         view->becomeFirstResponder();
+    else if (name == QAccessibleActionInterface::increaseAction())
+        view->accessibilityAdjust(1);
+    else if (name == QAccessibleActionInterface::decreaseAction())
+        view->accessibilityAdjust(-1);
     else
         view->accessibilityActivate(); // the node may be gone
 }

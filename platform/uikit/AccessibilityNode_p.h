@@ -14,7 +14,8 @@ namespace platform {
 // A view as the accessibility bus sees it. Asks the view each time and remembers nothing. Main thread only.
 class AccessibilityNode : public QAccessibleInterface,
                           public QAccessibleTextInterface,
-                          public QAccessibleActionInterface {
+                          public QAccessibleActionInterface,
+                          public QAccessibleValueInterface {
 public:
     AccessibilityNode(UIView& view, QWindow* surface);
 
@@ -55,6 +56,13 @@ public:
     void scrollToSubstring(int start, int end) override;
     QString attributes(int offset, int* start, int* end) const override;
 
+    // The number of a view that has a range.
+    QVariant currentValue() const override;
+    void setCurrentValue(const QVariant& value) override;
+    QVariant maximumValue() const override;
+    QVariant minimumValue() const override;
+    QVariant minimumStepSize() const override;
+
     // Actions.
     QStringList actionNames() const override;
     void doAction(const QString& name) override;
@@ -66,6 +74,8 @@ private:
     std::shared_ptr<UIView> live() const { return view_.lock(); }
     // Null for a view without text.
     AccessibleText* content() const;
+    AccessibilityRange range() const;
+    bool isAdjustable() const;
     QString take(AccessibleText::Range range, int* start, int* end) const;
     QRect onScreen(const CGRect& windowRect) const;
 

@@ -5,6 +5,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QObject>
+#include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCall>
@@ -35,6 +36,7 @@ std::vector<Setting> settings()
     return {{appearanceGroup, QStringLiteral("color-scheme")},
             {appearanceGroup, QStringLiteral("contrast")},
             {appearanceGroup, QStringLiteral("reduced-motion")},
+            {appearanceGroup, QStringLiteral("accent-color")},
             {interfaceGroup, QStringLiteral("text-scaling-factor")},
             {interfaceGroup, QStringLiteral("enable-animations")}};
 }
@@ -44,6 +46,23 @@ QVariant unwrapped(QVariant value)
     while (value.userType() == qMetaTypeId<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
     return value;
+}
+
+// Red, green and blue from 0 to 1. Anything outside means that the desktop has no accent colour; so says the portal's
+// documentation of "accent-color".
+std::optional<ColorComponents> color(const QVariant& value)
+{
+    const auto isBusValue = value.userType() == qMetaTypeId<QDBusArgument>();
+    if (!isBusValue || value.value<QDBusArgument>().currentSignature() != QLatin1String("(ddd)"))
+        return std::nullopt;
+    ColorComponents color;
+    const auto argument = value.value<QDBusArgument>(); // const: to be read
+    argument.beginStructure();
+    argument >> color.red >> color.green >> color.blue;
+    argument.endStructure();
+    auto isPart = [](double part) { return part >= 0 && part <= 1; }; // not for what is no number
+    return isPart(color.red) && isPart(color.green) && isPart(color.blue) ? std::optional(color)
+                                                                          : std::nullopt;
 }
 
 template <class Value>
@@ -67,6 +86,8 @@ bool SettingsPortal::apply(UITraitCollection& traits, const QString& group, cons
                       value.toUInt() == 1 ? UIAccessibilityContrast::high : UIAccessibilityContrast::normal);
     if (group == appearanceGroup && key == QLatin1String("reduced-motion") && isNumber)
         return assign(traits.prefersReducedMotion, value.toUInt() == 1);
+    if (group == appearanceGroup && key == QLatin1String("accent-color"))
+        return assign(traits.accentColor, color(value));
     if (group == interfaceGroup && key == QLatin1String("enable-animations")
         && value.userType() == QMetaType::Bool)
         return assign(traits.prefersReducedMotion, !value.toBool());

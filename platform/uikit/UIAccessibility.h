@@ -30,6 +30,23 @@ enum class AccessibilityRole {
     alert, // a dialog that interrupts
     window,
     scrollArea,
+    spinButton,  // a number that goes up and down by steps
+    radioButton, // one of several of which one is chosen
+    menuButton,
+    menu,
+    menuItem,
+    tab,
+    tabList,
+    separator,
+};
+
+// A number in a range, as sliders, steppers and progress have one. Requires: minimum <= value <= maximum.
+struct AccessibilityRange {
+    double minimum = 0;
+    double maximum = 1;
+    double value = 0;
+    double step = 0; // the smallest that a user can make; 0: any
+    bool operator==(const AccessibilityRange&) const = default;
 };
 
 // What the accessibility bus is told of a view.
@@ -46,6 +63,8 @@ struct AccessibilityProperties {
     bool isMultiLine = false;
     bool isModal = false;
     bool isBusy = false;
+    bool isExpanded = false;                 // of a menu button: its menu is open
+    std::optional<AccessibilityRange> range; // besides `value`, which is what is spoken
     bool operator==(const AccessibilityProperties&) const = default;
 };
 

@@ -4,6 +4,8 @@
 #include "platform/graphics/UIColor.h"
 #include "platform/graphics/UIFont.h"
 
+#include <optional>
+
 namespace platform {
 
 enum class UIUserInterfaceStyle { unspecified, light, dark };
@@ -20,6 +22,8 @@ struct UITraitCollection {
     double textScale = 1;    // the desktop's text scaling factor, on top of the category
     double displayScale = 1; // pixels a point
     bool prefersReducedMotion = false;
+    // What the desktop tints its controls with; the tint colour of views that inherit none.
+    std::optional<ColorComponents> accentColor;
 
     ColorAppearance colorAppearance() const
     {

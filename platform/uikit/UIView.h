@@ -9,6 +9,7 @@
 #include "platform/uikit/UIAccessibility.h"
 #include "platform/uikit/UIResponder.h"
 #include "platform/uikit/UITraitCollection.h"
+#include "platform/uikit/UIViewShadow.h"
 
 #include <functional>
 #include <limits>
@@ -112,7 +113,10 @@ public:
     // mask's superview is this view although it is none of the subviews.
     const std::shared_ptr<UIView>& mask() const { return mask_; }
     void setMask(std::shared_ptr<UIView> mask);
-    // Inherited from the nearest superview that has one; the last resort is the system's blue.
+    // Null: none. The shadow of a view that clips lies around its bounds.
+    std::optional<UIViewShadow> shadow() const;
+    void setShadow(const std::optional<UIViewShadow>& shadow);
+    // Inherited from the nearest superview that has one; then the desktop's accent, or the system's blue.
     UIColor tintColor() const;
     void setTintColor(std::optional<UIColor> color);
     virtual void tintColorDidChange() { }
@@ -199,6 +203,9 @@ public:
     virtual void pointerEntered() { }
     virtual void pointerExited() { }
     enum class Cursor { arrow, text, pointingHand, resizeHorizontal, resizeVertical };
+    // A key that no responder and no text took, offered to all views on screen, front-most first. True when it was this
+    // view's shortcut.
+    virtual bool performKeyEquivalent(const UIPress&) { return false; }
     // What the pointer looks like at `point`, own coordinates; none asks the superview.
     virtual std::optional<Cursor> cursorAt(CGPoint) const { return std::nullopt; }
 
@@ -224,6 +231,9 @@ public:
     virtual AccessibilityProperties accessibilityNow() const { return accessibility_; }
     virtual AccessibleText* accessibleText() { return nullptr; }
     virtual bool accessibilityActivate() { return false; } // the default action, as a click; true when done
+    // For a view whose properties have a range and that can be adjusted; the value is inside of the range. True when done.
+    virtual bool accessibilitySetValue(double) { return false; }
+    virtual bool accessibilityAdjust(int /*steps*/) { return false; } // up or, negative, down
 
 protected:
     std::shared_ptr<UIWindow> responderWindow() const override;
@@ -260,6 +270,8 @@ private:
     CGAffineTransform modelMapToRoot(const UIView*& root) const;
     CGRect visualBounds() const; // with what shows outside of the bounds; own coordinates
 
+    bool offerKeyEquivalent(const UIPress& press);
+    bool inheritsTint() const; // no view from here up has a tint of its own
     bool wantsLayout() const { return needsLayout_ || subtreeNeedsLayout_; }
     void layoutSubtree();
     void markSuperviewsForLayout();
@@ -282,6 +294,7 @@ private:
     std::optional<UIColor> backgroundColor_;
     std::optional<UIColor> tintColor_;
     std::shared_ptr<UIView> mask_;
+    std::shared_ptr<const UIViewShadow> shadow_; // null for most views
     UIRectCorner maskedCorners_ = UIRectCorner::allCorners;
     bool isHidden_ = false;
     bool clipsToBounds_ = false;

@@ -43,4 +43,17 @@ std::shared_ptr<UIView> UIView::hitTest(CGPoint point)
     return std::static_pointer_cast<UIView>(weak_from_this().lock());
 }
 
+bool UIView::offerKeyEquivalent(const UIPress& press)
+{
+    if (isHidden_ || !isUserInteractionEnabled_ || alpha_ < minimumTouchableAlpha)
+        return false;
+    auto keptAlive = weak_from_this().lock();
+    auto order = paintOrder(subviews_); // a copy: what takes the key may remove views
+    for (auto view = order.rbegin(); view != order.rend(); ++view) {
+        if ((*view)->offerKeyEquivalent(press))
+            return true;
+    }
+    return performKeyEquivalent(press);
+}
+
 } // namespace platform

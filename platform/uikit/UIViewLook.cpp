@@ -84,6 +84,21 @@ std::optional<UIColor> UIView::presentationBackgroundColor() const
     return UIColor(c[0], c[1], c[2], std::clamp(c[3], 0.0, 1.0));
 }
 
+std::optional<UIViewShadow> UIView::shadow() const
+{
+    return shadow_ ? std::optional(*shadow_) : std::nullopt;
+}
+
+void UIView::setShadow(const std::optional<UIViewShadow>& shadow)
+{
+    assertOnMainThread();
+    if (shadow == this->shadow())
+        return;
+    markPlaceDirty();
+    shadow_ = shadow ? std::make_shared<const UIViewShadow>(*shadow) : nullptr;
+    markPlaceDirty();
+}
+
 void UIView::setClipsToBounds(bool clips)
 {
     assertOnMainThread();

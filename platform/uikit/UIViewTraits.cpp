@@ -34,6 +34,8 @@ void UIView::inheritTraits()
     if (auto controller = viewController_.lock())
         controller->traitCollectionDidChange(previous);
     traitCollectionDidChange(previous);
+    if (traits_.accentColor != previous.accentColor && inheritsTint())
+        tintColorDidChange();
 }
 
 void UIView::setOverrideUserInterfaceStyle(UIUserInterfaceStyle style)
@@ -89,7 +91,17 @@ UIColor UIView::tintColor() const
         if (view->tintColor_)
             return *view->tintColor_;
     }
-    return UIColor::systemBlue();
+    const auto& accent = traits_.accentColor;
+    return accent ? UIColor(accent->red, accent->green, accent->blue, accent->alpha) : UIColor::systemBlue();
+}
+
+bool UIView::inheritsTint() const
+{
+    for (auto* view = this; view; view = view->superview_) {
+        if (view->tintColor_)
+            return false;
+    }
+    return true;
 }
 
 void UIView::setTintColor(std::optional<UIColor> color)

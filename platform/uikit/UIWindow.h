@@ -90,7 +90,7 @@ public:
     // view does with one, it may remove views and close this window; the caller keeps the window alive.
     void sendTouch(UITouch& touch); // the same object from began to ended or cancelled
     // First the responders from the first one on; then, for a key that types, the first responder's text input; then
-    // `onUnhandledPress`; then Tab moves the focus.
+    // the shortcuts of the views on screen; then `onUnhandledPress`; then Tab moves the focus.
     bool sendPress(const UIPress& press);
     void sendPressEnded(const UIPress& press);
     bool sendScroll(const UIScrollWheel& wheel);

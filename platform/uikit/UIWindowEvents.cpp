@@ -67,6 +67,11 @@ bool UIWindow::sendPress(const UIPress& press)
             return true;
         }
     }
+    auto modal = modalView();
+    if (modal ? modal->offerKeyEquivalent(press) : offerKeyEquivalent(press))
+        return true;
+    if (isClosed_)
+        return false;
     // The handler may replace itself.
     if (auto handler = onUnhandledPress; handler && handler(press))
         return true;

@@ -4,6 +4,8 @@
 #include "platform/uikit/AccessibilityNodes_p.h"
 #include "tests/support/harness/ViewHarness.h"
 
+#include <array>
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -113,6 +115,50 @@ TEST(AccessibilityNode, says_how_a_view_is)
     view->setCenter({500, 500});
     EXPECT_TRUE(node->state().offscreen);
     EXPECT_EQ(window->childAt(15, 25), nullptr);
+}
+
+TEST(AccessibilityNode, lets_a_number_be_read_and_set)
+{
+    class Number : public UIView {
+    public:
+        Number(AccessibilityRole role, bool isEnabled)
+        {
+            accessibility() = {.role = role, .isEnabled = isEnabled};
+        }
+        AccessibilityProperties accessibilityNow() const override
+        {
+            auto properties = accessibility();
+            properties.range = {.minimum = -2, .maximum = 4, .value = value, .step = 0.5};
+            return properties;
+        }
+        bool accessibilitySetValue(double wanted) override { return value = wanted, true; }
+        bool accessibilityAdjust(int steps) override { return value += steps * 0.5, true; }
+        double value = 1;
+    };
+    ViewHarness harness;
+    auto slider = std::make_shared<Number>(AccessibilityRole::slider, true);
+    auto disabled = std::make_shared<Number>(AccessibilityRole::slider, false);
+    auto progress = std::make_shared<Number>(AccessibilityRole::progress, true);
+    auto root = std::make_shared<UIView>();
+    root->setSubviews({slider, disabled, progress});
+    harness.show(root);
+    for (auto& view : {slider, disabled, progress}) {
+        auto* number = AccessibilityNodes::node(*view)->valueInterface();
+        ASSERT_NE(number, nullptr);
+        EXPECT_EQ((std::array{number->minimumValue().toDouble(), number->currentValue().toDouble(),
+                              number->maximumValue().toDouble(), number->minimumStepSize().toDouble()}),
+                  (std::array{-2.0, 1.0, 4.0, 0.5}));
+        number->setCurrentValue(100);
+        EXPECT_EQ(view->value, view == slider ? 4 : 1);
+        number->setCurrentValue(std::nan(""));
+        EXPECT_EQ(view->value, view == slider ? 4 : 1);
+    }
+    auto* actions = AccessibilityNodes::node(*slider)->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    actions->doAction(QAccessibleActionInterface::decreaseAction());
+    EXPECT_EQ(slider->value, 3.5);
+    EXPECT_EQ(AccessibilityNodes::node(*progress)->actionInterface(), nullptr);
+    EXPECT_EQ(AccessibilityNodes::node(*root)->valueInterface(), nullptr);
 }
 
 TEST(AccessibilityNode, activates_its_view_and_goes_with_it)

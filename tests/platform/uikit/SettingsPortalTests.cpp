@@ -8,14 +8,34 @@
 #include <QtCore/QProcess>
 #include <QtCore/QSemaphore>
 #include <QtCore/QThread>
+#include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusMetaType>
 #include <QtDBus/QDBusVariant>
 #include <QtDBus/QDBusVirtualObject>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+
+// A colour as the bus carries it.
+struct BusColor {
+    double red = 0, green = 0, blue = 0;
+};
+Q_DECLARE_METATYPE(BusColor)
+
+QDBusArgument& operator<<(QDBusArgument& argument, const BusColor& color)
+{
+    argument.beginStructure();
+    argument << color.red << color.green << color.blue;
+    argument.endStructure();
+    return argument;
+}
+const QDBusArgument& operator>>(const QDBusArgument& argument, BusColor&)
+{
+    return argument;
+}
 
 namespace {
 
@@ -106,11 +126,14 @@ public:
             auto arguments = message.arguments();
             if (message.member() != u"Read"_s || arguments.size() != 2)
                 return false;
+            if (arguments[1].toString() == u"accent-color"_s)
+                return connection.send(message.createReply(wrapped(QVariant::fromValue(accent), 2)));
             if (arguments[1].toString() != u"color-scheme"_s)
                 return connection.send(message.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
                                                                 u"no such setting"_s));
             return connection.send(message.createReply(wrapped(1u, 2)));
         }
+        BusColor accent;
     };
 
     FakeDesktop()
@@ -144,9 +167,13 @@ void offer(QDBusConnection& bus, FakeDesktop::Portal& portal)
     ASSERT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
 }
 
-TEST(SettingsPortal, takes_answers_that_come_while_it_waits)
+class SettingsPortalAnswers
+    : public ::testing::TestWithParam<std::pair<BusColor, std::optional<ColorComponents>>> { };
+
+TEST_P(SettingsPortalAnswers, are_taken_while_it_waits)
 {
     FakeDesktop desktop;
+    qDBusRegisterMetaType<BusColor>();
     if (!desktop.isThere())
         GTEST_SKIP() << "no dbus-daemon is installed";
     // The portal answers from a thread of its own, as this one waits.
@@ -154,6 +181,7 @@ TEST(SettingsPortal, takes_answers_that_come_while_it_waits)
     QSemaphore isReady;
     std::unique_ptr<QThread> thread(QThread::create([&] {
         FakeDesktop::Portal portal;
+        portal.accent = GetParam().first;
         auto bus = desktop.connect("answering-portal");
         offer(bus, portal);
         QEventLoop ownLoop;
@@ -168,6 +196,7 @@ TEST(SettingsPortal, takes_answers_that_come_while_it_waits)
         SettingsPortal settings({}, [&] { ++changes; }, desktop.connect("asking-program"));
         settings.waitForAnswers(std::chrono::seconds(10));
         EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::dark);
+        EXPECT_EQ(settings.traits().accentColor, GetParam().second);
         EXPECT_EQ(settings.traits().textScale, 1) << "a missing setting keeps its default";
         for (int i = 0; i < 20; ++i)
             QCoreApplication::processEvents();
@@ -176,6 +205,11 @@ TEST(SettingsPortal, takes_answers_that_come_while_it_waits)
     loop->quit();
     thread->wait();
 }
+
+INSTANTIATE_TEST_SUITE_P(accents, SettingsPortalAnswers,
+                         ::testing::Values(std::pair(BusColor{0.25, 0.5, 1}, ColorComponents{0.25, 0.5, 1}),
+                                           std::pair(BusColor{-1, -1, -1}, std::nullopt),
+                                           std::pair(BusColor{0, std::nan(""), 0}, std::nullopt)));
 
 TEST(SettingsPortal, goes_on_without_a_portal)
 {

@@ -235,6 +235,14 @@ TEST(UIView, inherits_traits_and_tint_down_to_where_they_are_overridden)
     auto late = std::make_shared<Heir>(); // finds the same when it comes
     root->addSubview(late);
     EXPECT_EQ(late->traitCollection(), plain->traitCollection());
+    traits.accentColor = ColorComponents{1, 0.5, 0};
+    harness.window().setBaseTraits(traits);
+    EXPECT_EQ(plain->tintColor(), UIColor(1, 0.5, 0)) << "the desktop's accent";
+    EXPECT_EQ(own->tintColor(), UIColor::green());
+    EXPECT_EQ(std::pair(plain->tintChanges, own->tintChanges), std::pair(1, 0));
+    traits.accentColor = {};
+    harness.window().setBaseTraits(traits);
+    plain->tintChanges = 0;
 
     root->setTintColor(UIColor::red());
     EXPECT_EQ(std::pair(plain->tintColor(), own->tintColor()), std::pair(UIColor::red(), UIColor::green()));

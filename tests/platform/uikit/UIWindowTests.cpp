@@ -194,6 +194,49 @@ TEST(UIWindow, sends_keys_to_the_first_responder_and_on_until_somebody_takes_the
     EXPECT_EQ(inner->typed, "Grün 漢");
 }
 
+TEST(UIWindow, offers_keys_that_nobody_took_to_the_shortcuts_on_screen)
+{
+    class Shortcut : public UIView {
+    public:
+        explicit Shortcut(std::string key)
+            : key_(std::move(key))
+        {
+        }
+        bool performKeyEquivalent(const UIPress& press) override
+        {
+            if (press.charactersIgnoringModifiers != key_)
+                return false;
+            ++uses;
+            removeFromSuperview();
+            return true;
+        }
+        int uses = 0;
+
+    private:
+        std::string key_;
+    };
+    ViewHarness harness;
+    auto root = std::make_shared<KeyView>("root"), field = std::make_shared<KeyView>("field");
+    auto behind = std::make_shared<Shortcut>("x"), front = std::make_shared<Shortcut>("x");
+    auto hidden = std::make_shared<Shortcut>("y"), dialog = std::make_shared<Shortcut>("z");
+    root->setSubviews({field, behind, front, hidden, dialog});
+    hidden->setHidden(true);
+    harness.show(root);
+    field->becomeFirstResponder();
+    field->takesText = true;
+    harness.type("x");
+    EXPECT_EQ(std::pair(field->typed, front->uses), std::pair(std::string("x"), 0)) << "text goes first";
+    field->takesText = false;
+    EXPECT_TRUE(harness.press("x", 0));
+    EXPECT_EQ(std::pair(front->uses, behind->uses), std::pair(1, 0));
+    EXPECT_FALSE(harness.press("y", 0));
+    harness.window().beginModal(dialog);
+    EXPECT_FALSE(harness.press("x", 0)) << "what a modal view covers hears no keys";
+    EXPECT_TRUE(harness.press("z", 0));
+    EXPECT_TRUE(harness.press("x", 0));
+    EXPECT_EQ(std::pair(behind->uses, dialog->uses), std::pair(1, 1));
+}
+
 TEST(UIWindow, moves_the_keyboard_by_tab_in_reading_order)
 {
     ViewHarness harness({300, 300});
