@@ -153,6 +153,7 @@ public:
     bool isThere() const { return !address_.isEmpty(); }
     QDBusConnection connect(const char* name)
     {
+        QDBusConnection::disconnectFromBus(QString::fromLatin1(name)); // of another test's bus
         return QDBusConnection::connectToBus(address_, QString::fromLatin1(name));
     }
 
