@@ -4,9 +4,7 @@
 #include "platform/foundation/Precondition.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/UIImage.h"
-
-#include <cmath>
-#include <cstdio>
+#include "tests/support/harness/accessibilityTree.h"
 
 namespace harness {
 
@@ -63,6 +61,87 @@ void ViewHarness::show(std::shared_ptr<UIView> view)
     auto controller = std::make_shared<UIViewController>();
     controller->setView(std::move(view));
     show(std::move(controller));
+}
+
+void ViewHarness::changeTraits(const std::function<void(UITraitCollection&)>& change)
+{
+    auto traits = window_->baseTraits();
+    change(traits);
+    window_->setBaseTraits(traits);
+    clock_.settle();
+}
+
+void ViewHarness::resize(CGSize size)
+{
+    window_->setFrameSize(size);
+    clock_.settle();
+}
+
+std::vector<Element> ViewHarness::findAllWithin(const UIView& root, AccessibilityRole role, Label label)
+{
+    clock_.settle();
+    std::vector<Element> found;
+    forEachElement(root, [&](const std::shared_ptr<UIView>& view, int) {
+        const auto properties = view->accessibilityNow();
+        if (properties.role == role
+            && (!label || properties.label == *label || properties.identifier == *label))
+            found.emplace_back(*this, view);
+        return true;
+    });
+    return found;
+}
+
+Element ViewHarness::findWithin(const UIView& root, AccessibilityRole role, Label label)
+{
+    auto found = findAllWithin(root, role, label);
+    if (found.size() != 1) {
+        auto reason = std::string("the test looks for the one ").append(roleName(role));
+        if (label)
+            reason.append(" \"").append(*label).append("\"");
+        reason.append(" and finds ").append(std::to_string(found.size())).append("; there are:\n");
+        preconditionFailure(reason.append(describeElements(root)));
+    }
+    return found.front();
+}
+
+Element ViewHarness::find(AccessibilityRole role, std::string_view label)
+{
+    return findWithin(*window_, role, label);
+}
+
+Element ViewHarness::find(AccessibilityRole role)
+{
+    return findWithin(*window_, role, std::nullopt);
+}
+
+std::optional<Element> ViewHarness::tryFind(AccessibilityRole role, std::string_view label)
+{
+    auto found = findAll(role, label);
+    return found.empty() ? std::nullopt : std::optional(found.front());
+}
+
+std::optional<Element> ViewHarness::tryFind(AccessibilityRole role)
+{
+    auto found = findAll(role);
+    return found.empty() ? std::nullopt : std::optional(found.front());
+}
+
+std::vector<Element> ViewHarness::findAll(AccessibilityRole role)
+{
+    return findAllWithin(*window_, role, std::nullopt);
+}
+
+std::vector<Element> ViewHarness::findAll(AccessibilityRole role, std::string_view label)
+{
+    return findAllWithin(*window_, role, label);
+}
+
+std::optional<Element> ViewHarness::focused()
+{
+    auto view = std::dynamic_pointer_cast<UIView>(window_->firstResponder());
+    if (!view || view->accessibilityNow().role == AccessibilityRole::none)
+        return std::nullopt;
+    return Element(*this, std::move(view));
 }
 
 UIView& ViewHarness::find(std::string_view label)
@@ -139,13 +218,19 @@ void ViewHarness::drag(CGPoint from, CGPoint to)
 
 void ViewHarness::drag(CGPoint from, CGPoint to, Duration time, const Press& press)
 {
-    constexpr int steps = 10;
-    down(from, press);
-    for (int step = 1; step <= steps; ++step) {
-        clock_.advance(time / steps);
-        auto part = CGFloat(step) / steps;
+    drag(from, to, DragOptions{.time = time, .press = press});
+}
+
+void ViewHarness::drag(CGPoint from, CGPoint to, const DragOptions& options)
+{
+    precondition(options.steps > 0, "a drag takes one step or more");
+    down(from, options.press);
+    for (int step = 1; step <= options.steps; ++step) {
+        clock_.advance(options.time / options.steps);
+        auto part = CGFloat(step) / options.steps;
         moveTo({from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part});
     }
+    clock_.advance(options.rest);
     up();
 }
 
@@ -221,6 +306,21 @@ std::vector<CGRect> ViewHarness::paintFrame()
     return dirty.rects();
 }
 
+ViewHarness::Frames ViewHarness::playFrames(Duration time)
+{
+    constexpr Duration frame = std::chrono::nanoseconds{1'000'000'000 / 60};
+    Frames frames;
+    for (Duration passed{}; passed + frame <= time; passed += frame) {
+        clock_.advance(frame);
+        ++frames.passed;
+        auto rects = paintFrame();
+        frames.painted += rects.empty() ? 0 : 1;
+        for (const auto& rect : rects)
+            frames.area += rect.size.width * rect.size.height;
+    }
+    return frames;
+}
+
 UIImage ViewHarness::snapshot()
 {
     clock_.settle();
@@ -239,20 +339,6 @@ UIImage ViewHarness::picture(const std::vector<CGRect>& painted)
         traits.colorAppearance());
     precondition(image.has_value(), "the window is too large for a picture");
     return *image;
-}
-
-std::string colorAt(const UIImage& image, CGPoint place)
-{
-    auto x = static_cast<int>(std::floor(place.x * image.scale()));
-    auto y = static_cast<int>(std::floor(place.y * image.scale()));
-    auto [red, green, blue, alpha] = image.pixel(x, y).components();
-    auto byte = [](double value) { return static_cast<unsigned>(std::lround(value * 255)); };
-    char text[16];
-    if (byte(alpha) == 255)
-        std::snprintf(text, sizeof text, "%02x%02x%02x", byte(red), byte(green), byte(blue));
-    else
-        std::snprintf(text, sizeof text, "%02x%02x%02x%02x", byte(red), byte(green), byte(blue), byte(alpha));
-    return text;
 }
 
 } // namespace harness
