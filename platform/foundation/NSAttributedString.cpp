@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/foundation/AttributedStorage_p.h"
+#include "platform/foundation/NSAttributedString.h"
 
+#include "platform/foundation/AttributedStorage_p.h"
 #include "platform/foundation/Precondition.h"
 
 #include <algorithm>

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/graphics/CGContextBackend_p.h"
+#include "platform/graphics/CGContext.h"
 
 #include "platform/foundation/Precondition.h"
+#include "platform/graphics/CGContextBackend_p.h"
 #include "platform/graphics/UIBezierPath_p.h"
 #include "platform/graphics/UIImage_p.h"
 
