@@ -64,6 +64,8 @@ public:
 
     std::expected<Status, int> status() override;
     ssize_t read(std::span<char> into, std::uint64_t offset) override;
+    // For what only the system can do with it; belongs to this.
+    int descriptor() const { return descriptor_; }
 
 private:
     explicit RegularFile(int descriptor)
