@@ -1,10 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/GeometryReader.h"
 
+#include "platform/swiftui/ViewHost.h"
 #include "platform/swiftui/alignedRect.h"
 #include "platform/uikit/UIView.h"
 
 namespace platform {
+
+namespace {
+
+// Where `rect`, in the hosting view's coordinates, reaches to the end of the safe area.
+UIEdgeInsets safeAreaAround(const UIView& hosting, const CGRect& rect)
+{
+    constexpr CGFloat rounding = 0.5;
+    auto insets = hosting.safeAreaInsets();
+    auto safe = hosting.bounds().inset(insets);
+    return {.top = rect.minY() <= safe.minY() + rounding ? insets.top : 0,
+            .left = rect.minX() <= safe.minX() + rounding ? insets.left : 0,
+            .bottom = rect.maxY() >= safe.maxY() - rounding ? insets.bottom : 0,
+            .right = rect.maxX() >= safe.maxX() - rounding ? insets.right : 0};
+}
+
+} // namespace
 
 void GeometryNode::refresh()
 {
@@ -14,7 +31,10 @@ void GeometryNode::refresh()
 
 void GeometryNode::arrange(CGRect rect, const ProposedSize&)
 {
-    GeometryProxy proxy{rect.size, container().containerView().convertTo(rect, nullptr)};
+    auto& view = container().containerView();
+    GeometryProxy proxy{rect.size, view.convertTo(rect, nullptr)};
+    if (auto hosting = host().controller().viewIfLoaded())
+        proxy.safeAreaInsets = safeAreaAround(*hosting, view.convertTo(rect, hosting.get()));
     if (std::exchange(isOutOfDate_, false) || proxy != described_) {
         describe(proxy);
         described_ = proxy;

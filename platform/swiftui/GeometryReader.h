@@ -15,6 +15,9 @@ namespace platform {
 struct GeometryProxy {
     CGSize size;        // of the reader
     CGRect globalFrame; // of the reader, in the window's coordinates at that moment
+    // What lies beyond the reader's edges to the edges of the hosting view, where the reader reaches to the end of the
+    // safe area.
+    UIEdgeInsets safeAreaInsets = {};
     bool operator==(const GeometryProxy&) const = default;
 };
 

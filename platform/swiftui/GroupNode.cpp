@@ -5,6 +5,7 @@
 #include "platform/swiftui/PlatformViewNode.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 
@@ -42,9 +43,10 @@ bool GroupView::pointInside(CGPoint point) const
     return !mask() || mask()->pointInside(point); // in the same coordinates
 }
 
-GroupNode::GroupNode(const NodeContext& context)
+GroupNode::GroupNode(const NodeContext& context, std::shared_ptr<GroupView> group)
     : ModifierNode(context)
     , ViewContainer(context.host)
+    , group_(std::move(group))
 {
     group_->accessibility().isHidden = context.environment->value<AccessibilityHiddenKey>(nullptr);
     container().contentsDidChange();

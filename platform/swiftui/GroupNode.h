@@ -25,7 +25,8 @@ public:
 // clipped, masked, turned or touched as a whole.
 class GroupNode : public ModifierNode, public ViewContainer {
 public:
-    explicit GroupNode(const NodeContext& context);
+    explicit GroupNode(const NodeContext& context,
+                       std::shared_ptr<GroupView> group = std::make_shared<GroupView>());
     ~GroupNode() override;
 
     GroupView& group() const { return *group_; }
@@ -46,7 +47,7 @@ protected:
     bool isPlaced() const { return isPlaced_; }
 
 private:
-    std::shared_ptr<GroupView> group_ = std::make_shared<GroupView>();
+    const std::shared_ptr<GroupView> group_;
     bool isPlaced_ = false;
 };
 
