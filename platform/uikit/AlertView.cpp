@@ -255,7 +255,9 @@ AlertView::Arrangement AlertView::arrange(CGFloat width, CGFloat height) const
     all.textContent = y > top ? y + top : 0;
 
     auto fitsHalf = [&](const auto& button) { return button->naturalWidth() <= width / 2; };
-    all.isRow = !isSheet_ && buttons_.size() == 2 && std::ranges::all_of(buttons_, fitsHalf);
+    auto owner = owner_.lock();
+    auto mayBeRow = !isSheet_ && buttons_.size() == 2 && (!owner || owner->allowsActionsSideBySide());
+    all.isRow = mayBeRow && std::ranges::all_of(buttons_, fitsHalf);
     for (const auto& button : buttons_) {
         auto isApart = isSheet_ && button->action()->style() == UIAlertActionStyle::cancel;
         auto own = button->heightFitting(all.isRow ? width / 2 : width);

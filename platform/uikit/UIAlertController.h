@@ -54,6 +54,9 @@ public:
     void viewWillAppear(Animated animated) override;
     void viewDidAppear(Animated animated) override;
 
+    // Whether an alert's only two buttons stand in a row where both are short.
+    virtual bool allowsActionsSideBySide() const { return true; }
+
 protected:
     std::shared_ptr<UIPresentationController>
     makePresentationController(const std::shared_ptr<UIViewController>& presenting) override;
