@@ -31,11 +31,11 @@ enum class URLRequestCachePolicy {
 
 // What to load and how, as a value: two are equal when all fields are.
 struct URLRequest {
-    URLRequest(URL url, URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy,
-               std::chrono::duration<double> timeoutInterval = std::chrono::seconds(60))
-        : url(std::move(url))
-        , cachePolicy(cachePolicy)
-        , timeoutInterval(timeoutInterval)
+    URLRequest(URL requested, URLRequestCachePolicy policy = URLRequestCachePolicy::useProtocolCachePolicy,
+               std::chrono::duration<double> timeout = std::chrono::seconds(60))
+        : url(std::move(requested))
+        , cachePolicy(policy)
+        , timeoutInterval(timeout)
     {
     }
 
