@@ -181,7 +181,8 @@ void refuseSignals(CallFilter& filter)
     auto self = static_cast<scmp_datum_t>(::getpid());
     filter.refuseWhen(SCMP_SYS(kill), EPERM, SCMP_A0_64(SCMP_CMP_NE, self));
     filter.refuseWhen(SCMP_SYS(tgkill), EPERM, SCMP_A0_64(SCMP_CMP_NE, self));
-    filter.refuse({SCMP_SYS(tkill), SCMP_SYS(pidfd_send_signal), SCMP_SYS(rt_sigqueueinfo)});
+    filter.refuse({SCMP_SYS(tkill), SCMP_SYS(pidfd_send_signal), SCMP_SYS(rt_sigqueueinfo),
+                   SCMP_SYS(rt_tgsigqueueinfo)});
 }
 
 void refuseNetwork(CallFilter& filter)

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/quicklook/PreviewBar.h"
 
+#include "platform/dispatch/DispatchQueue.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/quicklook/BarButton.h"
 #include "platform/quicklook/HostText.h"
+#include "platform/uikit/AccessibilityEvents.h"
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UITextField.h"
@@ -17,6 +19,7 @@ namespace platform {
 
 namespace {
 
+constexpr Duration noticeTime = std::chrono::seconds(5);
 constexpr CGFloat sideInset = 12, endInset = 6, gap = 4, leastField = 84, leastName = 60;
 
 constexpr unsigned pressed = UIControlEvents::primaryActionTriggered | UIControlEvents::touchUpInside;
@@ -57,8 +60,37 @@ PreviewBar::~PreviewBar() = default;
 
 void PreviewBar::setName(std::string name)
 {
-    name_->setText(std::move(name));
+    fileName_ = std::move(name);
+    if (!noticeEnd_)
+        showName();
+}
+
+void PreviewBar::showName()
+{
+    name_->setText(fileName_);
+    name_->setTextColor(UIColor::label());
     name_->accessibility().role = AccessibilityRole::header;
+}
+
+void PreviewBar::showNotice(const std::string& text)
+{
+    if (isSearching()) { // where the name is not: beside the field, until the matches are others
+        count_->setText(text);
+        return setNeedsLayout();
+    }
+    if (noticeEnd_)
+        noticeEnd_->cancel();
+    name_->setText(text);
+    name_->setTextColor(UIColor::systemOrange());
+    name_->accessibility().role = AccessibilityRole::alert;
+    notifyAccessibility(*name_, AccessibilityEvent::labelChanged);
+    noticeEnd_ = std::make_shared<DispatchWorkItem>([weak = weak_from_this()] {
+        if (auto self = std::static_pointer_cast<PreviewBar>(weak.lock())) {
+            self->noticeEnd_.reset();
+            self->showName();
+        }
+    });
+    DispatchQueue::main()->asyncAfter(noticeTime, noticeEnd_);
 }
 
 void PreviewBar::setEncoding(const std::optional<Encoding>& encoding)

@@ -14,6 +14,7 @@
 namespace platform {
 
 class BarButton;
+class DispatchWorkItem;
 class UILabel;
 class UITextField;
 
@@ -34,6 +35,9 @@ public:
     void setName(std::string name);
     void setEncoding(const std::optional<Encoding>& encoding); // none: nothing is said of it
     void setSearchable(bool searchable);
+    // Says it in the place of the name, or of the matches' count, to assistive technology too, for as long as it takes to
+    // read.
+    void showNotice(const std::string& text);
     void setMatches(const TextFinder::Status& matches);
     // Gives the controls their names for assistive technology: after the first frame, which does not wait for that.
     void nameControls();
@@ -58,6 +62,10 @@ private:
     void makeSearch();
     void showSearch(bool isShown);
 
+    void showName();
+
+    std::string fileName_;
+    std::shared_ptr<DispatchWorkItem> noticeEnd_; // null while there is no notice
     std::shared_ptr<UILabel> name_;
     std::shared_ptr<BarButton> encoding_, search_, menu_;
     // made when somebody searches

@@ -14,6 +14,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,7 +25,7 @@ namespace platform {
 namespace {
 
 enum Command : unsigned char { openFile = 'o', keepInFile = 'k', forgetInFile = 'f' };
-constexpr int answerLimit = 250; // milliseconds
+constexpr int answerLimit = 250, openingLimit = 100; // milliseconds
 constexpr std::size_t longestURL = 64 * 1024;
 
 using Request = std::array<unsigned char, 2>; // a command and its argument
@@ -35,8 +36,23 @@ const Logger& logger()
     return logger;
 }
 
+// Whether the child went wrong in that time; one that runs on has not.
+bool failsSoon(pid_t child)
+{
+    int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, child, 0));
+    if (descriptor < 0)
+        return false;
+    pollfd ending{descriptor, POLLIN, 0};
+    auto isOver = ::poll(&ending, 1, openingLimit) == 1;
+    ::close(descriptor);
+    int status = 0;
+    return isOver && ::waitpid(child, &status, WNOHANG) == child
+        && (!WIFEXITED(status) || WEXITSTATUS(status) != 0);
+}
+
 bool openInDesktop(const URL& file)
 {
+    while (::waitpid(-1, nullptr, WNOHANG) > 0) { } // earlier ones that are over
     std::string program = "xdg-open", address = file.absoluteString();
     std::array<char*, 3> arguments{program.data(), address.data(), nullptr};
     posix_spawnattr_t attributes;
@@ -46,7 +62,7 @@ bool openInDesktop(const URL& file)
     pid_t child = 0;
     auto fault = ::posix_spawnp(&child, program.c_str(), nullptr, &attributes, arguments.data(), environ);
     ::posix_spawnattr_destroy(&attributes);
-    return fault == 0;
+    return fault == 0 && !failsSoon(child);
 }
 
 bool isEncoding(unsigned char number)
@@ -87,7 +103,6 @@ URL awaitFile(int connection)
 [[noreturn]] void runBroker(int connection, const std::optional<URL>& known)
 {
     std::signal(SIGINT, SIG_IGN); // the preview's to answer; its end is this one's
-    std::signal(SIGCHLD, SIG_IGN);
     auto file = known ? *known : awaitFile(connection);
     for (;;) {
         Request request{};
@@ -147,6 +162,8 @@ PreviewBroker::~PreviewBroker()
 bool PreviewBroker::request(unsigned char command, unsigned char argument)
 {
     Request request{command, argument};
+    unsigned char late = 0;
+    while (connection_ >= 0 && ::recv(connection_, &late, 1, MSG_DONTWAIT) == 1) { } // of a request given up
     unsigned char answer = 0;
     bool isDone = connection_ >= 0
         && ::send(connection_, request.data(), request.size(), MSG_NOSIGNAL) == std::ssize(request);

@@ -25,7 +25,8 @@ public:
     // Once, before the file is opened: from then on the broker has ears for no other.
     void setFile(const URL& file);
 
-    // Each waits for the answer, a quarter of a second at most; false when it failed.
+    // Each waits for the answer, a quarter of a second at most; false when it failed. A program that is still running
+    // after a tenth of a second counts as opened.
     bool openWithDefaultProgram();
     bool keepEncoding(std::optional<TextEncoding> encoding); // none: forgets it
 

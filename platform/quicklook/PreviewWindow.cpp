@@ -34,6 +34,14 @@ constexpr std::array usualEncodings{
     TextEncoding::gb18030,     TextEncoding::big5,        TextEncoding::eucKR,
 };
 
+// "Cyrillic (Windows-1251)" with its first part in the user's language.
+std::string userName(TextEncoding encoding)
+{
+    std::string name(localizedName(encoding));
+    auto end = std::min(name.find(" ("), name.size());
+    return hostText(name.substr(0, end)).append(name, end);
+}
+
 } // namespace
 
 struct PreviewWindow::Command {
@@ -251,7 +259,7 @@ void PreviewWindow::showEncodingMenu()
          .action = [this] { keepEncoding(); }},
     };
     for (auto each : candidates()) {
-        items.push_back({.title = std::string(localizedName(each)),
+        items.push_back({.title = userName(each),
                          .isChecked = each == reading_->encoding,
                          .beginsGroup = items.size() == 2,
                          .action = [this, each] { show(each); }});
@@ -300,8 +308,12 @@ bool PreviewWindow::show(TextEncoding encoding)
 
 void PreviewWindow::keepEncoding()
 {
-    if (reading_ && broker_.keepEncoding(reading_->encoding))
+    if (!reading_)
+        return;
+    if (broker_.keepEncoding(reading_->encoding))
         kept_ = reading_->encoding;
+    else
+        root_->bar()->showNotice(hostText("The encoding could not be kept"));
 }
 
 // --- Wrapping, size, and what leaves the window --------------------------------------------------
@@ -333,7 +345,8 @@ void PreviewWindow::copyAll()
 
 void PreviewWindow::openWithDefaultProgram()
 {
-    broker_.openWithDefaultProgram();
+    if (!broker_.openWithDefaultProgram())
+        root_->bar()->showNotice(hostText("No program opened the file"));
 }
 
 // --- Keys ----------------------------------------------------------------------------------------

@@ -121,6 +121,9 @@ void RasterWindow::paintFrame(UIWindow& owner)
         store_.resize(size());
         owner.setNeedsDisplay();
     }
+    // There the frame is part of the surface, which is a new and empty one when the frame comes or goes.
+    if (waitsForCompositor_ && std::exchange(paintedMargins_, frameMargins()) != frameMargins())
+        owner.setNeedsDisplay();
     auto dirty = owner.takeDirtyRegion();
     if (dirty.isEmpty())
         return;

@@ -55,6 +55,7 @@ private:
     double scale_ = 1;
     bool isUpdateRequested_ = false;
     bool waitsForCompositor_ = false; // frames come when the window system wants them
+    QMargins paintedMargins_; // the frame around what was painted last; where the compositor is waited for
     bool isComposing_ = false;
     CGRect toldCaret_ = CGRect::null();
 };

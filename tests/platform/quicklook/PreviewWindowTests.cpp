@@ -117,6 +117,33 @@ TEST(PreviewWindow, searchBeginsFindsAndEndsByKeys)
     EXPECT_FALSE(preview.stage.window().isVisible());
 }
 
+TEST(PreviewWindow, aFileThatNoProgramOpensIsSaidInTheBarForAWhile)
+{
+    ::tests::TemporaryDirectory programs;
+    auto script = [&](const std::string& text) {
+        auto path = programs.file("xdg-open", "#!/bin/sh\n" + text + "\n");
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    };
+    auto* path = std::getenv("PATH");
+    std::string before = path ? path : "";
+    ::setenv("PATH", (programs.path() + ":" + before).c_str(), 1);
+    auto note = programs.path("opened");
+    Preview preview("one\n"); // its broker has this path
+    ::setenv("PATH", before.c_str(), 1);
+    auto shows = [&](std::string_view text) {
+        return !preview.stage.findAll(AccessibilityRole::alert, text).empty();
+    };
+    script("exit 3");
+    preview.stage.press("o", control);
+    EXPECT_TRUE(shows("No program opened the file"));
+    preview.stage.advance(std::chrono::seconds(6));
+    EXPECT_FALSE(shows("No program opened the file"));
+    script("echo \"$1\" > " + note + "; exec sleep 5");
+    preview.stage.press("o", control);
+    EXPECT_FALSE(shows("No program opened the file"));
+    EXPECT_EQ(programs.read("opened"), preview.file.absoluteString() + "\n");
+}
+
 TEST(PreviewWindow, theMenuIsUsedByKeysAndGoesAfterwards)
 {
     Preview preview(std::string(300, 'x') + "\n");
