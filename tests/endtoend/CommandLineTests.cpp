@@ -219,6 +219,19 @@ TEST(CommandLine, aNameCannotBreakTheLineOrDriveTheTerminal)
     }
 }
 
+// Each library costs every start its milliseconds.
+TEST(CommandLine, thePreviewLoadsNoLibraryThatItDoesNotUse)
+{
+    for (std::string name : {"subtitle-preview", "subtitle-thumbnailer", "zelk-previewer"}) {
+        auto libraries = run({"ldd", ZELK_BINARY_DIR "/bin/" + name});
+        ASSERT_EQ(libraries.exitStatus, 0) << libraries.errors;
+        EXPECT_NE(libraries.output.find("libstdc++"), std::string::npos) << libraries.output;
+        for (auto* unused :
+             {"libQt6Svg", "libQt6Network", "libQt6Widgets", "libavcodec", "libavformat", "libcld2"})
+            EXPECT_EQ(libraries.output.find(unused), std::string::npos) << name << " loads " << unused;
+    }
+}
+
 TEST(CommandLine, helpAndVersionNeedNeitherFileNorDisplay)
 {
     auto help = run({program, "--help"}, noDisplay);
