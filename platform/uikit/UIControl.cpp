@@ -25,6 +25,12 @@ void UIControl::removeAction(ActionIdentifier identifier)
     std::erase_if(actions_, [=](auto& entry) { return entry.identifier == identifier; });
 }
 
+void UIControl::removeAllActions()
+{
+    assertOnMainThread();
+    actions_.clear();
+}
+
 void UIControl::sendActions(UIControlEvents events)
 {
     assertOnMainThread();

@@ -35,6 +35,7 @@ public:
     // same event is not run any more.
     ActionIdentifier addAction(Action action, UIControlEvents events);
     void removeAction(ActionIdentifier identifier);
+    void removeAllActions();
     void sendActions(UIControlEvents events);
 
     bool isEnabled() const { return isEnabled_; }

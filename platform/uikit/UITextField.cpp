@@ -2,6 +2,7 @@
 #include "platform/uikit/UITextField.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/foundation/Precondition.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UILabel.h"
@@ -28,9 +29,49 @@ String withoutLineEnds(const String& text)
     return String(bytes);
 }
 
+constexpr std::string_view dot = "\u2022"; // for a character of a secret
+
+bool isContinuation(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xc0) == 0x80;
+}
+
+// Of well-formed UTF-8.
+std::size_t characterCount(std::string_view text)
+{
+    return static_cast<std::size_t>(
+        std::ranges::count_if(text, [](char byte) { return !isContinuation(byte); }));
+}
+
+std::size_t offsetOf(std::string_view text, std::size_t character)
+{
+    std::size_t offset = 0;
+    for (; offset < text.size(); ++offset) {
+        if (!isContinuation(text[offset]) && character-- == 0)
+            break;
+    }
+    return offset;
+}
+
+std::string dotsFor(std::string_view text)
+{
+    std::string dots;
+    for (auto count = characterCount(text); count > 0; --count)
+        dots.append(dot);
+    return dots;
+}
+
+bool isUndo(const UIPress& press)
+{
+    auto isCommand =
+        (press.modifiers.rawValue & (UIKeyModifierFlags::control | UIKeyModifierFlags::command)) != 0;
+    return isCommand
+        && (press.charactersIgnoringModifiers == "z" || press.charactersIgnoringModifiers == "y");
+}
+
 } // namespace
 
-// The text view inside, in which one line scrolls sideways.
+// The text view inside, in which one line scrolls sideways. Of a secret it holds only dots.
 class UITextField::Editor : public UITextView {
 public:
     explicit Editor(UITextField& field)
@@ -43,8 +84,40 @@ public:
         setShowsHorizontalScrollIndicator(false);
         setShowsVerticalScrollIndicator(false);
     }
+    bool isSecure = false;
+    std::string secret; // what the dots stand for
+
+    void show(std::string_view text)
+    {
+        secret = isSecure ? std::string(text) : std::string();
+        setText(String(isSecure ? std::string_view(dotsFor(text)) : text));
+    }
+    // The text has changed: the same for the secret.
+    void followChange()
+    {
+        if (!isSecure)
+            return;
+        auto inserted = characterCount(input_);
+        auto now = buffer().end().value / std::ssize(dot);
+        auto before = static_cast<std::int64_t>(characterCount(secret));
+        auto removed = before + static_cast<std::int64_t>(inserted) - now;
+        auto caret = selectedRange().end.value / std::ssize(dot);
+        auto start = caret - static_cast<std::int64_t>(inserted);
+        precondition(start >= 0 && removed >= 0 && start + removed <= before,
+                     "a secret lost step with its dots");
+        auto from = offsetOf(secret, static_cast<std::size_t>(start));
+        auto to = offsetOf(secret, static_cast<std::size_t>(start + removed));
+        secret.replace(from, to - from, std::exchange(input_, {}));
+    }
+    void setMarkedText(std::string_view text) override
+    {
+        if (!isSecure)
+            UITextView::setMarkedText(text);
+    }
     bool pressesBegan(const UIPress& press) override
     {
+        if (isSecure && isUndo(press))
+            return true; // the dots alone would come back
         auto keys = press.modifiers.rawValue & ~UIKeyModifierFlags::keypad;
         if (press.key == UIKeyCode::returnKey && keys != 0)
             return UIView::pressesBegan(press);
@@ -69,10 +142,18 @@ public:
     }
 
 protected:
-    String textForInput(const String& text) const override { return withoutLineEnds(text); }
+    String textForInput(const String& text) const override
+    {
+        auto line = withoutLineEnds(text);
+        if (!isSecure)
+            return line;
+        input_ = line.toStdString();
+        return String(dotsFor(input_));
+    }
 
 private:
-    UITextField& field_; // the owner
+    mutable std::string input_; // that is being put in, until the change is told
+    UITextField& field_;        // the owner
 };
 
 class UITextField::EditorDelegate : public UITextViewDelegate {
@@ -118,12 +199,12 @@ void UITextField::setUp()
 
 std::string UITextField::text() const
 {
-    return editor_->text().toStdString();
+    return editor_->isSecure ? editor_->secret : editor_->text().toStdString();
 }
 
 void UITextField::setText(std::string_view text)
 {
-    editor_->setText(withoutLineEnds(String(text)));
+    editor_->show(withoutLineEnds(String(text)).utf8());
     editor_->setSelectedRange({editor_->buffer().end(), editor_->buffer().end()});
     placeholder_->setHidden(!editor_->buffer().isEmpty());
 }
@@ -145,6 +226,35 @@ void UITextField::setFont(const UIFont& font)
     placeholder_->setFont(font);
     setNeedsLayout();
     invalidateIntrinsicContentSize();
+}
+
+void UITextField::setTextColor(std::optional<UIColor> color)
+{
+    textColor_ = std::move(color);
+    controlStateChanged();
+}
+
+void UITextField::setBorderStyle(UITextBorderStyle style)
+{
+    if (std::exchange(borderStyle_, style) == style)
+        return;
+    setNeedsLayout();
+    setNeedsDisplay();
+    invalidateIntrinsicContentSize();
+}
+
+bool UITextField::isSecureTextEntry() const
+{
+    return editor_->isSecure;
+}
+
+void UITextField::setSecureTextEntry(bool isSecure)
+{
+    assertOnMainThread();
+    if (editor_->isSecure == isSecure)
+        return;
+    editor_->isSecure = isSecure;
+    setText({});
 }
 
 void UITextField::followFont()
@@ -171,6 +281,7 @@ void UITextField::selectAll()
 
 void UITextField::editorChanged()
 {
+    editor_->followChange();
     placeholder_->setHidden(!editor_->buffer().isEmpty());
     sendActions({UIControlEvents::valueChanged});
 }
@@ -209,7 +320,7 @@ void UITextField::controlStateChanged()
 {
     editor_->setEditable(isEnabled());
     editor_->setSelectable(isEnabled());
-    editor_->setTextColor(isEnabled() ? UIColor::label() : UIColor::tertiaryLabel());
+    editor_->setTextColor(isEnabled() ? textColor_.value_or(UIColor::label()) : UIColor::tertiaryLabel());
     setNeedsDisplay();
 }
 
@@ -217,6 +328,8 @@ void UITextField::controlStateChanged()
 
 void UITextField::draw(CGContext& context, CGRect)
 {
+    if (borderStyle_ == UITextBorderStyle::none)
+        return;
     auto area = bounds();
     auto radius = std::min(cornerRadiusOfField, area.height() / 2);
     context.fill(UIBezierPath::roundedRect(area, radius), UIColor::tertiarySystemFill());
@@ -235,8 +348,9 @@ void UITextField::layoutSubviews()
     UIControl::layoutSubviews();
     auto area = bounds();
     auto height = std::min(area.height(), std::ceil(editor_->font().lineHeight()));
-    auto line = CGRect::make(sideInset, std::round((area.height() - height) / 2),
-                             std::max(area.width() - 2 * sideInset, 0.0), height);
+    auto side = borderStyle_ == UITextBorderStyle::none ? 0 : sideInset;
+    auto line = CGRect::make(side, std::round((area.height() - height) / 2),
+                             std::max(area.width() - 2 * side, 0.0), height);
     editor_->setFrame(line);
     placeholder_->setFrame(line);
 }
@@ -244,6 +358,11 @@ void UITextField::layoutSubviews()
 CGSize UITextField::intrinsicContentSize() const
 {
     return {noIntrinsicMetric, std::ceil(editor_->font().lineHeight()) + 2 * verticalInset};
+}
+
+CGFloat UITextField::firstBaselineOffset() const
+{
+    return verticalInset + placeholder_->font().ascender();
 }
 
 void UITextField::didMoveToSuperview()

@@ -4,6 +4,7 @@
 #include "platform/uikit/UIControl.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,8 @@ public:
     virtual bool textFieldShouldReturn(UITextField&) { return true; }
 };
 
+enum class UITextBorderStyle { none, roundedRect };
+
 // A field for one line of text: caret, selection, clipboard, undo, input methods and assistive technology are those of
 // the text view that it holds. Line ends that are put in become spaces. Sends valueChanged for each change that the user
 // makes, and primaryActionTriggered when Return is pressed. Main thread only.
@@ -39,6 +42,13 @@ public:
     void
     setPlaceholder(std::string text); // shown while the field is empty, and its name when it has no label
     void setFont(const UIFont& font); // default: body, in the text size of the surroundings
+    void setTextColor(std::optional<UIColor> color);               // null: label
+    UITextBorderStyle borderStyle() const { return borderStyle_; } // default roundedRect
+    void setBorderStyle(UITextBorderStyle style);
+    // Dots stand for the text, which leaves the field by text() alone: what is copied, spoken or undone is none of it, and
+    // nothing is composed in it. Empties the field when it changes. Default no.
+    bool isSecureTextEntry() const;
+    void setSecureTextEntry(bool isSecure);
     bool isEditing() const;
     void selectAll();
     void setDelegate(std::weak_ptr<UITextFieldDelegate> delegate) { delegate_ = std::move(delegate); }
@@ -46,6 +56,7 @@ public:
     void draw(CGContext& context, CGRect dirty) override;
     void layoutSubviews() override;
     CGSize intrinsicContentSize() const override;
+    CGFloat firstBaselineOffset() const override;
     bool canBecomeFirstResponder() const override { return false; } // what it holds can
     bool becomeFirstResponder() override;
     bool resignFirstResponder() override;
@@ -69,6 +80,8 @@ private:
     std::shared_ptr<EditorDelegate> editorDelegate_;
     std::shared_ptr<UILabel> placeholder_;
     std::weak_ptr<UITextFieldDelegate> delegate_;
+    std::optional<UIColor> textColor_;
+    UITextBorderStyle borderStyle_ = UITextBorderStyle::roundedRect;
     bool hasOwnFont_ = false;
 };
 
