@@ -5,6 +5,11 @@ namespace platform {
 
 class ASAuthorizationAppleIDButton;
 class AVPlayerViewController;
+class MFMailComposeViewController;
 class MKMapView;
+class PHAssetChangeRequest;
+class PHPhotoLibrary;
+class PHPhotosAuthorization;
+class PHPhotosQuestion;
 
 } // namespace platform

@@ -14,8 +14,10 @@ inline constexpr std::string_view PHPhotosErrorDomain = "PHPhotosErrorDomain";
 enum class PHPhotosError : long {
     internalError = -1,
     userCancelled = 3072,
+    libraryVolumeOffline = 3114, // the library's folder is gone
     identifierNotFound = 3201,
     multipleIdentifiersFound = 3202,
+    changeNotSupported = 3300, // the library is read-only
     invalidResource = 3302,
     missingResource = 3303,
     notEnoughSpace = 3305,

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/services/PHAuthorizationStatus.h"
+#include "platform/services/PHPhotosQuestion.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace platform {
+
+class DispatchQueue;
+
+// What the user allowed this program, kept among its settings under "PHPhotoLibrary.addOnly" and
+// "PHPhotoLibrary.readWrite" as the number of the status, so that it can be taken back there too; asked once a level.
+// Whoever administers the machine forbids it to all programs by a property list zelk/restrictions.plist in a folder of
+// XDG_CONFIG_DIRS whose PhotoLibraryRestricted is true.
+class PHPhotosAuthorization {
+public:
+    using Handler = std::function<void(PHAuthorizationStatus)>;
+
+    static PHPhotosAuthorization& shared();
+
+    // Who may read may add. Looks at the settings each time: what was taken back counts at once. Any thread.
+    PHAuthorizationStatus status(PHAccessLevel level) const;
+    // What the user chose elsewhere, on a page of settings; notDetermined: the next request asks again. Any thread.
+    // Requires: not restricted.
+    void setStatus(PHAuthorizationStatus status, PHAccessLevel level);
+
+    // Asks the user if nothing is known yet: requests that come while the question stands share its answer. `handler` is
+    // called once, later, on `queue`. When nobody can be asked it is told denied, and nothing is remembered. Any thread; the
+    // main run loop must be taking turns.
+    void request(PHAccessLevel level, std::shared_ptr<DispatchQueue> queue, Handler handler);
+
+    // Who asks; null: an alert. Main thread only.
+    void setQuestion(std::shared_ptr<PHPhotosQuestion> question);
+
+private:
+    struct Waiting {
+        std::shared_ptr<DispatchQueue> queue;
+        Handler handler;
+    };
+    PHPhotosAuthorization();
+    void ask(PHAccessLevel level, Waiting waiting);
+    void answer(PHAccessLevel level, PHAuthorizationStatus status);
+
+    // main thread only
+    std::shared_ptr<PHPhotosQuestion> question_;
+    std::map<PHAccessLevel, std::vector<Waiting>> waiting_; // those whose question stands
+};
+
+} // namespace platform
