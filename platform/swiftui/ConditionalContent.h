@@ -33,6 +33,14 @@ public:
         return ConditionalContent(std::variant<First, Second>(std::in_place_index<1>, std::move(view)));
     }
 
+    bool isFirst() const { return content_.index() == 0; }
+    // Calls `visitor` with the view that it is.
+    template <class Visitor>
+    void visit(const Visitor& visitor) const
+    {
+        std::visit(visitor, content_);
+    }
+
     class Node;
     friend bool operator==(const ConditionalContent& a, const ConditionalContent& b)
         requires std::equality_comparable<First> && std::equality_comparable<Second>

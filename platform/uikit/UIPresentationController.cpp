@@ -54,6 +54,7 @@ public:
         auto presentation = presentation_.lock();
         if (!presentation || presentation->state_ == State::idle)
             return;
+        presentation->containerViewWillLayoutSubviews();
         // Not the frame: the view may be on its way, under a transform.
         auto frame = presentation->frameOfPresentedViewInContainerView();
         auto view = presentation->presentedView();
@@ -72,6 +73,13 @@ public:
     }
     void touchesCancelled(UITouch&) override { }
     bool scrollWheel(const UIScrollWheel&) override { return true; }
+    bool pressesBegan(const UIPress& press) override
+    {
+        auto presentation = presentation_.lock();
+        return (presentation && press.key == UIKeyCode::escape && press.modifiers.rawValue == 0
+                && presentation->escapePressed())
+            || UIView::pressesBegan(press);
+    }
 
     const std::shared_ptr<UIView> dimming;
 
@@ -97,6 +105,22 @@ std::shared_ptr<UIView> UIPresentationController::presentedView() const
 std::shared_ptr<UIView> UIPresentationController::containerView() const
 {
     return container_;
+}
+
+std::shared_ptr<UIView> UIPresentationController::dimmingView() const
+{
+    return container_ ? container_->dimming : nullptr;
+}
+
+bool UIPresentationController::dismissByUser()
+{
+    auto self = weak_from_this().lock();
+    if (state_ != State::presenting && state_ != State::presented)
+        return false;
+    if (shouldDismiss && !shouldDismiss())
+        return false;
+    dismiss(Animated::yes, {});
+    return true;
 }
 
 void UIPresentationController::beginPresentation()
@@ -173,6 +197,12 @@ void UIPresentationController::present(UIWindow& window, Animated animated, Comp
     container_->setFrame(window.bounds());
     container_->setAutoresizingMask({UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight});
     container_->dimming->setHidden(!dimsBackground());
+    if (auto& properties = view->accessibility(); properties.role == AccessibilityRole::none) {
+        properties.role = AccessibilityRole::dialog;
+        properties.isModal = true;
+        if (properties.label.empty())
+            properties.label = presented_->title();
+    }
     presented_->holdsAppearance_ = true;
 
     presentationTransitionWillBegin();

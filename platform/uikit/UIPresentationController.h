@@ -48,6 +48,12 @@ public:
     virtual void dismissalTransitionDidEnd() { }
     // The user pressed beside the presented view. Default: nothing.
     virtual void backgroundPressed() { }
+    // Escape, which nobody inside took. True when it was used. Default: nothing.
+    virtual bool escapePressed() { return false; }
+    // Before the presented view gets its place.
+    virtual void containerViewWillLayoutSubviews() { }
+    // Whether the user may end it; asked each time. Empty: always.
+    std::function<bool()> shouldDismiss;
 
 protected:
     // How the presented view looks before it has come and after it has gone, and while it is there: transform and
@@ -57,6 +63,10 @@ protected:
     virtual void place(UIView& presentedView, Stage stage) const;
     virtual AnimationTiming transitionTiming(Stage towards) const;
     bool isMotionReduced() const;
+    // The user wants it to end. False when it may not, or is not there.
+    bool dismissByUser();
+    // What darkens the rest. Null before and after.
+    std::shared_ptr<UIView> dimmingView() const;
 
 private:
     friend class UIViewController;

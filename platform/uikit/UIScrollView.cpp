@@ -56,6 +56,17 @@ void UIScrollView::setContentSize(CGSize size)
     updateScrollIndicators();
 }
 
+void UIScrollView::moveContent(CGSize size, CGPoint offset)
+{
+    assertOnMainThread();
+    auto self = weak_from_this().lock();
+    contentSize_ = {clampedLength(size.width), clampedLength(size.height)};
+    if (isFinite(offset))
+        moveOffset(offset);
+    clampToContent();
+    updateScrollIndicators();
+}
+
 void UIScrollView::setContentInset(UIEdgeInsets inset)
 {
     assertOnMainThread();
@@ -280,8 +291,20 @@ void UIScrollView::contentDidScroll()
 {
     auto self = weak_from_this().lock();
     flashScrollIndicators();
+    contentOffsetDidChange();
     if (auto delegate = delegate_.lock())
         delegate->scrollViewDidScroll(*this);
+}
+
+bool UIScrollView::pointInside(CGPoint point) const
+{
+    return !clipsToBounds() || UIView::pointInside(point);
+}
+
+std::shared_ptr<UIView> UIScrollView::hitTest(CGPoint point)
+{
+    auto hit = UIView::hitTest(point);
+    return hit.get() == this && !bounds().contains(point) ? nullptr : hit;
 }
 
 CGRect UIScrollView::indicatorArea() const

@@ -56,6 +56,9 @@ public:
     // Clamped to the content. A gesture or wheel turn under way is stopped. Animated: unless the surroundings ask for
     // reduced motion.
     void setContentOffset(CGPoint offset, Animated animated = Animated::no);
+    // The content has become larger or smaller somewhere, and what is seen of it stands at another place in it now:
+    // movements go on from there.
+    void moveContent(CGSize size, CGPoint offset);
     UIEdgeInsets contentInset() const { return contentInset_; }
     void setContentInset(UIEdgeInsets inset);
     ContentInsetAdjustmentBehavior contentInsetAdjustmentBehavior() const { return insetAdjustment_; }
@@ -72,6 +75,10 @@ public:
     bool showsHorizontalScrollIndicator() const { return showsIndicator_[0]; }
     void setShowsHorizontalScrollIndicator(bool shows);
     void flashScrollIndicators();
+
+    // Comes to rest at multiples of its own size: a finger's throw, a wheel's notch and a key go to the next one.
+    bool isPagingEnabled() const { return isPagingEnabled_; }
+    void setPagingEnabled(bool enabled) { isPagingEnabled_ = enabled; }
 
     bool isDragging() const { return isDragging_; }         // a finger moves the content
     bool isDecelerating() const;                            // it runs on after the finger left
@@ -105,6 +112,11 @@ public:
 
     bool pressesBegan(const UIPress& press) override;
     bool scrollWheel(const UIScrollWheel& wheel) override;
+    // Keys that nobody took scroll what is in front.
+    bool performKeyEquivalent(const UIPress& press) override;
+    // Where it does not clip, what its content shows outside of it is hit too; the scroll view itself is not.
+    std::shared_ptr<UIView> hitTest(CGPoint point) override;
+    bool pointInside(CGPoint point) const override;
     void layoutSubviews() override;
     void safeAreaInsetsDidChange() override;
     void didMoveToWindow() override;
@@ -127,6 +139,8 @@ protected:
     void contentDidScroll();
     // The indicators' values have changed although nothing scrolled (the content grew, say).
     void updateScrollIndicators();
+    // The place that is seen has changed; before the delegate hears of it.
+    virtual void contentOffsetDidChange() { }
     // The part of `bounds` in which indicators stand; default: inside of the safe area.
     virtual CGRect indicatorArea() const;
 
@@ -142,6 +156,9 @@ private:
     void stepMotion(Instant frameTime);
     void finishMotion();
     CGVector scrollOutwards(CGVector delta);
+    bool settleOnPage(CGPoint speed);
+    bool turnPage(CGVector way);
+    void settleLater();
     std::shared_ptr<UIScrollView> outerScrollView() const;
     bool move(CGVector way, Animated animated);
     CGFloat pageStep(UILayoutAxis axis) const;
@@ -155,6 +172,8 @@ private:
     ContentInsetAdjustmentBehavior insetAdjustment_ = ContentInsetAdjustmentBehavior::automatic;
     bool isScrollEnabled_ = true;
     bool isDragging_ = false;
+    bool isPagingEnabled_ = false;
+    Token settling_;                                 // on a page, after a touchpad
     std::array<bool, 2> showsIndicator_{true, true}; // by UILayoutAxis
     std::weak_ptr<UIScrollViewDelegate> delegate_;
     std::shared_ptr<UIPanGestureRecognizer> pan_;

@@ -9,6 +9,7 @@
 #include "platform/uikit/UIPanGestureRecognizer.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -77,9 +78,10 @@ void UIScrollView::handlePan(UIPanGestureRecognizer& pan)
         return;
     isDragging_ = false;
     auto speed = pan.velocity(*this);
-    auto runsOn =
+    auto isThrown =
         state == UIGestureRecognizerState::ended && window() && std::hypot(speed.x, speed.y) >= slowestThrow;
-    if (runsOn)
+    auto runsOn = isPagingEnabled_ ? settleOnPage(isThrown ? speed : CGPoint{}) : isThrown;
+    if (runsOn && !isPagingEnabled_)
         startMotion(ScrollMotion::deceleration({-speed.x, -speed.y}, decelerationRate,
                                                RunLoop::main().clock().now()));
     if (auto delegate = delegate_.lock())
@@ -157,6 +159,46 @@ CGVector UIScrollView::scrollOutwards(CGVector delta)
     return delta;
 }
 
+// The page that a throw goes to; the nearest one without speed. True when there is a way to go.
+bool UIScrollView::settleOnPage(CGPoint speed)
+{
+    auto offset = contentOffset();
+    auto nearest = [](CGFloat place, CGFloat length, CGFloat thrown) {
+        if (!(length > 0))
+            return place;
+        auto page = place / length;
+        // A finger that moves left throws to what is on the right.
+        return length * (thrown < 0 ? std::ceil(page) : thrown > 0 ? std::floor(page) : std::round(page));
+    };
+    auto target = clampedOffset(
+        {nearest(offset.x, bounds().width(), speed.x), nearest(offset.y, bounds().height(), speed.y)});
+    if (target == offset)
+        return false;
+    setContentOffset(target, Animated::yes);
+    return true;
+}
+
+// One page for a notch, and for as many as come while it turns.
+bool UIScrollView::turnPage(CGVector way)
+{
+    auto axis = std::abs(way.dx) > std::abs(way.dy) ? UILayoutAxis::horizontal : UILayoutAxis::vertical;
+    // A wheel has one axis: it turns pages that lie side by side too.
+    auto step = axis == UILayoutAxis::horizontal ? way.dx : way.dy;
+    if (axis == UILayoutAxis::vertical && !(indicatorState(axis).visibleFraction < 1))
+        axis = UILayoutAxis::horizontal;
+    if (motion_)
+        return canScroll(axis, step);
+    return scrollByPages(step < 0 ? -1 : 1, axis);
+}
+
+// A touchpad does not say when the fingers leave.
+void UIScrollView::settleLater()
+{
+    constexpr auto rest = std::chrono::milliseconds(120);
+    auto& loop = RunLoop::main();
+    settling_ = loop.schedule(loop.clock().now() + rest, [this] { settleOnPage({}); });
+}
+
 bool UIScrollView::scrollWheel(const UIScrollWheel& wheel)
 {
     assertOnMainThread();
@@ -166,6 +208,8 @@ bool UIScrollView::scrollWheel(const UIScrollWheel& wheel)
     if (!isNumber || !isScrollEnabled_ || wheel.modifiers.contains(UIKeyModifierFlags::control))
         return UIView::scrollWheel(wheel);
     auto self = weak_from_this().lock();
+    if (isPagingEnabled_ && !wheel.isPrecise)
+        return turnPage(way) || UIView::scrollWheel(wheel);
     CGVector mine{canScroll(UILayoutAxis::horizontal, way.dx) ? way.dx : 0,
                   canScroll(UILayoutAxis::vertical, way.dy) ? way.dy : 0};
     CGVector rest{way.dx - mine.dx, way.dy - mine.dy};
@@ -173,6 +217,8 @@ bool UIScrollView::scrollWheel(const UIScrollWheel& wheel)
     if (isUsed && (wheel.isPrecise || !allowsMotion())) {
         stopScrolling();
         auto unused = scrollBy(mine);
+        if (isPagingEnabled_)
+            settleLater();
         rest = {rest.dx + unused.dx, rest.dy + unused.dy};
     } else if (isUsed) {
         auto now = RunLoop::main().clock().now();
@@ -193,12 +239,16 @@ CGFloat UIScrollView::pageStep(UILayoutAxis axis) const
     auto inset = adjustedContentInset();
     auto seen = axis == UILayoutAxis::vertical ? bounds().height() - inset.top - inset.bottom
                                                : bounds().width() - inset.left - inset.right;
+    if (isPagingEnabled_)
+        return seen;
     return std::max(seen - 2 * lineStep, seen / 2);
 }
 
 bool UIScrollView::scrollByLines(double lines, UILayoutAxis axis)
 {
     assertOnMainThread();
+    if (isPagingEnabled_)
+        return scrollByPages(lines < 0 ? -1 : 1, axis);
     auto way = lines * lineStep;
     if (!std::isfinite(way) || !canScroll(axis, way))
         return false;
@@ -263,6 +313,11 @@ bool UIScrollView::scrollByKey(const UIPress& press)
     default:
         return false;
     }
+}
+
+bool UIScrollView::performKeyEquivalent(const UIPress& press)
+{
+    return isScrollEnabled_ && scrollByKey(press);
 }
 
 bool UIScrollView::pressesBegan(const UIPress& press)

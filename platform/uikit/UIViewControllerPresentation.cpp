@@ -5,7 +5,9 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Logger.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/uikit/UIPopoverPresentationController.h"
 #include "platform/uikit/UIPresentationController.h"
+#include "platform/uikit/UISheetPresentationController.h"
 #include "platform/uikit/UIView.h"
 #include "platform/uikit/UIViewControllerAncestry_p.h"
 #include "platform/uikit/UIWindow.h"
@@ -114,8 +116,20 @@ void UIViewController::setModalTransitionStyle(UIModalTransitionStyle style)
 std::shared_ptr<UIPresentationController>
 UIViewController::makePresentationController(const std::shared_ptr<UIViewController>& presenting)
 {
-    return std::make_shared<UIPresentationController>(
-        std::static_pointer_cast<UIViewController>(shared_from_this()), presenting);
+    auto self = std::static_pointer_cast<UIViewController>(shared_from_this());
+    switch (modalPresentationStyle_) {
+    case UIModalPresentationStyle::automatic:
+    case UIModalPresentationStyle::pageSheet:
+    case UIModalPresentationStyle::formSheet:
+        return std::make_shared<UISheetPresentationController>(self, presenting);
+    case UIModalPresentationStyle::popover:
+        return std::make_shared<UIPopoverPresentationController>(self, presenting);
+    case UIModalPresentationStyle::fullScreen:
+    case UIModalPresentationStyle::overFullScreen:
+    case UIModalPresentationStyle::none:
+        break;
+    }
+    return std::make_shared<UIPresentationController>(self, presenting);
 }
 
 bool UIViewController::isAppearanceHeld() const

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/swiftui/EnvironmentValues.h"
+#include "platform/swiftui/LazyRows.h"
+#include "platform/swiftui/PlatformViewNode.h"
+#include "platform/swiftui/RowHeights.h"
+#include "platform/swiftui/ViewContainer.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace platform {
+
+class ListRowNode;
+class UIScrollView;
+
+enum class ListStyle {
+    automatic,    // plain for lists, inset groups for forms
+    plain,        // from edge to edge
+    grouped,      // the same in groups on a grey ground
+    insetGrouped, // groups as cards with a margin
+    inset,        // plain with a margin, without a ground
+    sidebar,      // the same, for the side of a window
+};
+struct ListStyleKey : environment_keys::Key<ListStyle, ListStyle::automatic> { };
+
+enum class ListKind { list, form };
+
+// The node of lists, without the types of their rows. Its platform view is a UITableView or, on systems from 16 on, a
+// UICollectionView, with a cell for each row that exists.
+//
+// A layout begins at a row that stays where it is on screen, the anchor: the first that was in sight. From there rows are
+// made and measured in both directions until the view and a margin are full; the others go. Then the offset follows from
+// the heights as they are known now.
+class LazyListNode : public PlatformViewNode, public ViewContainer {
+public:
+    LazyListNode(const NodeContext& context, ListKind kind, RowSources rows);
+    ~LazyListNode() override;
+
+    void forEachChild(const std::function<void(ViewNode&)>& visit) const override;
+    void appendContents(std::vector<std::shared_ptr<UIView>>& views) const override;
+    UIView& containerView() const override { return *contentView_; }
+    void refresh() override;
+    const std::shared_ptr<UIScrollView>& scrollView() const { return scrollView_; }
+
+protected:
+    void setRows(RowSources rows);
+    CGSize measure(const ProposedSize& proposal) override;
+    void arrange(CGRect rect, const ProposedSize& proposal) override;
+
+private:
+    struct Anchor {
+        std::size_t row = 0;
+        CGFloat screenY = 0; // of the row's top, from the top of the view
+    };
+    struct Place { // of a row in the runs
+        std::size_t run;
+        std::size_t index;
+    };
+    NodeContext contentContext();
+    void readEnvironment();
+    void countRows();
+    Place placeOf(std::size_t row) const;
+    static bool hasSameRows(const RowSources& a, const RowSources& b);
+    // For mounted rows of former sources, by their former numbers, in order: the numbers now.
+    std::vector<std::optional<std::size_t>> follow(const RowSources& former,
+                                                   const std::vector<std::size_t>& formerStarts) const;
+    Anchor anchorInSight(CGFloat height);
+    CGFloat measureRow(std::size_t row);
+    struct RowRange {
+        std::size_t first = 0;
+        std::size_t end = 0;
+    };
+    RowRange fill(const Anchor& anchor, CGFloat height);
+    CGFloat reach(Anchor anchor, CGFloat height); // gives the offset
+    void placeRows();
+    CGFloat endGap() const;
+
+    // fixed after construction
+    const ListKind kind_;
+    std::shared_ptr<UIScrollView> scrollView_;
+    std::shared_ptr<UIView> contentView_; // apart from the indicators, which are the scroll view's own
+    // main thread only
+    RowSources rows_;
+    std::vector<std::size_t> starts_; // of each run, and the count of all rows
+    RowHeights heights_;
+    std::map<std::size_t, std::unique_ptr<ListRowNode>> mounted_;
+    std::optional<Anchor> anchor_; // that a change of the rows has left in sight
+    ListStyle style_ = ListStyle::plain;
+    CGFloat width_ = -1; // that the heights are for
+    bool isRightToLeft_ = false;
+    bool isArranging_ = false;
+    bool hasEstimate_ = false;
+    RowRange wanted_; // of the rows that the last layout needed
+};
+
+} // namespace platform

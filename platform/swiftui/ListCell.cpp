@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "platform/swiftui/ListCell.h"
+
+#include "platform/foundation/ProcessInfo.h"
+#include "platform/graphics/CGContext.h"
+#include "platform/uikit/UICollectionViewCell.h"
+#include "platform/uikit/UIControl.h"
+#include "platform/uikit/UITableViewCell.h"
+
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+
+constexpr CGFloat cardRadius = 10;
+
+// The controls below `view`, but none inside of another.
+void collectControls(const UIView& view, std::vector<std::shared_ptr<UIControl>>& controls)
+{
+    for (const auto& subview : view.subviews()) {
+        if (auto control = std::dynamic_pointer_cast<UIControl>(subview))
+            controls.push_back(control);
+        else
+            collectControls(*subview, controls);
+    }
+}
+
+bool isPressable(const UIControl& control)
+{
+    auto role = control.accessibilityNow().role;
+    return control.isEnabled() && !control.isHidden()
+        && (role == AccessibilityRole::button || role == AccessibilityRole::link);
+}
+
+template <class Base>
+class Cell final : public Base, public ListCell {
+public:
+    void setLook(const ListCellLook& look) override
+    {
+        if (look == look_)
+            return;
+        look_ = look;
+        this->setNeedsDisplay();
+    }
+    void setPosition(std::size_t row, std::size_t count) override
+    {
+        auto& properties = this->accessibility();
+        properties.role = AccessibilityRole::listItem;
+        properties.isReadOnly = true;
+        properties.range = AccessibilityRange{.minimum = 1,
+                                              .maximum = static_cast<double>(count),
+                                              .value = static_cast<double>(row + 1),
+                                              .step = 1};
+    }
+    // All of the row belongs to its button or link.
+    std::shared_ptr<UIView> hitTest(CGPoint point) override
+    {
+        auto hit = Base::hitTest(point);
+        if (hit.get() != this)
+            return hit;
+        std::vector<std::shared_ptr<UIControl>> controls;
+        collectControls(*this, controls);
+        if (controls.size() != 1 || !isPressable(*controls.front()))
+            return hit;
+        return controls.front();
+    }
+    void draw(CGContext& context, CGRect) override
+    {
+        auto area = this->bounds().insetBy(look_.sideMargin, 0);
+        if (area.isEmpty())
+            return;
+        if (look_.ground) {
+            if (look_.corners != UIRectCorner::none)
+                context.fill(UIBezierPath::roundedRect(area, cardRadius, look_.corners), *look_.ground);
+            else
+                context.fill(area, *look_.ground);
+        }
+        if (!look_.hasSeparator)
+            return;
+        auto hair = 1 / std::max(context.scale(), 1.0);
+        auto isRightToLeft =
+            this->effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+        auto width = std::max(area.width() - look_.separatorInset, 0.0);
+        context.fill(
+            CGRect::make(isRightToLeft ? area.minX() : area.maxX() - width, area.maxY() - hair, width, hair),
+            UIColor::separator());
+    }
+
+private:
+    ListCellLook look_;
+};
+
+} // namespace
+
+std::shared_ptr<UIView> ListCell::make()
+{
+    if (ProcessInfo::processInfo().isOperatingSystemAtLeast({16, 0, 0}))
+        return std::make_shared<Cell<UICollectionViewCell>>();
+    return std::make_shared<Cell<UITableViewCell>>();
+}
+
+ListCell& ListCell::of(UIView& cell)
+{
+    return dynamic_cast<ListCell&>(cell);
+}
+
+} // namespace platform
