@@ -9,6 +9,8 @@
 
 namespace zelk {
 
+using platform::operator|; // for who pipes a view of its own into a modifier of this namespace
+
 struct ShimmeringOptions {
     bool active = true;
     platform::Animation animation = Shimmer::defaultAnimation();

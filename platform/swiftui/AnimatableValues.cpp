@@ -10,11 +10,13 @@
 
 namespace platform {
 
-AnimatableValues::AnimatableValues(std::vector<double> values, std::function<void()> handleChange)
+AnimatableValues::AnimatableValues(std::vector<double> values, std::function<void()> handleChange,
+                                   Frames frames)
     : start_(values)
     , target_(values)
     , presentation_(std::move(values))
     , handleChange_(std::move(handleChange))
+    , pace_(frames)
 {
 }
 
@@ -31,6 +33,7 @@ void AnimatableValues::set(std::vector<double> values)
     auto* timing = UIView::currentAnimation();
     if (!timing || values.size() != presentation_.size()) {
         frames_.cancel();
+        isMoving_ = false;
         start_ = target_ = presentation_ = std::move(values);
         handleChange_();
         return;
@@ -38,7 +41,9 @@ void AnimatableValues::set(std::vector<double> values)
     // A movement that is interrupted hands its speed on.
     auto now = RunLoop::main().clock().now();
     std::vector<double> speed(values.size(), 0);
-    if (frames_) {
+    if (isMoving_) {
+        if (!frames_)
+            moveTo(now);
         auto rest = timing_.sample(elapsed(now)).velocity;
         auto pushed = timing_.sample(elapsed(now), 1).velocity - rest;
         for (std::size_t i = 0; i < speed.size(); ++i)
@@ -49,14 +54,44 @@ void AnimatableValues::set(std::vector<double> values)
     speed_ = std::move(speed);
     timing_ = *timing;
     began_ = now;
+    isMoving_ = true;
+    requestFrames();
+}
+
+void AnimatableValues::requestFrames()
+{
+    isDrawn_ = true; // what comes next is seen at least once
     if (!frames_)
         frames_ = DisplayLink::shared().request([this](Instant frameTime) { step(frameTime); });
 }
 
+const std::vector<double>& AnimatableValues::drawn()
+{
+    isDrawn_ = true;
+    if (isMoving_ && !frames_) {
+        moveTo(RunLoop::main().clock().now());
+        if (isMoving_)
+            requestFrames();
+    }
+    return presentation_;
+}
+
 void AnimatableValues::step(Instant frameTime)
 {
-    auto rest = timing_.sample(elapsed(frameTime));
-    auto pushed = timing_.sample(elapsed(frameTime), 1);
+    if (pace_ == Frames::whileDrawn && !std::exchange(isDrawn_, false)) {
+        frames_.cancel();
+        return;
+    }
+    moveTo(frameTime);
+    if (!isMoving_)
+        frames_.cancel();
+    handleChange_();
+}
+
+void AnimatableValues::moveTo(Instant time)
+{
+    auto rest = timing_.sample(elapsed(time));
+    auto pushed = timing_.sample(elapsed(time), 1);
     // A spring is linear in its first speed: what a unit of it adds is the same for each number.
     for (std::size_t i = 0; i < presentation_.size(); ++i)
         presentation_[i] = start_[i] + (target_[i] - start_[i]) * rest.progress
@@ -64,9 +99,8 @@ void AnimatableValues::step(Instant frameTime)
     if (rest.isFinished && pushed.isFinished) {
         // A movement that ends where it began, by cycles that run backwards, jumps to what was set, as on the platform.
         presentation_ = target_;
-        frames_.cancel();
+        isMoving_ = false;
     }
-    handleChange_();
 }
 
 } // namespace platform

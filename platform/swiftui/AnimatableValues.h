@@ -14,8 +14,13 @@ namespace platform {
 // animated. Main thread only.
 class AnimatableValues {
 public:
+    // Numbers that only drawing shows need no frames while nobody draws: hidden, covered or off the screen they move on
+    // unseen, and `drawn` finds them where they are by then.
+    enum class Frames { always, whileDrawn };
+
     // `handleChange` is called at each frame while the numbers move.
-    AnimatableValues(std::vector<double> values, std::function<void()> handleChange);
+    AnimatableValues(std::vector<double> values, std::function<void()> handleChange,
+                     Frames frames = Frames::always);
     AnimatableValues(const AnimatableValues&) = delete; // a frame callback holds its address
     AnimatableValues& operator=(const AnimatableValues&) = delete;
 
@@ -23,10 +28,14 @@ public:
     void set(std::vector<double> values);
     const std::vector<double>& values() const { return target_; }
     const std::vector<double>& presentation() const { return presentation_; }
-    bool isMoving() const { return bool(frames_); }
+    // The same, for drawing them now, which keeps the frames coming.
+    const std::vector<double>& drawn();
+    bool isMoving() const { return isMoving_; }
 
 private:
     void step(Instant frameTime);
+    void moveTo(Instant time);
+    void requestFrames();
     double elapsed(Instant now) const;
 
     std::vector<double> start_, target_, presentation_;
@@ -35,6 +44,9 @@ private:
     AnimationTiming timing_;
     Instant began_{};
     Token frames_;
+    const Frames pace_;
+    bool isMoving_ = false;
+    bool isDrawn_ = false; // since the last frame
 };
 
 } // namespace platform

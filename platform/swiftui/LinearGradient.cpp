@@ -43,7 +43,7 @@ public:
     {
         if (!node_ || node_->record_.stops.empty())
             return;
-        auto& places = node_->places_.presentation();
+        auto& places = node_->places_.drawn();
         auto stops = node_->record_.stops;
         for (std::size_t i = 0; i < stops.size(); ++i)
             stops[i].location = places[4 + i];
@@ -61,7 +61,8 @@ LinearGradient::Node::Node(const NodeContext& context, const LinearGradient& vie
     : PlatformViewNode(context)
     , gradientView_(std::make_shared<GradientView>(*this))
     , record_(view)
-    , places_(placesOf(view), [this] { gradientView_->setNeedsDisplay(); })
+    , places_(
+          placesOf(view), [this] { gradientView_->setNeedsDisplay(); }, AnimatableValues::Frames::whileDrawn)
 {
     setPlatformView(gradientView_);
 }

@@ -73,6 +73,32 @@ void ClipShapeNode::arrange(CGRect rect, const ProposedSize& proposal)
         resize();
 }
 
+// --- Shadow ----------------------------------------------------------------------------------------
+
+ShadowModifier::Node::Node(const NodeContext& context, const ShadowModifier& modifier)
+    : GroupNode(context)
+    , shadow_(modifier.shadow)
+    , numbers_({shadow_.radius, shadow_.offset.width, shadow_.offset.height}, [this] { show(); })
+{
+    show();
+}
+
+void ShadowModifier::Node::updateModifier(const ShadowModifier& modifier)
+{
+    shadow_ = modifier.shadow;
+    numbers_.set({shadow_.radius, shadow_.offset.width, shadow_.offset.height});
+    show();
+}
+
+void ShadowModifier::Node::show()
+{
+    auto& numbers = numbers_.presentation();
+    auto now = shadow_;
+    now.radius = numbers[0];
+    now.offset = {numbers[1], numbers[2]};
+    group().setShadow(now);
+}
+
 // --- Transforms ------------------------------------------------------------------------------------
 
 TransformNode::TransformNode(const NodeContext& context, std::vector<double> numbers, UnitPoint anchor)

@@ -6,6 +6,7 @@
 #include "platform/swiftui/AnimatableValues.h"
 #include "platform/swiftui/GroupNode.h"
 #include "platform/swiftui/UnitPoint.h"
+#include "platform/uikit/UIViewShadow.h"
 
 #include <functional>
 #include <memory>
@@ -113,6 +114,42 @@ template <HasOutline S>
 auto clipShape(S shape)
 {
     return ClipShapeModifier<S>{std::move(shape)};
+}
+
+// --- Shadow ----------------------------------------------------------------------------------------
+
+// A shadow behind the outline of all that the content shows. Radius and offset move when they change in an animation.
+struct ShadowModifier {
+    UIViewShadow shadow;
+    class Node;
+    bool operator==(const ShadowModifier&) const = default;
+};
+
+class ShadowModifier::Node : public GroupNode {
+public:
+    Node(const NodeContext& context, const ShadowModifier& modifier);
+
+protected:
+    void updateModifier(const ShadowModifier& modifier);
+
+private:
+    void show();
+    UIViewShadow shadow_;
+    AnimatableValues numbers_; // radius, offset
+};
+
+struct ShadowOptions {
+    UIColor color = UIColor::gray(0, 0.33);
+    CGFloat radius = 3; // of the blur's deviation, points; at most 100 counts
+    CGFloat x = 0;      // points to the right
+    CGFloat y = 0;      // and down
+};
+inline auto shadow(ShadowOptions options = {})
+{
+    return ShadowModifier{{.color = std::move(options.color),
+                           .opacity = 1,
+                           .radius = options.radius,
+                           .offset = {options.x, options.y}}};
 }
 
 // --- Transforms ------------------------------------------------------------------------------------

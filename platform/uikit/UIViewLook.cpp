@@ -8,6 +8,7 @@
 #include "platform/uikit/UIWindow.h"
 #include "platform/uikit/ViewAnimator.h"
 #include "platform/uikit/ViewLayout.h"
+#include "platform/uikit/shadowBounds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -199,6 +200,8 @@ void UIView::markDirty(CGRect rect)
             return;
         if (view->clipsToBounds_)
             rect = rect.intersection(view->presentationBounds());
+        if (view->shadow_)
+            rect = withShadow(rect, *view->shadow_);
         if (view == window_) {
             window_->addDirty(rect);
             return;
@@ -211,13 +214,13 @@ void UIView::markDirty(CGRect rect)
 CGRect UIView::visualBounds() const
 {
     auto result = presentationBounds();
-    if (clipsToBounds_)
-        return result;
-    for (const auto& subview : subviews_) {
-        if (!subview->isHidden_)
-            result = result.unionWith(subview->mapToSuperview().apply(subview->visualBounds()));
+    if (!clipsToBounds_) {
+        for (const auto& subview : subviews_) {
+            if (!subview->isHidden_)
+                result = result.unionWith(subview->mapToSuperview().apply(subview->visualBounds()));
+        }
     }
-    return result;
+    return shadow_ ? withShadow(result, *shadow_) : result;
 }
 
 } // namespace platform

@@ -4,7 +4,10 @@
 #include "platform/graphics/CurrentAppearance.h"
 #include "platform/graphics/UIBezierPath.h"
 #include "platform/uikit/PaintOrder.h"
+#include "platform/uikit/shadowBounds.h"
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace platform {
@@ -24,7 +27,7 @@ void ViewPainter::paintInSuperview(UIView& view, CGRect dirty)
     if (map.determinant() == 0)
         return; // seen from its edge
     auto ownDirty = map.inverted().apply(dirty);
-    if (view.clipsToBounds_ && !view.presentationBounds().intersects(ownDirty))
+    if (view.clipsToBounds_ && !view.visualBounds().intersects(ownDirty))
         return;
     CGContextState state(context_);
     context_.concat(map);
@@ -40,6 +43,7 @@ void ViewPainter::paintGroup(UIView& view, CGRect dirty)
     if (context_.appearance() != view.traits_.colorAppearance())
         context_.setAppearance(view.traits_.colorAppearance());
     if (alpha == 1 && !view.mask_) {
+        paintShadow(view, dirty);
         paintContent(view, dirty);
         return;
     }
@@ -49,12 +53,58 @@ void ViewPainter::paintGroup(UIView& view, CGRect dirty)
     if (bounds.isEmpty())
         return;
     context_.beginLayer(bounds, alpha);
+    paintShadow(view, bounds);
     paintContent(view, bounds);
     if (view.mask_) {
         context_.maskLayer(
             [&](CGContext& context) { ViewPainter(context).paintInSuperview(*view.mask_, bounds); });
     }
     context_.endLayer();
+}
+
+void ViewPainter::paintShadow(UIView& view, CGRect dirty)
+{
+    if (!view.shadow_ || isOutline_)
+        return;
+    auto& shadow = *view.shadow_;
+    auto color = shadow.color.resolved(context_.appearance());
+    auto alpha = color.components().alpha * (shadow.opacity > 0 ? std::min(shadow.opacity, 1.0) : 0);
+    auto [right, down] = shadow.offset;
+    if (!(alpha > 0) || !std::isfinite(right) || !std::isfinite(down))
+        return;
+    CGContextState state(context_);
+    context_.translate(right, down);
+    auto radius = usableRadius(shadow);
+    auto bounds = view.presentationBounds();
+    auto background = view.presentationBackgroundColor();
+    auto content = bounds;
+    if (!view.clipsToBounds_) {
+        for (const auto& subview : view.subviews_) {
+            if (!subview->isHidden_)
+                content = content.unionWith(subview->mapToSuperview().apply(subview->visualBounds()));
+        }
+    }
+    auto isOpaque =
+        background && background->components(context_.appearance()).alpha >= 1 && !background->patternImage();
+    if (isOpaque && bounds.contains(content)) {
+        auto corner = view.presentationCornerRadius();
+        drawShadow(context_,
+                   RectShadow{.rect = bounds,
+                              .cornerRadius = corner,
+                              .corners = view.maskedCorners_,
+                              .deviation = radius,
+                              .color = color.withAlphaComponent(alpha),
+                              .hidden = bounds.insetBy(corner, corner).offsetBy(-right, -down)});
+        return;
+    }
+    auto reach = shadowReach(radius);
+    auto seen = dirty.offsetBy(-right, -down).insetBy(-reach, -reach).intersection(content);
+    drawShadow(context_, OutlineShadow{content, radius, color.withAlphaComponent(alpha)},
+               [&](CGContext& context) {
+                   ViewPainter outline(context);
+                   outline.isOutline_ = true;
+                   outline.paintContent(view, seen);
+               });
 }
 
 void ViewPainter::paintContent(UIView& view, CGRect dirty)

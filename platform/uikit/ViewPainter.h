@@ -23,9 +23,11 @@ private:
     void paintInSuperview(UIView& view, CGRect dirty);
     void paintGroup(UIView& view, CGRect dirty);
     void paintContent(UIView& view, CGRect dirty);
+    void paintShadow(UIView& view, CGRect dirty);
     bool covers(const UIView& view, CGRect dirty) const;
 
     CGContext& context_;
+    bool isOutline_ = false; // of a shadow: what is painted throws none of its own
 };
 
 } // namespace platform
