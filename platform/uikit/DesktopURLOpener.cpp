@@ -2,6 +2,7 @@
 #include "platform/uikit/DesktopURLOpener.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/DesktopURLOpenerHandlers_p.h"
 #include "platform/uikit/OpenURIPortal_p.h"
 #include "platform/uikit/SettingsPortal_p.h"
 #include "platform/uikit/SpawnedProgram.h"
@@ -11,95 +12,59 @@
 #include <QtGui/QGuiApplication>
 
 #include <array>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <optional>
+#include <utility>
 
 namespace platform {
 
 namespace {
 
 struct SettingsProgram {
-    std::string_view desktop; // as XDG_CURRENT_DESKTOP names it
-    std::string_view program;
+    std::string_view desktop;       // as XDG_CURRENT_DESKTOP names it
+    std::string_view program;       // of all settings
+    std::string_view notifications; // the command of that page, words parted by spaces; empty: there is none
 };
 
 // Where one desktop has had several, the present one comes first.
 constexpr std::array settingsPrograms{
-    SettingsProgram{"GNOME", "gnome-control-center"},
-    SettingsProgram{"KDE", "systemsettings"},
-    SettingsProgram{"KDE", "systemsettings5"},
-    SettingsProgram{"XFCE", "xfce4-settings-manager"},
-    SettingsProgram{"MATE", "mate-control-center"},
-    SettingsProgram{"X-Cinnamon", "cinnamon-settings"},
-    SettingsProgram{"Unity", "unity-control-center"},
-    SettingsProgram{"Budgie", "budgie-control-center"},
-    SettingsProgram{"LXQt", "lxqt-config"},
-    SettingsProgram{"COSMIC", "cosmic-settings"},
-    SettingsProgram{"Pantheon", "io.elementary.settings"},
+    SettingsProgram{"GNOME", "gnome-control-center", "gnome-control-center notifications"},
+    SettingsProgram{"KDE", "systemsettings", "systemsettings kcm_notifications"},
+    SettingsProgram{"KDE", "systemsettings5", "systemsettings5 kcm_notifications"},
+    SettingsProgram{"XFCE", "xfce4-settings-manager", "xfce4-notifyd-config"},
+    SettingsProgram{"MATE", "mate-control-center", "mate-notification-properties"},
+    SettingsProgram{"X-Cinnamon", "cinnamon-settings", "cinnamon-settings notifications"},
+    SettingsProgram{"Unity", "unity-control-center", ""},
+    SettingsProgram{"Budgie", "budgie-control-center", "budgie-control-center notifications"},
+    SettingsProgram{"LXQt", "lxqt-config", "lxqt-config-notificationd"},
+    SettingsProgram{"COSMIC", "cosmic-settings", "cosmic-settings notifications"},
+    SettingsProgram{"Pantheon", "io.elementary.settings", ""},
 };
 
-std::string variable(const char* name, std::string_view otherwise = {})
+// The command of that page in one of them; empty when it is not installed.
+std::vector<std::string> commandOf(const SettingsProgram& known, DesktopURLOpener::SettingsPage page)
 {
-    const char* value = std::getenv(name);
-    return value && *value ? std::string(value) : std::string(otherwise);
-}
-
-std::vector<std::string> split(std::string_view list, char separator)
-{
-    std::vector<std::string> parts;
-    while (!list.empty()) {
-        auto end = list.find(separator);
-        if (end != 0)
-            parts.emplace_back(list.substr(0, end));
-        list.remove_prefix(end == list.npos ? list.size() : end + 1);
-    }
-    return parts;
-}
-
-std::vector<std::string> commandOf(std::string_view program)
-{
-    std::vector<std::string> command{std::string(program)};
+    auto isGeneral = page == DesktopURLOpener::SettingsPage::application;
+    auto command = splitList(isGeneral ? known.program : known.notifications, ' ');
+    if (command.empty() || !SpawnedProgram::isInstalled(command.front()))
+        return {};
     // This one has a page for each application.
     auto identifier = QGuiApplication::desktopFileName().toStdString();
-    if (program == "gnome-control-center" && !identifier.empty()) {
+    if (isGeneral && known.program == "gnome-control-center" && !identifier.empty()) {
         command.emplace_back("applications");
         command.push_back(identifier);
     }
     return command;
 }
 
-// The files that name a program for a kind of content, and the folders of desktop entries that do.
-std::vector<std::filesystem::path> handlerLists()
+// The page that a URL names, if it is one of settings.
+std::optional<DesktopURLOpener::SettingsPage> settingsPageOf(const URL& url)
 {
-    auto home = variable("HOME");
-    auto configHome = variable("XDG_CONFIG_HOME", home + "/.config");
-    auto dataHome = variable("XDG_DATA_HOME", home + "/.local/share");
-    std::vector<std::filesystem::path> files{std::filesystem::path(configHome) / "mimeapps.list"};
-    for (const auto& folder : split(variable("XDG_CONFIG_DIRS", "/etc/xdg"), ':'))
-        files.push_back(std::filesystem::path(folder) / "mimeapps.list");
-    auto dataFolders = split(variable("XDG_DATA_DIRS", "/usr/local/share:/usr/share"), ':');
-    dataFolders.insert(dataFolders.begin(), dataHome);
-    for (const auto& folder : dataFolders) {
-        for (const auto* name : {"mimeapps.list", "mimeinfo.cache"})
-            files.push_back(std::filesystem::path(folder) / "applications" / name);
-    }
-    return files;
-}
-
-// Whether the file gives `key` a value in a group other than that of removed associations.
-bool names(const std::filesystem::path& file, std::string_view key)
-{
-    std::ifstream lines(file);
-    auto isRemoval = false;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with('['))
-            isRemoval = line.starts_with("[Removed");
-        else if (!isRemoval && line.starts_with(key) && line.size() > key.size() + 1
-                 && line[key.size()] == '=')
-            return true;
-    }
-    return false;
+    if (url.absoluteString() == UIApplication::openSettingsURLString)
+        return DesktopURLOpener::SettingsPage::application;
+    if (url.absoluteString() == DesktopURLOpener::openNotificationSettingsURLString)
+        return DesktopURLOpener::SettingsPage::notifications;
+    return std::nullopt;
 }
 
 void complete(std::function<void(bool)> completion, bool didOpen)
@@ -117,45 +82,37 @@ void openByCommand(const std::string& url, std::function<void(bool)> completion)
 bool isSandboxed()
 {
     std::error_code ignored; // what cannot be looked at is not there
-    return std::filesystem::exists("/.flatpak-info", ignored) || !variable("SNAP").empty();
-}
-
-bool isSettings(const URL& url)
-{
-    return url.absoluteString() == UIApplication::openSettingsURLString;
+    return std::filesystem::exists("/.flatpak-info", ignored) || !environmentVariable("SNAP").empty();
 }
 
 } // namespace
 
-std::vector<std::string> DesktopURLOpener::settingsCommand()
+std::vector<std::string> DesktopURLOpener::settingsCommand(SettingsPage page)
 {
-    for (const auto& desktop : split(variable("XDG_CURRENT_DESKTOP"), ':')) {
+    for (const auto& desktop : splitList(environmentVariable("XDG_CURRENT_DESKTOP"), ':')) {
         for (const auto& known : settingsPrograms) {
-            if (known.desktop == desktop && SpawnedProgram::isInstalled(known.program))
-                return commandOf(known.program);
+            if (known.desktop != desktop)
+                continue;
+            if (auto command = commandOf(known, page); !command.empty())
+                return command;
         }
     }
     for (const auto& known : settingsPrograms) {
-        if (SpawnedProgram::isInstalled(known.program))
-            return commandOf(known.program);
+        if (auto command = commandOf(known, page); !command.empty())
+            return command;
     }
     return {};
 }
 
 bool DesktopURLOpener::hasHandler(std::string_view scheme)
 {
-    auto key = "x-scheme-handler/" + std::string(scheme);
-    for (const auto& file : handlerLists()) {
-        if (names(file, key))
-            return true;
-    }
-    return false;
+    return !scheme.empty() && desktopHasHandler("x-scheme-handler/" + std::string(scheme));
 }
 
 bool DesktopURLOpener::canOpen(const URL& url) const
 {
-    if (isSettings(url))
-        return !settingsCommand().empty();
+    if (auto page = settingsPageOf(url))
+        return !settingsCommand(*page).empty();
     if (url.isFileURL()) {
         std::error_code ignored;
         return std::filesystem::exists(url.path(), ignored);
@@ -166,8 +123,8 @@ bool DesktopURLOpener::canOpen(const URL& url) const
 void DesktopURLOpener::open(const URL& url, std::function<void(bool)> completion)
 {
     assertOnMainThread();
-    if (isSettings(url)) {
-        auto command = settingsCommand();
+    if (auto page = settingsPageOf(url)) {
+        auto command = settingsCommand(*page);
         if (command.empty())
             return complete(std::move(completion), false);
         return SpawnedProgram::start(std::move(command), std::move(completion));

@@ -117,19 +117,78 @@ TEST(DesktopURLOpener, finds_the_settings_of_the_desktop_that_runs)
     }
 }
 
+TEST(DesktopURLOpener, opens_the_page_of_notifications_where_there_is_one)
+{
+    struct Case {
+        std::string desktop, installed;
+        std::vector<std::string> command;
+    };
+    const Case cases[] = {
+        {"GNOME", "gnome-control-center", {"gnome-control-center", "notifications"}},
+        {"XFCE", "xfce4-notifyd-config", {"xfce4-notifyd-config"}},
+        {"XFCE", "xfce4-settings-manager", {}},
+        {"Unity", "unity-control-center", {}},
+        {"sway", "systemsettings", {"systemsettings", "kcm_notifications"}},
+    };
+    const auto url = *URL::parse(DesktopURLOpener::openNotificationSettingsURLString);
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.installed);
+        tests::TemporaryDirectory folder;
+        Environment environment({{"PATH", folder.path("bin")}, {"XDG_CURRENT_DESKTOP", test.desktop}});
+        makeProgram(folder, "bin/" + test.installed,
+                    "#!/bin/sh\nprintf '%s ' \"${0##*/}\" \"$@\" > '" + folder.path("ran") + "'\n");
+        EXPECT_EQ(DesktopURLOpener::settingsCommand(DesktopURLOpener::SettingsPage::notifications),
+                  test.command);
+        EXPECT_EQ(DesktopURLOpener().canOpen(url), !test.command.empty());
+        EXPECT_EQ(open(url.absoluteString()), !test.command.empty());
+        std::string ran;
+        for (const auto& word : test.command)
+            ran += word + " ";
+        EXPECT_EQ(folder.read("ran"), ran);
+    }
+}
+
 TEST(DesktopURLOpener, knows_what_the_desktop_has_programs_for)
 {
     tests::TemporaryDirectory folder;
-    Environment environment({{"XDG_CONFIG_HOME", folder.path("config")},
+    Environment environment({{"PATH", folder.path("bin")},
+                             {"XDG_CURRENT_DESKTOP", "Shell:Fine"},
+                             {"XDG_CONFIG_HOME", folder.path("config")},
                              {"XDG_CONFIG_DIRS", folder.path("etc")},
                              {"XDG_DATA_HOME", folder.path("data")},
                              {"XDG_DATA_DIRS", folder.path("one") + ":" + folder.path("two")}});
+    makeProgram(folder, "bin/viewer", "#!/bin/sh\n");
+    auto entry = [&](const std::string& place, const std::string& lines) {
+        folder.write(place + ".desktop",
+                     "[Desktop Entry]\nType=Application\n" + lines + "\n[Other]\nExec=none\n");
+    };
+    entry("one/applications/good", "Exec=viewer --open %U");
+    entry("data/applications/kde/deep", "Exec = \"" + folder.path("bin/viewer") + "\" %u");
+    entry("one/applications/missing", "Exec=not-installed %u");
+    entry("one/applications/tried", "Exec=viewer\nTryExec=not-installed");
+    entry("one/applications/hidden", "Exec=viewer\nHidden=true");
+    entry("two/applications/bus", "DBusActivatable=true");
+    entry("two/applications/idle", "Name=Nothing to run");
+    folder.write("config/fine-mimeapps.list",
+                 "[Default Applications]\nx-scheme-handler/desktops=good.desktop\n");
     folder.write("config/mimeapps.list",
-                 "[Removed Associations]\nx-scheme-handler/gone=a.desktop\n[Default Applications]\n"
-                 "x-scheme-handler/mine=b.desktop\nx-scheme-handler/empty=\nx-scheme-handler/no value\n");
-    folder.write("two/applications/mimeinfo.cache", "[MIME Cache]\nx-scheme-handler/theirs=c.desktop;\n");
+                 "[Removed Associations]\nx-scheme-handler/gone=good.desktop;bus.desktop\n"
+                 "[Default Applications]\nx-scheme-handler/mine=good.desktop\nx-scheme-handler/empty=\n"
+                 "x-scheme-handler/spaced = missing.desktop; kde-deep.desktop ;\nx-scheme-handler/no value\n"
+                 "x-scheme-handler/evil=../../good.desktop\nx-scheme-handler/nowhere=nobody.desktop\n"
+                 "[Unknown]\nx-scheme-handler/unknown=good.desktop\n");
+    std::string cache = "[MIME Cache]\n";
+    for (const auto* name : {"missing", "tried", "hidden", "bus", "idle"})
+        cache.append("x-scheme-handler/").append(name).append("=").append(name).append(".desktop;\n");
+    folder.write(
+        "two/applications/mimeinfo.cache",
+        cache
+            + "x-scheme-handler/gone=good.desktop;\nx-scheme-handler/theirs=missing.desktop;good.desktop;\n");
     const std::pair<const char*, bool> cases[] = {
-        {"mine", true}, {"theirs", true}, {"gone", false}, {"empty", false}, {"min", false}, {"", false},
+        {"mine", true},     {"theirs", true}, {"desktops", true}, {"spaced", true},
+        {"bus", true},      {"gone", false},  {"empty", false},   {"min", false},
+        {"", false},        {"evil", false},  {"nowhere", false}, {"unknown", false},
+        {"missing", false}, {"tried", false}, {"hidden", false},  {"idle", false},
     };
     for (const auto& [scheme, expected] : cases)
         EXPECT_EQ(DesktopURLOpener::hasHandler(scheme), expected) << scheme;
