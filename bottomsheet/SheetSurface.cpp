@@ -61,6 +61,7 @@ public:
     explicit SheetView(bool isPresented)
         : isPresented_(isPresented)
     {
+        touches = Touches::bounds; // what is beside its content is the sheet's too
         setHidden(!isPresented);
     }
 
