@@ -23,8 +23,11 @@ UIColor highlightColor(bool isPresent)
 {
     auto& yellow = UIColor::systemYellow();
     auto& orange = UIColor::systemOrange();
-    return isPresent ? UIColor::dynamic(yellow.withAlphaComponent(0.9), orange.withAlphaComponent(0.65))
-                     : UIColor::dynamic(yellow.withAlphaComponent(0.4), yellow.withAlphaComponent(0.28));
+    // With more contrast the text's is what counts: at least 5 to 1 on each.
+    return isPresent ? UIColor::dynamic(yellow.withAlphaComponent(0.9), orange.withAlphaComponent(0.65),
+                                        UIColor(1, 0.84, 0), UIColor(0.55, 0.36, 0))
+                     : UIColor::dynamic(yellow.withAlphaComponent(0.4), yellow.withAlphaComponent(0.28),
+                                        UIColor(1, 0.95, 0.6), UIColor(0.32, 0.26, 0));
 }
 
 } // namespace
