@@ -13,8 +13,10 @@ namespace platform {
 // Says when it has gone, however that came.
 class AlertPresenter::Controller : public UIAlertController {
 public:
-    Controller(const Alert& alert, std::function<void()> onGone)
-        : UIAlertController(alert.title, alert.message, UIAlertControllerStyle::alert)
+    Controller(const AlertContent& alert, std::function<void()> onGone)
+        : UIAlertController(alert.title, alert.message,
+                            alert.isActionSheet ? UIAlertControllerStyle::actionSheet
+                                                : UIAlertControllerStyle::alert)
         , onGone_(std::move(onGone))
     {
     }
@@ -66,7 +68,8 @@ AlertPresenter::AlertPresenter(const std::shared_ptr<UIViewController>& controll
 {
 }
 
-void AlertPresenter::want(std::uint64_t identity, std::function<Alert()> make, std::function<void()> clear)
+void AlertPresenter::want(std::uint64_t identity, std::function<AlertContent()> make,
+                          std::function<void()> clear)
 {
     wish_ = Wish{identity, std::move(make), std::move(clear)};
     followLater();
@@ -121,9 +124,8 @@ void AlertPresenter::present()
         if (auto self = weak.lock())
             self->alertDidGo(identity);
     });
-    addButton(*controller, alert.primaryButton);
-    if (alert.secondaryButton)
-        addButton(*controller, *alert.secondaryButton);
+    for (const auto& button : alert.buttons)
+        addButton(*controller, button);
     shown_ = controller;
     shownIdentity_ = identity;
     isClosing_ = false;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/swiftui/Alert.h"
+#include "platform/swiftui/AlertContent.h"
 #include "platform/uikit/Forward.h"
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace platform {
 
-// Keeps an alert on screen for as long as one is wanted at a place of the declarative tree: presents it through the
+// Keeps an alert, or an action sheet, on screen for as long as one is wanted at a place of the declarative tree: presents it through the
 // hosting controller when nothing else is presented there, replaces it when another is wanted, lets it go when none is.
 // Everything happens in later turns of the run loop. Main thread only.
 class AlertPresenter : public std::enable_shared_from_this<AlertPresenter> {
@@ -21,13 +21,13 @@ public:
 
     // The alert that is wanted from now on, made when its turn comes. `identity` differs for each that is to be shown
     // anew. `clear` is called when the alert has gone other than by `wantNothing` while it is still the one wanted.
-    void want(std::uint64_t identity, std::function<Alert()> make, std::function<void()> clear);
+    void want(std::uint64_t identity, std::function<AlertContent()> make, std::function<void()> clear);
     void wantNothing();
 
 private:
     struct Wish {
         std::uint64_t identity = 0;
-        std::function<Alert()> make;
+        std::function<AlertContent()> make;
         std::function<void()> clear;
     };
     class Controller;

@@ -21,7 +21,7 @@ AlertNode::~AlertNode()
     presenter_->wantNothing();
 }
 
-void AlertNode::want(bool isSame, std::function<Alert()> make, std::function<void()> clear)
+void AlertNode::want(bool isSame, std::function<AlertContent()> make, std::function<void()> clear)
 {
     if (!isSame)
         ++identity_;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/swiftui/Alert.h"
+#include "platform/swiftui/AlertContent.h"
 #include "platform/swiftui/AppearanceNode.h"
 #include "platform/swiftui/Binding.h"
 
@@ -39,7 +39,7 @@ auto identityOf(const Item& item)
 template <Identifiable Item>
 struct AlertModifier {
     Binding<std::optional<Item>> item;
-    std::function<Alert(const Item&)> content;
+    std::function<AlertContent(const Item&)> content;
     // Of what the binding is computed from; empty when that is nothing else.
     std::function<void(ViewNode&)> registerReader = {};
     class Node;
@@ -53,13 +53,13 @@ public:
 
 protected:
     // The item is there, and is `isSame` as the last one was.
-    void want(bool isSame, std::function<Alert()> make, std::function<void()> clear);
+    void want(bool isSame, std::function<AlertContent()> make, std::function<void()> clear);
     void wantNothing();
 
 private:
     void follow();
     struct Wish {
-        std::function<Alert()> make;
+        std::function<AlertContent()> make;
         std::function<void()> clear;
     };
 
