@@ -42,6 +42,7 @@
 #include "platform/swiftui/View.h"
 #include "platform/swiftui/ZStack.h"
 #include "platform/swiftui/accessibility.h"
+#include "platform/swiftui/actionSheet.h"
 #include "platform/swiftui/alert.h"
 #include "platform/swiftui/animation.h"
 #include "platform/swiftui/appearance.h"
