@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "apps/zelk-gallery/pages/pages.h"
+
+#include <algorithm>
+
+namespace gallery {
+
+// Each in the file of its name.
+Page colorsPage();
+Page tokensPage();
+Page textPage();
+Page symbolsPage();
+Page layoutStackPage();
+Page bottomSheetPage();
+Page shimmerPage();
+Page particlesPage();
+Page gesturesPage();
+Page animationsPage();
+
+const std::vector<Page>& allPages()
+{
+    static const std::vector<Page> pages{
+        colorsPage(),      tokensPage(),     textPage(), symbolsPage(), // foundations
+        layoutStackPage(),                                              // containers
+        bottomSheetPage(),                                              // presentation
+        shimmerPage(),     particlesPage(),                             // components
+        gesturesPage(),    animationsPage(),                            // motion
+    };
+    return pages;
+}
+
+const Page* pageNamed(std::string_view name)
+{
+    auto found = std::ranges::find(allPages(), name, &Page::name);
+    return found == allPages().end() ? nullptr : &*found;
+}
+
+} // namespace gallery

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "apps/zelk-gallery/frame/Page.h"
+
+#include "kit/theme/Spacing.h"
+#include "platform/swiftui/swiftui.h"
+
+namespace gallery {
+
+using namespace platform;
+using zelk::Spacing;
+
+namespace {
+
+// [Text styles]
+auto textStyles()
+{
+    return VStack{{.alignment = HorizontalAlignment::leading, .spacing = Spacing::_100},
+                  Text{"Large title"} | font(Font::largeTitle().bold()),
+                  Text{"Title"} | font(Font::title()),
+                  Text{"Headline"} | font(Font::headline()),
+                  Text{"Body: follows the text size of the desktop"} | font(Font::body()),
+                  Text{"Footnote"} | font(Font::footnote()),
+                  Text{"Monospaced 0123"} | font(Font::body().monospaced())};
+}
+// [/]
+
+// [Many scripts]
+auto scripts()
+{
+    return VStack{{.alignment = HorizontalAlignment::leading, .spacing = Spacing::_100},
+                  Text{"Crème brûlée, Ångström, Łódź"},
+                  Text{"Съешь ещё этих мягких булок"},
+                  Text{"العربية تُكتب من اليمين إلى اليسار"},
+                  Text{"עברית and English in one line"},
+                  Text{"日本語と한국어と中文"}};
+}
+// [/]
+
+// [An editor]
+struct Editor {
+    State<String> text =
+        String("Type here. It is undone, found in,\nand copied as one expects.");
+
+    auto dynamicProperties() { return std::tie(text); }
+    auto body() const { return TextEditor{text.binding()} | frame({.height = 120}); }
+    bool operator==(const Editor&) const = default;
+};
+// [/]
+
+} // namespace
+
+Page textPage()
+{
+    return {.name = "text",
+            .title = "Text",
+            .group = "Foundations",
+            .symbol = "textformat",
+            .summary = "Shaped in every script, in the sizes that the desktop asks for.",
+            .exhibits = [] {
+                return std::vector<Exhibit>{{"Text styles", "", AnyView(textStyles())},
+                                            {"Many scripts", "", AnyView(scripts())},
+                                            {"An editor", "", AnyView(Editor{})}};
+            }};
+}
+
+} // namespace gallery
