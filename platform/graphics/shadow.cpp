@@ -47,7 +47,9 @@ UIImage rectPicture(const CGContext& context, const RectShadow& shadow, CGSize s
     if (auto found = pictures.find(key); found != pictures.end())
         return found->second;
     auto reach = shadowReach(shadow.deviation);
-    auto drawn = makeImage({size.width + 2 * reach, size.height + 2 * reach}, scale, [&](CGContext& inner) {
+    CGSize whole{(size.width + 2 * reach) * scale, (size.height + 2 * reach) * scale};
+    auto drawn = makeImage(whole, 1, [&](CGContext& inner) {
+        inner.concat(CGAffineTransform::scale(scale, scale));
         inner.fill(
             UIBezierPath::roundedRect(CGRect{{reach, reach}, size}, shadow.cornerRadius, shadow.corners),
             UIColor::black());
@@ -123,8 +125,9 @@ void drawShadow(CGContext& context, const OutlineShadow& shadow, const std::func
         return;
     auto scale = blurScale(context, shadow.deviation);
     auto picture = makeImage(
-        area.size, scale,
+        {area.width() * scale, area.height() * scale}, 1,
         [&](CGContext& inner) {
+            inner.concat(CGAffineTransform::scale(scale, scale));
             inner.translate(-area.minX(), -area.minY());
             draw(inner);
         },

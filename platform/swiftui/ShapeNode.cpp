@@ -38,8 +38,9 @@ public:
     {
         if (!node_)
             return;
+        node_->shape_->setAnimatableData(node_->data_.drawn());
         auto path = node_->shape_->path(bounds().insetBy(node_->outset_, node_->outset_));
-        auto color = node_->fromColor_.blended(node_->toColor_, node_->colorPart_.presentation().front());
+        auto color = node_->fromColor_.blended(node_->toColor_, node_->colorPart_.drawn().front());
         if (node_->style_.stroke)
             context.stroke(path, color, *node_->style_.stroke);
         else
@@ -55,8 +56,10 @@ ShapeNode::ShapeNode(const NodeContext& context, std::unique_ptr<ErasedShape> sh
     , outlineView_(std::make_shared<OutlineView>(*this))
     , shape_(std::move(shape))
     , style_(std::move(style))
-    , data_(shape_->animatableData(), [this] { showPresentation(); })
-    , colorPart_({1}, [this] { outlineView_->setNeedsDisplay(); })
+    , data_(
+          shape_->animatableData(), [this] { outlineView_->setNeedsDisplay(); },
+          AnimatableValues::Frames::whileDrawn)
+    , colorPart_({1}, [this] { outlineView_->setNeedsDisplay(); }, AnimatableValues::Frames::whileDrawn)
 {
     fromColor_ = toColor_ = styleColor();
     setPlatformView(outlineView_);
@@ -93,12 +96,6 @@ void ShapeNode::setShape(std::unique_ptr<ErasedShape> shape, const ShapeStyle& s
     auto target = shape->animatableData();
     shape_ = std::move(shape);
     data_.set(target);
-    showPresentation();
-}
-
-void ShapeNode::showPresentation()
-{
-    shape_->setAnimatableData(data_.presentation());
     outlineView_->setNeedsDisplay();
 }
 
@@ -106,7 +103,7 @@ void ShapeNode::setColor(const UIColor& color)
 {
     if (color == toColor_)
         return;
-    fromColor_ = fromColor_.blended(toColor_, colorPart_.presentation().front());
+    fromColor_ = fromColor_.blended(toColor_, colorPart_.drawn().front());
     toColor_ = color;
     // Back to the beginning at once, and from there as the surroundings have it.
     UIView::performWithoutAnimation([&] { colorPart_.set({0}); });

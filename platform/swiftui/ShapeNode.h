@@ -42,7 +42,6 @@ protected:
 
 private:
     class OutlineView;
-    void showPresentation();
     void setColor(const UIColor& color);
     UIColor styleColor();
 

@@ -2,8 +2,12 @@
 #include "platform/swiftui/Transaction.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/swiftui/TransactionHosts.h"
+#include "platform/swiftui/ViewHost.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace platform {
 
@@ -15,7 +19,23 @@ Transaction& currentTransaction()
     return current;
 }
 
+std::vector<ViewHost*>& hosts()
+{
+    static auto& all = *new std::vector<ViewHost*>; // each takes itself out before it goes
+    return all;
+}
+
 } // namespace
+
+void addTransactionHost(ViewHost& host)
+{
+    hosts().push_back(&host);
+}
+
+void removeTransactionHost(ViewHost& host)
+{
+    std::erase(hosts(), &host);
+}
 
 const Transaction& Transaction::current()
 {
@@ -26,6 +46,11 @@ void withTransaction(const Transaction& transaction, const std::function<void()>
 {
     assertOnMainThread();
     auto outer = std::exchange(currentTransaction(), transaction);
+    // One may end another on the way.
+    for (auto* host : std::vector(hosts())) {
+        if (std::ranges::find(hosts(), host) != hosts().end())
+            host->prepareForChange();
+    }
     body();
     currentTransaction() = std::move(outer);
 }

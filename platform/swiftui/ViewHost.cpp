@@ -6,6 +6,7 @@
 #include "platform/foundation/Precondition.h"
 #include "platform/swiftui/AppearanceNode.h"
 #include "platform/swiftui/EnvironmentValues.h"
+#include "platform/swiftui/TransactionHosts.h"
 #include "platform/swiftui/TransitionNode.h"
 #include "platform/swiftui/ViewNode.h"
 #include "platform/uikit/UIView.h"
@@ -33,10 +34,12 @@ ViewHost::ViewHost(UIViewController& controller)
     , controller_(controller)
 {
     observer_ = RunLoop::main().addBeforeSleepObserver(BeforeSleepPhase::state, [this] { return flush(); });
+    addTransactionHost(*this);
 }
 
 ViewHost::~ViewHost()
 {
+    removeTransactionHost(*this);
     isFlushing_ = true; // what nodes ask for on their way out is not done any more
     leaving_.clear();
     root_.reset();

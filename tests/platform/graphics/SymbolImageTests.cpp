@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "platform/graphics/SymbolImage.h"
+
+#include "platform/graphics/CGContext.h"
+#include "platform/graphics/UIColor.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace {
+
+using namespace platform;
+
+// The opaque share of a picture's pixels, in its left or right half: of all rows, or of those around the middle.
+enum class Rows { all, middle };
+struct Ink {
+    double left = 0, right = 0;
+    double all() const { return left + right; }
+};
+Ink inkOf(const UIImage& image, Rows rows = Rows::all)
+{
+    Ink ink;
+    for (int y = 0; y < image.pixelHeight(); ++y) {
+        if (rows == Rows::middle && std::abs(2 * y - image.pixelHeight()) > image.pixelHeight() / 5)
+            continue;
+        for (int x = 0; x < image.pixelWidth(); ++x)
+            (2 * x < image.pixelWidth() ? ink.left : ink.right) += image.pixel(x, y).components().alpha;
+    }
+    auto area = image.pixelWidth() * image.pixelHeight();
+    return {ink.left / area, ink.right / area};
+}
+
+double weightOf(std::string_view name, FontWeight weight)
+{
+    return inkOf(symbolImage(name, {.pointSize = 40, .weight = weight})).all();
+}
+
+TEST(SymbolImage, every_component_finds_its_symbols)
+{
+    for (auto name : {"play.fill",
+                      "pause.fill",
+                      "gobackward.5",
+                      "goforward.5",
+                      "xmark",
+                      "checkmark",
+                      "chevron.left",
+                      "chevron.right",
+                      "chevron.up",
+                      "chevron.down",
+                      "chevron.forward",
+                      "chevron.backward",
+                      "plus",
+                      "minus",
+                      "star",
+                      "star.fill",
+                      "heart",
+                      "heart.fill",
+                      "bell",
+                      "envelope",
+                      "message",
+                      "photo",
+                      "video",
+                      "camera",
+                      "magnifyingglass",
+                      "trash",
+                      "gear",
+                      "square.and.arrow.up",
+                      "ellipsis",
+                      "circle",
+                      "circle.fill",
+                      "sparkles",
+                      "bolt.fill",
+                      "leaf.fill",
+                      "flame.fill",
+                      "music.note",
+                      "speaker.wave.2",
+                      "speaker.slash",
+                      "folder",
+                      "doc",
+                      "textformat",
+                      "crop",
+                      "scissors",
+                      "arrow.clockwise",
+                      "info.circle",
+                      "exclamationmark.triangle"}) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(symbolExists(name));
+        auto image = symbolImage(name, {}, 2);
+        EXPECT_TRUE(image.isTemplate());
+        EXPECT_EQ(image.pixelHeight(), 41) << "1.2 times 17 points, two pixels each";
+        EXPECT_GT(inkOf(image).all(), 0.02);
+        EXPECT_LT(inkOf(image).all(), 0.85);
+        EXPECT_LT(image.pixel(0, 0).components().alpha, 0.1) << "the corner is cut off";
+    }
+}
+
+TEST(SymbolImage, that_nobody_drew_is_nothing)
+{
+    for (std::string name : {"", "no.such.symbol", "../../etc/passwd", "/", "play.fill\n", "PLAY.FILL",
+                             std::string(5000, 'a').c_str()}) {
+        EXPECT_FALSE(symbolExists(name)) << name.substr(0, 20);
+        EXPECT_TRUE(symbolImage(name).isEmpty());
+        EXPECT_EQ(symbolSize(name, {}), CGSize{});
+    }
+    for (auto size : {0.0, -5.0, std::nan(""), std::numeric_limits<double>::infinity()})
+        EXPECT_TRUE(symbolImage("star", {.pointSize = size}).isEmpty()) << size;
+}
+
+TEST(SymbolImage, takes_weight_and_scale_and_turns_round_only_where_it_runs_along_the_text)
+{
+    for (auto name : {"heart", "gear", "xmark", "gobackward.5"}) {
+        auto regular = weightOf(name, FontWeight::regular);
+        EXPECT_LT(weightOf(name, FontWeight::ultraLight) * 1.2, regular) << name;
+        EXPECT_LT(regular * 1.2, weightOf(name, FontWeight::black)) << name;
+    }
+    auto height = [](SymbolScale scale) { return symbolSize("star", {.scale = scale}).height; };
+    EXPECT_LT(height(SymbolScale::small), height(SymbolScale::medium));
+    EXPECT_LT(height(SymbolScale::medium), height(SymbolScale::large));
+
+    const struct {
+        std::string_view name;
+        bool turns;
+    } cases[]{{"chevron.forward", true}, {"speaker.wave.2", true}, {"list.bullet", true},
+              {"chevron.right", false},  {"play.fill", false},     {"gobackward.5", false}};
+    for (auto& each : cases) {
+        auto facing = [&](SymbolDirection direction) {
+            return inkOf(symbolImage(each.name, {.pointSize = 40}, 1, direction), Rows::middle);
+        };
+        auto there = facing(SymbolDirection::leftToRight), back = facing(SymbolDirection::rightToLeft);
+        EXPECT_GT(std::abs(there.left - there.right), 0.005) << each.name << " is not even";
+        EXPECT_NEAR(back.left, each.turns ? there.right : there.left, 0.01) << each.name;
+    }
+}
+
+TEST(SymbolImage, is_drawn_sharp_in_the_colour_and_in_the_scale_of_the_context)
+{
+    auto drawn = makeImage({40, 40}, 3, [](CGContext& context) {
+        context.concat(CGAffineTransform::scale(2, 2));
+        // A place between pixels.
+        drawSymbol(context, "square.fill", CGRect::make(0.1, 0.1, 18, 18), UIColor(0, 1, 0, 0.5));
+    });
+    ASSERT_TRUE(drawn);
+    EXPECT_EQ(drawn->pixel(54, 54), UIColor(0, 1, 0, drawn->pixel(54, 54).components().alpha));
+    EXPECT_NEAR(drawn->pixel(54, 54).components().alpha, 0.5, 0.01);
+    int soft = 0;
+    for (int x = 0; x < 120; ++x) {
+        auto alpha = drawn->pixel(x, 54).components().alpha;
+        soft += alpha > 0.02 && alpha < 0.48 ? 1 : 0;
+    }
+    EXPECT_LE(soft, 2) << "a pixel at each edge at most";
+}
+
+} // namespace
