@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <typeinfo>
 #include <utility>
 
 namespace platform {
@@ -74,8 +73,7 @@ LazyListNode::LazyListNode(const NodeContext& context, ListKind kind, RowSources
     scrollView_->accessibility().role = AccessibilityRole::list;
     setPlatformView(scrollView_);
     readEnvironment();
-    countRows();
-    heights_.reset(starts_.back());
+    rowsDidChange();
 }
 
 LazyListNode::~LazyListNode()
@@ -122,69 +120,22 @@ void LazyListNode::readEnvironment()
 
 // --- Rows --------------------------------------------------------------------------------------------
 
-void LazyListNode::countRows()
-{
-    starts_.assign(1, 0);
-    for (const auto& run : rows_.runs)
-        starts_.push_back(starts_.back() + run.source->count());
-    scrollView_->accessibility().value = std::to_string(starts_.back());
-}
-
-LazyListNode::Place LazyListNode::placeOf(std::size_t row) const
-{
-    auto next = std::ranges::upper_bound(starts_, row);
-    auto run = static_cast<std::size_t>(next - starts_.begin()) - 1;
-    return {run, row - starts_[run]};
-}
-
-bool LazyListNode::hasSameRows(const RowSources& a, const RowSources& b)
-{
-    return std::ranges::equal(a.runs, b.runs, [](const RowRun& x, const RowRun& y) {
-        return x.place == y.place && x.kind == y.kind && x.section == y.section
-            && typeid(*x.source) == typeid(*y.source) && x.source->hasSameRows(*y.source);
-    });
-}
-
-std::vector<std::optional<std::size_t>>
-LazyListNode::follow(const RowSources& former, const std::vector<std::size_t>& formerStarts) const
-{
-    std::vector<std::optional<std::size_t>> result;
-    auto next = mounted_.begin();
-    for (std::size_t run = 0; run < former.runs.size(); ++run) {
-        std::vector<std::size_t> rows;
-        for (; next != mounted_.end() && next->first < formerStarts[run + 1]; ++next)
-            rows.push_back(next->first - formerStarts[run]);
-        if (rows.empty())
-            continue;
-        auto& before = former.runs[run];
-        auto now = std::ranges::find_if(rows_.runs, [&](const RowRun& each) {
-            return each.place == before.place && each.kind == before.kind
-                && typeid(*each.source) == typeid(*before.source);
-        });
-        if (now == rows_.runs.end()) {
-            result.resize(result.size() + rows.size());
-            continue;
-        }
-        auto start = starts_[static_cast<std::size_t>(now - rows_.runs.begin())];
-        for (auto& row : now->source->follow(*before.source, rows))
-            result.push_back(row ? std::optional(start + *row) : std::nullopt);
-    }
-    return result;
-}
-
 void LazyListNode::setRows(RowSources rows)
 {
-    auto former = std::exchange(rows_, std::move(rows));
-    if (hasSameRows(former, rows_)) {
-        for (auto& [row, node] : mounted_) {
-            auto [run, index] = placeOf(row);
-            node->updateRow(rows_.runs[run], index);
-        }
+    auto former = std::exchange(rows_, RowTable(std::move(rows)));
+    auto update = [this](ListRowNode& node, std::size_t row) {
+        auto [run, index] = rows_.at(row);
+        node.updateRow(run, index);
+    };
+    if (rows_.hasSameRows(former)) {
+        for (auto& [row, node] : mounted_)
+            update(*node, row);
         return;
     }
-    auto formerStarts = starts_;
-    countRows();
-    auto places = follow(former, formerStarts);
+    std::vector<std::size_t> formerRows;
+    for (auto& [row, node] : mounted_)
+        formerRows.push_back(row);
+    auto places = rows_.follow(former, formerRows);
     auto offset = scrollView_->contentOffset().y;
     auto isAtStart = offset <= -scrollView_->adjustedContentInset().top;
     anchor_.reset();
@@ -199,13 +150,18 @@ void LazyListNode::setRows(RowSources rows)
         auto seen = node->placedRect();
         if (!anchor_ && !isAtStart && seen.maxY() > offset)
             anchor_ = Anchor{*row, seen.minY() - offset};
-        auto [run, index] = placeOf(*row);
-        node->updateRow(rows_.runs[run], index);
+        update(*node, *row);
         mounted_.emplace(*row, std::move(node));
     }
-    heights_.reset(starts_.back());
+    rowsDidChange();
     contentsDidChange();
     invalidateLayout();
+}
+
+void LazyListNode::rowsDidChange()
+{
+    heights_.reset(rows_.count());
+    scrollView_->accessibility().value = std::to_string(rows_.count());
 }
 
 // --- Layout ------------------------------------------------------------------------------------------
@@ -242,30 +198,29 @@ LazyListNode::Anchor LazyListNode::anchorInSight(CGFloat height)
 
 CGFloat LazyListNode::measureRow(std::size_t row)
 {
-    auto [run, index] = placeOf(row);
+    auto [run, index] = rows_.at(row);
     auto& slot = mounted_[row];
     auto isNew = !slot;
     if (isNew) {
-        slot = std::make_unique<ListRowNode>(contentContext(), rows_.runs[run], index);
+        slot = std::make_unique<ListRowNode>(contentContext(), run, index);
         contentsDidChange();
     }
     auto& node = *slot;
-    const auto& runs = rows_.runs;
-    auto kind = runs[run].kind;
-    // The neighbours: rows of the same kind in the same section are a group.
+    // Rows of the same kind in the same section are a group.
     auto isAlike = [&](std::size_t other, bool ofAnyKind) {
-        auto& neighbour = runs[placeOf(other).run];
-        return neighbour.section == runs[run].section && (ofAnyKind || neighbour.kind == kind);
+        auto& neighbour = rows_.at(other).run;
+        return neighbour.section == run.section && (ofAnyKind || neighbour.kind == run.kind);
     };
-    RowNeighbours neighbours{.kind = kind,
+    auto isLast = row + 1 == rows_.count();
+    RowNeighbours neighbours{.kind = run.kind,
                              .beginsList = row == 0,
                              .beginsSection = row == 0 || !isAlike(row - 1, true),
                              .beginsGroup = row == 0 || !isAlike(row - 1, false),
-                             .endsGroup = row + 1 == starts_.back() || !isAlike(row + 1, false),
-                             .endsList = row + 1 == starts_.back()};
+                             .endsGroup = isLast || !isAlike(row + 1, false),
+                             .endsList = isLast};
     auto changed = node.setLayout(listRowLayout(style_, neighbours));
-    if (kind == RowKind::row)
-        node.cell().setPosition(row, starts_.back());
+    if (run.kind == RowKind::row)
+        node.cell().setPosition(row, rows_.count());
     if (isNew || changed)
         host().settleBelow(depth());
     auto height = node.sizeThatFits({width_, std::nullopt}).height;

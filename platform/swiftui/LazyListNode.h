@@ -5,6 +5,7 @@
 #include "platform/swiftui/LazyRows.h"
 #include "platform/swiftui/PlatformViewNode.h"
 #include "platform/swiftui/RowHeights.h"
+#include "platform/swiftui/RowTable.h"
 #include "platform/swiftui/ViewContainer.h"
 
 #include <map>
@@ -56,18 +57,9 @@ private:
         std::size_t row = 0;
         CGFloat screenY = 0; // of the row's top, from the top of the view
     };
-    struct Place { // of a row in the runs
-        std::size_t run;
-        std::size_t index;
-    };
     NodeContext contentContext();
     void readEnvironment();
-    void countRows();
-    Place placeOf(std::size_t row) const;
-    static bool hasSameRows(const RowSources& a, const RowSources& b);
-    // For mounted rows of former sources, by their former numbers, in order: the numbers now.
-    std::vector<std::optional<std::size_t>> follow(const RowSources& former,
-                                                   const std::vector<std::size_t>& formerStarts) const;
+    void rowsDidChange();
     Anchor anchorInSight(CGFloat height);
     CGFloat measureRow(std::size_t row);
     struct RowRange {
@@ -84,8 +76,7 @@ private:
     std::shared_ptr<UIScrollView> scrollView_;
     std::shared_ptr<UIView> contentView_; // apart from the indicators, which are the scroll view's own
     // main thread only
-    RowSources rows_;
-    std::vector<std::size_t> starts_; // of each run, and the count of all rows
+    RowTable rows_;
     RowHeights heights_;
     std::map<std::size_t, std::unique_ptr<ListRowNode>> mounted_;
     std::optional<Anchor> anchor_; // that a change of the rows has left in sight

@@ -5,9 +5,12 @@
 #include "platform/graphics/CGContext.h"
 #include "platform/uikit/UICollectionViewCell.h"
 #include "platform/uikit/UIControl.h"
+#include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UITableViewCell.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace platform {
 
@@ -54,16 +57,38 @@ public:
                                               .step = 1};
     }
     // All of the row belongs to its button or link.
-    std::shared_ptr<UIView> hitTest(CGPoint point) override
+    void touchesBegan(UITouch& touch) override
     {
-        auto hit = Base::hitTest(point);
-        if (hit.get() != this)
-            return hit;
         std::vector<std::shared_ptr<UIControl>> controls;
         collectControls(*this, controls);
-        if (controls.size() != 1 || !isPressable(*controls.front()))
-            return hit;
-        return controls.front();
+        auto isOnly = controls.size() == 1 && isPressable(*controls.front());
+        if (!isOnly || touch.button != UIPointerButton::primary)
+            return Base::touchesBegan(touch);
+        pressed_ = controls.front();
+        controls.front()->setHighlighted(true);
+        this->setNeedsDisplay();
+    }
+    void touchesMoved(UITouch& touch) override
+    {
+        if (auto control = pressed_.lock())
+            control->setHighlighted(this->bounds().contains(touch.location(*this)));
+        else
+            Base::touchesMoved(touch);
+    }
+    void touchesEnded(UITouch& touch) override
+    {
+        auto keptAlive = this->weak_from_this().lock();
+        if (auto control = letGo()) {
+            if (this->bounds().contains(touch.location(*this)))
+                control->performPrimaryAction(); // which may remove the row
+        } else {
+            Base::touchesEnded(touch);
+        }
+    }
+    void touchesCancelled(UITouch& touch) override
+    {
+        if (!letGo())
+            Base::touchesCancelled(touch);
     }
     void draw(CGContext& context, CGRect) override
     {
@@ -76,6 +101,8 @@ public:
             else
                 context.fill(area, *look_.ground);
         }
+        if (!pressed_.expired())
+            context.fill(area, UIColor::quaternarySystemFill());
         if (!look_.hasSeparator)
             return;
         auto hair = 1 / std::max(context.scale(), 1.0);
@@ -88,7 +115,18 @@ public:
     }
 
 private:
+    std::shared_ptr<UIControl> letGo()
+    {
+        auto control = std::exchange(pressed_, {}).lock();
+        if (control) {
+            control->setHighlighted(false);
+            this->setNeedsDisplay();
+        }
+        return control;
+    }
+
     ListCellLook look_;
+    std::weak_ptr<UIControl> pressed_; // by a touch beside it
 };
 
 } // namespace

@@ -58,7 +58,8 @@ CGSize ListRowNode::measure(const ProposedSize& proposal)
     auto height = content().sizeThatFits({inner, std::nullopt}).height;
     if (!std::isfinite(height))
         height = 0; // what would be endless is as high as a row at least is
-    return {width, layout_.gap + std::max(height + insets.top + insets.bottom, layout_.minHeight)};
+    // In whole points: rows begin on pixels, wherever the list stands.
+    return {width, layout_.gap + std::ceil(std::max(height + insets.top + insets.bottom, layout_.minHeight))};
 }
 
 void ListRowNode::arrange(CGRect rect, const ProposedSize& proposal)

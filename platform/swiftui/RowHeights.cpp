@@ -69,7 +69,7 @@ void RowHeights::estimateFromMeasured()
         all.measured += sums_[at].measured;
     }
     if (all.measured > 0)
-        estimate_ = all.height / static_cast<CGFloat>(all.measured);
+        estimate_ = std::round(all.height / static_cast<CGFloat>(all.measured));
 }
 
 } // namespace platform

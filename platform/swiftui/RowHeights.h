@@ -18,7 +18,7 @@ public:
     void reset(std::size_t count);
     std::size_t count() const { return heights_.size(); }
     CGFloat estimate() const { return estimate_; }
-    // What has not been measured is as high as what has, on average. Does nothing before anything was measured.
+    // What has not been measured is as high as what has, on average, in whole points. Does nothing before anything was measured.
     void estimateFromMeasured();
 
     void set(std::size_t row, CGFloat height); // Requires: the row exists

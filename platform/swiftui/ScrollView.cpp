@@ -2,9 +2,11 @@
 #include "platform/swiftui/ScrollView.h"
 
 #include "platform/swiftui/EnvironmentValues.h"
+#include "platform/swiftui/GroupNode.h"
 #include "platform/uikit/UIScrollView.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace platform {
@@ -13,7 +15,7 @@ ScrollNode::ScrollNode(const NodeContext& context, const ScrollViewOptions& opti
     : ContentViewNode(context)
     , options_(options)
     , scrollView_(std::make_shared<UIScrollView>())
-    , contentView_(std::make_shared<UIView>())
+    , contentView_(std::make_shared<GroupView>())
 {
     scrollView_->setClipsToBounds(true);
     scrollView_->addSubview(contentView_);
@@ -58,19 +60,30 @@ void ScrollNode::arrange(CGRect rect, const ProposedSize& proposal)
     ContentViewNode::arrange(rect, proposal);
     auto offer = offerToContent(ProposedSize::of(rect.size));
     auto size = content().sizeThatFits(offer);
+    // What would be endless is as long as the view.
+    size = {std::isfinite(size.width) ? size.width : rect.width(),
+            std::isfinite(size.height) ? size.height : rect.height()};
+    auto isHorizontal = options_.axes.contains(AxisSet::horizontal);
+    auto isVertical = options_.axes.contains(AxisSet::vertical);
     // Content that is shorter than the view across the axes stands in its middle.
-    CGPoint origin{options_.axes.contains(AxisSet::horizontal) ? 0 : (rect.width() - size.width) / 2,
-                   options_.axes.contains(AxisSet::vertical) ? 0 : (rect.height() - size.height) / 2};
-    auto isMirrored = environment<LayoutDirectionKey>() == LayoutDirection::rightToLeft;
-    auto scrollable = CGSize{options_.axes.contains(AxisSet::horizontal) ? size.width : rect.width(),
-                             options_.axes.contains(AxisSet::vertical) ? size.height : rect.height()};
-    if (isMirrored && options_.axes.contains(AxisSet::horizontal))
+    CGPoint origin{isHorizontal ? 0 : (rect.width() - size.width) / 2,
+                   isVertical ? 0 : (rect.height() - size.height) / 2};
+    CGSize scrollable{isHorizontal ? size.width : rect.width(), isVertical ? size.height : rect.height()};
+    auto offset = scrollView_->contentOffset();
+    if (isHorizontal && environment<LayoutDirectionKey>() == LayoutDirection::rightToLeft) {
         origin.x = std::max(rect.width() - size.width, 0.0);
-    contentView_->setFrame({{}, {std::max(scrollable.width, rect.width()), scrollable.height}});
+        // Reading begins at the right end: what is seen keeps its distance from there.
+        auto fromEnd = std::exchange(isAtStart_, true) ? widthSeen_ - offset.x : rect.width();
+        offset.x = std::max(scrollable.width, rect.width()) - fromEnd;
+        widthSeen_ = std::max(scrollable.width, rect.width());
+    }
+    UIView::performWithoutAnimation(
+        [&] { contentView_->setFrame({{}, {std::max(scrollable.width, rect.width()), scrollable.height}}); });
     content().place({origin, size}, offer);
-    scrollView_->setContentSize(scrollable);
-    if (!std::exchange(isAtStart_, true) && isMirrored && scrollable.width > rect.width())
-        scrollView_->setContentOffset({scrollable.width - rect.width(), 0});
+    if (offset == scrollView_->contentOffset())
+        scrollView_->setContentSize(scrollable);
+    else
+        scrollView_->moveContent(scrollable, offset);
 }
 
 } // namespace platform

@@ -46,7 +46,9 @@ private:
     ScrollViewOptions options_;
     std::shared_ptr<UIScrollView> scrollView_;
     std::shared_ptr<UIView> contentView_; // apart from the indicators, which are the scroll view's own
-    bool isAtStart_ = false;              // whether it was scrolled to where reading begins
+    // Right to left:
+    bool isAtStart_ = false; // whether it was scrolled to where reading begins
+    CGFloat widthSeen_ = 0;  // of the content at the last layout
 };
 
 // A window onto content that may be larger; takes all that is offered. On its axes the content is as long as it wants to
