@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "platform/services/ThumbnailLoader.h"
+
+#include "platform/dispatch/DispatchQueue.h"
+#include "platform/dispatch/RunLoop.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr std::size_t mostKept = 600;
+constexpr std::size_t threads = 2;
+
+} // namespace
+
+// Waiting media, the newest last. Each piece of work on a thread takes the one that is newest by then.
+struct ThumbnailLoader::Queue : std::enable_shared_from_this<ThumbnailLoader::Queue> {
+    const int side;
+    const std::array<std::shared_ptr<DispatchQueue>, threads> queues{
+        DispatchQueue::make("org.zelk.platform.thumbnails.first"),
+        DispatchQueue::make("org.zelk.platform.thumbnails.second")};
+    std::mutex mutex;
+    std::vector<MediaFile> waiting; // guarded by mutex
+    std::size_t next = 0;           // main thread only
+
+    explicit Queue(int pixels)
+        : side(pixels)
+    {
+    }
+    void remove(const MediaFile& file)
+    {
+        std::lock_guard lock(mutex);
+        std::erase(waiting, file);
+    }
+    void add(const MediaFile& file, const std::weak_ptr<ThumbnailLoader>& loader)
+    {
+        {
+            std::lock_guard lock(mutex);
+            waiting.push_back(file);
+        }
+        queues[next++ % threads]->async([self = shared_from_this(), loader] { self->work(loader); });
+    }
+    void work(const std::weak_ptr<ThumbnailLoader>& loader)
+    {
+        std::optional<MediaFile> file;
+        {
+            std::lock_guard lock(mutex);
+            if (waiting.empty())
+                return;
+            file = std::move(waiting.back());
+            waiting.pop_back();
+        }
+        auto thumbnail = makeThumbnail(*file, side);
+        DispatchQueue::main()->async([loader, file = std::move(*file), thumbnail = std::move(thumbnail)] {
+            if (auto present = loader.lock())
+                present->finish(file, thumbnail);
+        });
+    }
+};
+
+std::shared_ptr<ThumbnailLoader> ThumbnailLoader::make(int side)
+{
+    return std::shared_ptr<ThumbnailLoader>(new ThumbnailLoader(side));
+}
+
+ThumbnailLoader::ThumbnailLoader(int side)
+    : queue_(std::make_shared<Queue>(std::max(side, 1)))
+{
+}
+
+ThumbnailLoader::~ThumbnailLoader()
+{
+    std::lock_guard lock(queue_->mutex);
+    queue_->waiting.clear();
+}
+
+std::optional<Thumbnail> ThumbnailLoader::cached(const MediaFile& file)
+{
+    auto place = places_.find(file.path);
+    if (place == places_.end() || place->second->first != file)
+        return std::nullopt;
+    recent_.splice(recent_.begin(), recent_, place->second);
+    return recent_.front().second;
+}
+
+void ThumbnailLoader::load(const MediaFile& file, Handler handler)
+{
+    assertOnMainThread();
+    if (!wanted_.insert_or_assign(file.path, std::move(handler)).second)
+        queue_->remove(file); // it moves to the front
+    queue_->add(file, weak_from_this());
+}
+
+void ThumbnailLoader::cancel(const MediaFile& file)
+{
+    assertOnMainThread();
+    if (wanted_.erase(file.path) > 0)
+        queue_->remove(file);
+}
+
+void ThumbnailLoader::finish(const MediaFile& file, const Thumbnail& thumbnail)
+{
+    if (auto former = places_.find(file.path); former != places_.end())
+        recent_.erase(former->second);
+    recent_.emplace_front(file, thumbnail);
+    places_[file.path] = recent_.begin();
+    if (recent_.size() > mostKept) {
+        places_.erase(recent_.back().first.path);
+        recent_.pop_back();
+    }
+    if (auto wanted = wanted_.extract(file.path); !wanted.empty())
+        wanted.mapped()(thumbnail);
+}
+
+} // namespace platform

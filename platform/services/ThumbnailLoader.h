@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/graphics/UIImage.h"
+#include "platform/services/MediaListing.h"
+
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace platform {
+
+class DispatchQueue;
+
+// A small picture of a medium.
+struct Thumbnail {
+    UIImage image;        // empty where it could not be read
+    double seconds = 0;   // of a video
+    bool isMedium = true; // false: the file is not what its name says
+};
+
+// Makes small pictures of media on a few threads and keeps the last few hundred. What was asked for last comes first, for
+// that is what the user looks at. Main thread only.
+class ThumbnailLoader : public std::enable_shared_from_this<ThumbnailLoader> {
+public:
+    // Pixels of the shorter side of the pictures; they are at most four times as long.
+    static std::shared_ptr<ThumbnailLoader> make(int side);
+    ~ThumbnailLoader();
+
+    std::optional<Thumbnail> cached(const MediaFile& file);
+    // Calls `handler` once, later, on the main thread, unless it is cancelled.
+    using Handler = std::function<void(const Thumbnail&)>;
+    void load(const MediaFile& file, Handler handler);
+    // Nobody wants it any more. Work that has begun goes on, for the cache.
+    void cancel(const MediaFile& file);
+
+private:
+    explicit ThumbnailLoader(int side);
+    struct Queue; // what the threads share
+    void finish(const MediaFile& file, const Thumbnail& thumbnail);
+
+    const std::shared_ptr<Queue> queue_;
+    std::unordered_map<std::string, Handler> wanted_;
+    std::list<std::pair<MediaFile, Thumbnail>> recent_; // the last used first
+    std::unordered_map<std::string, std::list<std::pair<MediaFile, Thumbnail>>::iterator> places_;
+};
+
+// Reads one on the calling thread. A file that is no plain file, or is not what its name says, is no medium. `side` as above.
+Thumbnail makeThumbnail(const MediaFile& file, int side);
+
+} // namespace platform

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "platform/services/mediaPickerText_p.h"
+
+#include "platform/foundation/Locale.h"
+#include "platform/foundation/LocalizationMatching.h"
+
+#include <array>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+namespace {
+
+struct Words {
+    std::string_view language;
+    std::array<std::string_view, 10> texts; // in the order of MediaPickerText
+};
+
+constexpr std::array words{
+    Words{"en",
+          {"Library", "All", "Photos", "Videos", "No Photos or Videos", "No Camera", "Fonts", "Search",
+           "Recent", "No Fonts Found"}},
+    Words{"de",
+          {"Mediathek", "Alle", "Fotos", "Videos", "Keine Fotos oder Videos", "Keine Kamera", "Schriften",
+           "Suchen", "Zuletzt benutzt", "Keine Schriften gefunden"}},
+    Words{"fr",
+          {"Photothèque", "Tout", "Photos", "Vidéos", "Aucune photo ni vidéo", "Aucun appareil photo",
+           "Polices", "Rechercher", "Récentes", "Aucune police trouvée"}},
+    Words{"es",
+          {"Fototeca", "Todo", "Fotos", "Vídeos", "No hay fotos ni vídeos", "No hay cámara", "Tipos de letra",
+           "Buscar", "Recientes", "No se han encontrado tipos de letra"}},
+    Words{"pt",
+          {"Fototeca", "Tudo", "Fotos", "Vídeos", "Nenhuma foto ou vídeo", "Nenhuma câmera", "Fontes",
+           "Buscar", "Recentes", "Nenhuma fonte encontrada"}},
+    Words{"it",
+          {"Libreria", "Tutto", "Foto", "Video", "Nessuna foto o video", "Nessuna fotocamera", "Font",
+           "Cerca", "Recenti", "Nessun font trovato"}},
+    Words{"nl",
+          {"Bibliotheek", "Alles", "Foto’s", "Video’s", "Geen foto’s of video’s", "Geen camera",
+           "Lettertypen", "Zoek", "Recent", "Geen lettertypen gevonden"}},
+    Words{"pl",
+          {"Biblioteka", "Wszystko", "Zdjęcia", "Wideo", "Brak zdjęć i filmów", "Brak aparatu", "Czcionki",
+           "Szukaj", "Ostatnie", "Nie znaleziono czcionek"}},
+    Words{"ru",
+          {"Медиатека", "Все", "Фото", "Видео", "Нет фото и видео", "Нет камеры", "Шрифты", "Поиск",
+           "Недавние", "Шрифты не найдены"}},
+    Words{"uk",
+          {"Медіатека", "Усі", "Фото", "Відео", "Немає фото чи відео", "Немає камери", "Шрифти", "Пошук",
+           "Недавні", "Шрифтів не знайдено"}},
+    Words{"tr",
+          {"Arşiv", "Tümü", "Fotoğraflar", "Videolar", "Fotoğraf veya Video Yok", "Kamera Yok", "Fontlar",
+           "Ara", "Son Kullanılanlar", "Font Bulunamadı"}},
+    Words{"ar",
+          {"المكتبة", "الكل", "الصور", "الفيديوهات", "لا توجد صور أو فيديوهات", "لا توجد كاميرا", "الخطوط",
+           "بحث", "الأخيرة", "لم يتم العثور على خطوط"}},
+    Words{"he",
+          {"ספרייה", "הכל", "תמונות", "סרטונים", "אין תמונות או סרטונים", "אין מצלמה", "גופנים", "חיפוש",
+           "אחרונים", "לא נמצאו גופנים"}},
+    Words{"fa",
+          {"کتابخانه", "همه", "عکس‌ها", "ویدیوها", "عکس یا ویدیویی نیست", "دوربینی نیست",
+           "قلم‌ها", "جستجو", "اخیر", "قلمی پیدا نشد"}},
+    Words{"ur",
+          {"لائبریری", "سب", "تصاویر", "ویڈیوز", "کوئی تصویر یا ویڈیو نہیں", "کوئی کیمرا نہیں", "فونٹس",
+           "تلاش کریں", "حالیہ", "کوئی فونٹ نہیں ملا"}},
+    Words{"hi",
+          {"लाइब्रेरी", "सभी", "तस्वीरें", "वीडियो", "कोई तस्वीर या वीडियो नहीं", "कोई कैमरा नहीं", "फ़ॉन्ट", "खोजें",
+           "हालिया", "कोई फ़ॉन्ट नहीं मिला"}},
+    Words{"zh-Hans",
+          {"图库", "全部", "照片", "视频", "没有照片或视频", "没有相机", "字体", "搜索", "最近使用",
+           "未找到字体"}},
+    Words{"zh-Hant",
+          {"圖庫", "全部", "照片", "影片", "沒有照片或影片", "沒有相機", "字體", "搜尋", "最近使用",
+           "找不到字體"}},
+    Words{"ja",
+          {"ライブラリ", "すべて", "写真", "ビデオ", "写真またはビデオがありません", "カメラがありません",
+           "フォント", "検索", "最近使った項目", "フォントが見つかりません"}},
+    Words{"ko",
+          {"보관함", "모두", "사진", "비디오", "사진 또는 비디오 없음", "카메라 없음", "서체", "검색",
+           "최근 항목", "서체를 찾을 수 없음"}},
+};
+
+const Words& chosenWords()
+{
+    std::vector<std::string> known;
+    for (const auto& each : words)
+        known.emplace_back(each.language);
+    auto matches = matchLocalizations(known, Locale::preferredLanguages());
+    for (const auto& each : words) {
+        if (!matches.empty() && each.language == matches.front())
+            return each;
+    }
+    return words.front();
+}
+
+} // namespace
+
+const std::string& mediaPickerText(MediaPickerText text)
+{
+    static const auto texts = [] {
+        std::vector<std::string> chosen;
+        for (auto each : chosenWords().texts)
+            chosen.emplace_back(each);
+        return chosen;
+    }();
+    return texts[static_cast<std::size_t>(text)];
+}
+
+} // namespace platform
