@@ -74,7 +74,7 @@ void ProgressWheel::Node::readSources()
 {
     readSurroundings(*wheel_);
     nameView(*wheel_, record_.name);
-    wheel_->setColor(environment<TintKey>());
+    wheel_->setColor(environment<ForegroundColorKey>());
 }
 
 } // namespace platform

@@ -43,7 +43,7 @@ void Slider::Node::readSources()
     slider_->setRange(record_.options.in.proper());
     slider_->setStepValue(record_.options.step);
     record_.value.registerReader(*this);
-    slider_->setValue(record_.value.get());
+    slider_->setValue(slider_->range().clamped(record_.value.get())); // no number shows the lower end
 }
 
 void Slider::Node::userChanged()
@@ -55,7 +55,7 @@ void Slider::Node::userChanged()
     if (isOneStep && tell)
         tell(true);
     binding.set(slider->value());
-    slider->setValue(binding.get());
+    slider->setValue(slider->range().clamped(binding.get()));
     if (isOneStep && tell)
         tell(false);
 }

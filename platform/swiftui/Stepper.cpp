@@ -34,7 +34,7 @@ void StepperButtons::Node::readSources()
     stepper_->setStepValue(record_.options.step);
     stepper_->setWraps(record_.options.wraps);
     record_.value.registerReader(*this);
-    stepper_->setValue(record_.value.get());
+    stepper_->setValue(stepper_->range().clamped(record_.value.get())); // no number shows the lower end
 }
 
 void StepperButtons::Node::userChanged()
@@ -42,7 +42,7 @@ void StepperButtons::Node::userChanged()
     auto stepper = stepper_;
     auto binding = record_.value; // writing it may remove this
     binding.set(stepper->value());
-    stepper->setValue(binding.get());
+    stepper->setValue(stepper->range().clamped(binding.get()));
 }
 
 } // namespace platform

@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/AccessibilityEvents.h"
+#include "platform/uikit/NumericKeys.h"
 #include "platform/uikit/UIPanGestureRecognizer.h"
 
 #include <cmath>
@@ -110,40 +111,12 @@ double NumericControl::pageStep() const
 
 bool NumericControl::pressesBegan(const UIPress& press)
 {
-    auto isPlain = (press.modifiers.rawValue & ~UIKeyModifierFlags::keypad) == 0;
-    if (!isPlain || !isEnabled() || !isFirstResponder())
+    NumericKeys keys{
+        .range = range_, .arrowStep = arrowStep(), .pageStep = pageStep(), .isRightToLeft = isRightToLeft()};
+    auto wish = isEnabled() && isFirstResponder() ? keys.valueAfter(press, value_) : std::nullopt;
+    if (!wish)
         return UIView::pressesBegan(press);
-    auto onwards = isRightToLeft() ? -1.0 : 1.0;
-    std::optional<double> wish;
-    switch (press.key) {
-    case UIKeyCode::right:
-        wish = valueAfter(onwards * arrowStep());
-        break;
-    case UIKeyCode::left:
-        wish = valueAfter(-onwards * arrowStep());
-        break;
-    case UIKeyCode::up:
-        wish = valueAfter(arrowStep());
-        break;
-    case UIKeyCode::down:
-        wish = valueAfter(-arrowStep());
-        break;
-    case UIKeyCode::pageUp:
-        wish = range_.clamped(value_ + pageStep());
-        break;
-    case UIKeyCode::pageDown:
-        wish = range_.clamped(value_ - pageStep());
-        break;
-    case UIKeyCode::home:
-        wish = range_.lower;
-        break;
-    case UIKeyCode::end:
-        wish = range_.upper;
-        break;
-    default:
-        return UIView::pressesBegan(press);
-    }
-    changeByUser(*wish);
+    changeByUser(wished(*wish));
     return true;
 }
 
@@ -175,7 +148,7 @@ bool NumericControl::accessibilityAdjust(int steps)
 {
     if (!isEnabled())
         return false;
-    changeByUser(valueAfter(steps * arrowStep()));
+    changeByUser(wished(value_ + steps * arrowStep()));
     return true;
 }
 

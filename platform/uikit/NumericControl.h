@@ -49,8 +49,8 @@ protected:
     // How far an arrow key goes, and a page key.
     virtual double arrowStep() const;
     virtual double pageStep() const;
-    // Steps of a user; a stepper may go round.
-    virtual double valueAfter(double change) const { return range_.clamped(value_ + change); }
+    // What becomes of a value that an arrow leads to; a stepper may go round.
+    virtual double wished(double value) const { return range_.clamped(value); }
     bool isRightToLeft() const;
 
 private:

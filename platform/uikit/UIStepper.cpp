@@ -62,14 +62,13 @@ double UIStepper::pageStep() const
     return 10 * arrowStep();
 }
 
-double UIStepper::valueAfter(double change) const
+double UIStepper::wished(double value) const
 {
-    auto wish = value() + change;
-    if (wraps_ && wish > maximumValue())
+    if (wraps_ && value > maximumValue())
         return minimumValue();
-    if (wraps_ && wish < minimumValue())
+    if (wraps_ && value < minimumValue())
         return maximumValue();
-    return range().clamped(wish);
+    return range().clamped(value);
 }
 
 bool UIStepper::canGo(Half half) const
@@ -84,7 +83,7 @@ void UIStepper::step(Half half)
     if (!canGo(half))
         return;
     auto change = repeats_ > repeatsBeforeTens ? 10 * arrowStep() : arrowStep();
-    changeByUser(valueAfter(half == Half::raise ? change : -change),
+    changeByUser(wished(value() + (half == Half::raise ? change : -change)),
                  isContinuous() ? Tells::now : Tells::later);
 }
 

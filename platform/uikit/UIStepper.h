@@ -34,7 +34,7 @@ public:
 protected:
     double arrowStep() const override;
     double pageStep() const override;
-    double valueAfter(double change) const override;
+    double wished(double value) const override;
     void controlStateChanged() override;
     bool beginTracking(UITouch& touch) override;
     bool continueTracking(UITouch& touch) override;
