@@ -19,6 +19,7 @@
 
 namespace platform {
 
+class UIPickerView;
 class UISegmentedControl;
 
 // What pickers choose among, without the values' type.
@@ -27,9 +28,6 @@ struct PickerChoice {
     std::vector<std::string> titles;
     int selected = -1;                    // none
     std::function<int(int index)> select; // gives the index that is selected then
-
-    // What the user chose; false when the index is selected no more.
-    bool operator==(const PickerChoice&) const = delete;
 };
 
 // The row of segments of a picker.
@@ -56,6 +54,30 @@ private:
     std::shared_ptr<UISegmentedControl> control_;
 };
 
+// The wheel of a picker.
+struct WheelChoice {
+    PickerChoice choice;
+    class Node;
+};
+
+class WheelChoice::Node final : public ControlNode {
+public:
+    Node(const NodeContext& context, const WheelChoice& view);
+    ~Node() override;
+    void update(const WheelChoice& view);
+    bool isRigid(Axis axis) const override { return axis == Axis::vertical; }
+
+protected:
+    CGSize measure(const ProposedSize& proposal) override;
+    void readSources() override;
+
+private:
+    class Delegate;
+
+    std::shared_ptr<Delegate> delegate_; // knows the choice
+    std::shared_ptr<UIPickerView> picker_;
+};
+
 template <std::equality_comparable Value>
 struct PickerOption {
     Value tag;
@@ -63,7 +85,7 @@ struct PickerOption {
 };
 
 // A choice of one of a few: `Picker{"Flavour", flavour, {{Flavour::lemon, "Lemon"}, {Flavour::mint, "Mint"}}}`. A value
-// that is not among the options selects none.
+// that is not among the options selects none. A row of segments, or a wheel in that style.
 template <std::equality_comparable Value>
 struct Picker {
     std::string title;
@@ -79,7 +101,12 @@ struct Picker {
     }
 
     auto dynamicProperties() { return std::tie(selection, style); }
-    auto body() const { return SegmentedChoice{choice()}; }
+    auto body() const
+    {
+        return when(
+            *style == PickerStyle::wheel, [&] { return WheelChoice{choice()}; },
+            [&] { return SegmentedChoice{choice()}; });
+    }
 
 private:
     static int indexOf(const std::vector<PickerOption<Value>>& options, const Value& value)

@@ -22,7 +22,7 @@ enum class ProgressViewStyle {
     linear,
     circular
 };
-enum class PickerStyle { automatic, segmented, menu, wheel };
+enum class PickerStyle { automatic, segmented, wheel };
 enum class TextFieldStyle { automatic, roundedBorder, plain };
 enum class LabelsVisibility { visible, hidden };
 

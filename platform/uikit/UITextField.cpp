@@ -243,6 +243,12 @@ void UITextField::setBorderStyle(UITextBorderStyle style)
     invalidateIntrinsicContentSize();
 }
 
+void UITextField::setContentPadding(CGFloat padding)
+{
+    contentPadding_ = padding;
+    setNeedsLayout();
+}
+
 bool UITextField::isSecureTextEntry() const
 {
     return editor_->isSecure;
@@ -348,7 +354,7 @@ void UITextField::layoutSubviews()
     UIControl::layoutSubviews();
     auto area = bounds();
     auto height = std::min(area.height(), std::ceil(editor_->font().lineHeight()));
-    auto side = borderStyle_ == UITextBorderStyle::none ? 0 : sideInset;
+    auto side = contentPadding_ + (borderStyle_ == UITextBorderStyle::none ? 0 : sideInset);
     auto line = CGRect::make(side, std::round((area.height() - height) / 2),
                              std::max(area.width() - 2 * side, 0.0), height);
     editor_->setFrame(line);

@@ -49,6 +49,8 @@ public:
     // nothing is composed in it. Empties the field when it changes. Default no.
     bool isSecureTextEntry() const;
     void setSecureTextEntry(bool isSecure);
+    // Room on both sides of the text for what stands there, besides the border's own.
+    void setContentPadding(CGFloat padding);
     bool isEditing() const;
     void selectAll();
     void setDelegate(std::weak_ptr<UITextFieldDelegate> delegate) { delegate_ = std::move(delegate); }
@@ -82,6 +84,7 @@ private:
     std::weak_ptr<UITextFieldDelegate> delegate_;
     std::optional<UIColor> textColor_;
     UITextBorderStyle borderStyle_ = UITextBorderStyle::roundedRect;
+    CGFloat contentPadding_ = 0;
     bool hasOwnFont_ = false;
 };
 
