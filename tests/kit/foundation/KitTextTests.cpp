@@ -40,6 +40,11 @@ constexpr std::string_view otherKeys[] = {
     "FEEDBACK_EMAIL_NO_ACCOUNT_CONFIGURED_ALERT_TITLE",
     "FEEDBACK_EMAIL_NO_ACCOUNT_CONFIGURED_ALERT_MESSAGE",
     "INSTAGRAM_ERROR_CANNOT_OPEN_INSTAGRAM_URL",
+    "PLAYER_BACKWARD_5",
+    "PLAYER_FORWARD_5",
+    "PLAYER_PAUSE",
+    "PLAYER_PLAY",
+    "PLAYER_POSITION",
     "URL_ERROR_NOT_CONNECTED_TO_INTERNET",
 };
 constexpr int commonTermCount = static_cast<int>(CommonLocalizations::goBack) + 1;
