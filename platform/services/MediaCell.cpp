@@ -66,7 +66,7 @@ MediaCell::MediaCell()
     addSubview(veil_);
 }
 
-void MediaCell::show(const MediaFile& file)
+void MediaCell::show(const LibraryFile& file)
 {
     file_ = file;
     isLoaded_ = false;

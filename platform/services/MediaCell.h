@@ -17,8 +17,8 @@ class MediaCell : public UIControl {
 public:
     MediaCell();
 
-    const MediaFile& file() const { return file_; }
-    void show(const MediaFile& file);
+    const LibraryFile& file() const { return file_; }
+    void show(const LibraryFile& file);
     void show(const Thumbnail& thumbnail);
     bool isLoaded() const { return isLoaded_; }
     // The ring is for those who go by keys.
@@ -41,7 +41,7 @@ private:
     const std::shared_ptr<UILabel> name_;     // where there is no picture
     const std::shared_ptr<UILabel> duration_; // of a video
     const std::shared_ptr<Veil> veil_;
-    MediaFile file_;
+    LibraryFile file_;
     bool isLoaded_ = false;
 };
 

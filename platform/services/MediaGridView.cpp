@@ -49,7 +49,7 @@ CGRect MediaGridView::cellFrame(std::size_t index) const
     return CGRect::make(x, row * step, end - std::round(column * (side + gap)), step - gap);
 }
 
-void MediaGridView::setFiles(std::vector<MediaFile> files)
+void MediaGridView::setFiles(std::vector<LibraryFile> files)
 {
     files_ = std::move(files);
     chosen_ = 0;

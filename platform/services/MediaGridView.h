@@ -21,10 +21,10 @@ public:
     MediaGridView();
     ~MediaGridView() override;
 
-    std::function<void(const MediaFile&)> onPick;
+    std::function<void(const LibraryFile&)> onPick;
 
-    const std::vector<MediaFile>& files() const { return files_; }
-    void setFiles(std::vector<MediaFile> files);
+    const std::vector<LibraryFile>& files() const { return files_; }
+    void setFiles(std::vector<LibraryFile> files);
     // That are made at present.
     std::size_t cellCount() const { return cells_.size(); }
 
@@ -52,7 +52,7 @@ private:
     bool isRightToLeft() const;
 
     const std::shared_ptr<ThumbnailLoader> loader_;
-    std::vector<MediaFile> files_;
+    std::vector<LibraryFile> files_;
     std::map<std::size_t, std::shared_ptr<MediaCell>> cells_; // by the place of their file
     std::vector<std::shared_ptr<MediaCell>> spare_;
     std::size_t chosen_ = 0;

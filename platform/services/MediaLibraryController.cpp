@@ -68,7 +68,7 @@ void MediaLibraryController::viewDidLoad()
                                     {UIControlEvents::primaryActionTriggered});
     grid_ = std::make_shared<MediaGridView>();
     grid_->accessibility().label = title();
-    grid_->onPick = [this](const MediaFile& file) {
+    grid_->onPick = [this](const LibraryFile& file) {
         if (auto pick = onPick)
             pick(file);
     };
@@ -122,9 +122,9 @@ MediaKinds MediaLibraryController::chosenKinds() const
 void MediaLibraryController::showFiles()
 {
     auto kinds = chosenKinds();
-    std::vector<MediaFile> shown;
+    std::vector<LibraryFile> shown;
     if (!message_)
-        std::ranges::copy_if(files_, std::back_inserter(shown), [&](const MediaFile& file) {
+        std::ranges::copy_if(files_, std::back_inserter(shown), [&](const LibraryFile& file) {
             return file.isVideo ? kinds.videos : kinds.photos;
         });
     auto isWaiting = !isListed_ && !message_;

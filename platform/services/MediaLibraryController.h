@@ -28,7 +28,7 @@ public:
     ~MediaLibraryController() override;
 
     // Set before it is shown. Each is called at most once a tap or a key.
-    std::function<void(const MediaFile&)> onPick;
+    std::function<void(const LibraryFile&)> onPick;
     std::function<void()> onCancel;
 
     // Says this in place of any media.
@@ -52,7 +52,7 @@ private:
     std::shared_ptr<MediaGridView> grid_;
     std::shared_ptr<UILabel> empty_;
     std::shared_ptr<UIActivityIndicatorView> wheel_;
-    std::vector<MediaFile> files_;
+    std::vector<LibraryFile> files_;
     bool isListed_ = false;
     std::stop_source listing_;
 };

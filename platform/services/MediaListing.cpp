@@ -37,7 +37,7 @@ Kind kindOf(const files::path& path)
     return std::ranges::find(videoExtensions, extension) != videoExtensions.end() ? Kind::video : Kind::none;
 }
 
-void appendMedia(std::vector<MediaFile>& found, const std::string& folder, MediaKinds kinds,
+void appendMedia(std::vector<LibraryFile>& found, const std::string& folder, MediaKinds kinds,
                  const std::stop_token& stop)
 {
     std::error_code failed;
@@ -66,7 +66,7 @@ void appendMedia(std::vector<MediaFile>& found, const std::string& folder, Media
 
 } // namespace
 
-std::string MediaFile::name() const
+std::string LibraryFile::name() const
 {
     return path.substr(path.rfind('/') + 1);
 }
@@ -90,13 +90,13 @@ std::vector<std::string> mediaFolders()
     return folders;
 }
 
-std::vector<MediaFile> listMedia(const std::vector<std::string>& folders, MediaKinds kinds,
-                                 const std::stop_token& stop)
+std::vector<LibraryFile> listMedia(const std::vector<std::string>& folders, MediaKinds kinds,
+                                   const std::stop_token& stop)
 {
-    std::vector<MediaFile> found;
+    std::vector<LibraryFile> found;
     for (const auto& folder : folders)
         appendMedia(found, folder, kinds, stop);
-    std::ranges::sort(found, [](const MediaFile& a, const MediaFile& b) {
+    std::ranges::sort(found, [](const LibraryFile& a, const LibraryFile& b) {
         return std::tie(b.modified, a.path) < std::tie(a.modified, b.path);
     });
     return found;

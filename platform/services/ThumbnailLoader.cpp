@@ -24,19 +24,19 @@ struct ThumbnailLoader::Queue : std::enable_shared_from_this<ThumbnailLoader::Qu
         DispatchQueue::make("org.zelk.platform.thumbnails.first"),
         DispatchQueue::make("org.zelk.platform.thumbnails.second")};
     std::mutex mutex;
-    std::vector<MediaFile> waiting; // guarded by mutex
-    std::size_t next = 0;           // main thread only
+    std::vector<LibraryFile> waiting; // guarded by mutex
+    std::size_t next = 0;             // main thread only
 
     explicit Queue(int pixels)
         : side(pixels)
     {
     }
-    void remove(const MediaFile& file)
+    void remove(const LibraryFile& file)
     {
         std::lock_guard lock(mutex);
         std::erase(waiting, file);
     }
-    void add(const MediaFile& file, const std::weak_ptr<ThumbnailLoader>& loader)
+    void add(const LibraryFile& file, const std::weak_ptr<ThumbnailLoader>& loader)
     {
         {
             std::lock_guard lock(mutex);
@@ -46,7 +46,7 @@ struct ThumbnailLoader::Queue : std::enable_shared_from_this<ThumbnailLoader::Qu
     }
     void work(const std::weak_ptr<ThumbnailLoader>& loader)
     {
-        std::optional<MediaFile> file;
+        std::optional<LibraryFile> file;
         {
             std::lock_guard lock(mutex);
             if (waiting.empty())
@@ -78,7 +78,7 @@ ThumbnailLoader::~ThumbnailLoader()
     queue_->waiting.clear();
 }
 
-std::optional<Thumbnail> ThumbnailLoader::cached(const MediaFile& file)
+std::optional<Thumbnail> ThumbnailLoader::cached(const LibraryFile& file)
 {
     auto place = places_.find(file.path);
     if (place == places_.end() || place->second->first != file)
@@ -87,7 +87,7 @@ std::optional<Thumbnail> ThumbnailLoader::cached(const MediaFile& file)
     return recent_.front().second;
 }
 
-void ThumbnailLoader::load(const MediaFile& file, Handler handler)
+void ThumbnailLoader::load(const LibraryFile& file, Handler handler)
 {
     assertOnMainThread();
     if (!wanted_.insert_or_assign(file.path, std::move(handler)).second)
@@ -95,14 +95,14 @@ void ThumbnailLoader::load(const MediaFile& file, Handler handler)
     queue_->add(file, weak_from_this());
 }
 
-void ThumbnailLoader::cancel(const MediaFile& file)
+void ThumbnailLoader::cancel(const LibraryFile& file)
 {
     assertOnMainThread();
     if (wanted_.erase(file.path) > 0)
         queue_->remove(file);
 }
 
-void ThumbnailLoader::finish(const MediaFile& file, const Thumbnail& thumbnail)
+void ThumbnailLoader::finish(const LibraryFile& file, const Thumbnail& thumbnail)
 {
     if (auto former = places_.find(file.path); former != places_.end())
         recent_.erase(former->second);

@@ -33,25 +33,25 @@ public:
     static std::shared_ptr<ThumbnailLoader> make(int side);
     ~ThumbnailLoader();
 
-    std::optional<Thumbnail> cached(const MediaFile& file);
+    std::optional<Thumbnail> cached(const LibraryFile& file);
     // Calls `handler` once, later, on the main thread, unless it is cancelled.
     using Handler = std::function<void(const Thumbnail&)>;
-    void load(const MediaFile& file, Handler handler);
+    void load(const LibraryFile& file, Handler handler);
     // Nobody wants it any more. Work that has begun goes on, for the cache.
-    void cancel(const MediaFile& file);
+    void cancel(const LibraryFile& file);
 
 private:
     explicit ThumbnailLoader(int side);
     struct Queue; // what the threads share
-    void finish(const MediaFile& file, const Thumbnail& thumbnail);
+    void finish(const LibraryFile& file, const Thumbnail& thumbnail);
 
     const std::shared_ptr<Queue> queue_;
     std::unordered_map<std::string, Handler> wanted_;
-    std::list<std::pair<MediaFile, Thumbnail>> recent_; // the last used first
-    std::unordered_map<std::string, std::list<std::pair<MediaFile, Thumbnail>>::iterator> places_;
+    std::list<std::pair<LibraryFile, Thumbnail>> recent_; // the last used first
+    std::unordered_map<std::string, std::list<std::pair<LibraryFile, Thumbnail>>::iterator> places_;
 };
 
 // Reads one on the calling thread. A file that is no plain file, or is not what its name says, is no medium. `side` as above.
-Thumbnail makeThumbnail(const MediaFile& file, int side);
+Thumbnail makeThumbnail(const LibraryFile& file, int side);
 
 } // namespace platform

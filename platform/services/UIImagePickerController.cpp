@@ -68,7 +68,7 @@ void UIImagePickerController::showLibrary()
     if (!isSourceTypeAvailable(sourceType))
         library->showMessage(mediaPickerText(MediaPickerText::noCamera));
     auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
-    library->onPick = [weak = std::weak_ptr(self)](const MediaFile& file) {
+    library->onPick = [weak = std::weak_ptr(self)](const LibraryFile& file) {
         if (auto picker = weak.lock())
             picker->pick(file);
     };
@@ -79,7 +79,7 @@ void UIImagePickerController::showLibrary()
     setViewControllers({library});
 }
 
-void UIImagePickerController::pick(const MediaFile& file)
+void UIImagePickerController::pick(const LibraryFile& file)
 {
     auto url = URL::fileURL(file.path);
     UIImagePickerInfo info;

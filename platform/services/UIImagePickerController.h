@@ -12,7 +12,7 @@
 namespace platform {
 
 class UIImagePickerController;
-struct MediaFile;
+struct LibraryFile;
 
 enum class UIImagePickerControllerSourceType { photoLibrary = 0, camera = 1, savedPhotosAlbum = 2 };
 enum class UIImagePickerControllerCameraDevice { rear = 0, front = 1 };
@@ -68,7 +68,7 @@ public:
 
 private:
     void showLibrary();
-    void pick(const MediaFile& file);
+    void pick(const LibraryFile& file);
     void finish(const UIImagePickerInfo& info);
     void cancel();
 

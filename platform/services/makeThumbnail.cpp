@@ -54,7 +54,7 @@ UIImage photoThumbnail(const QString& path, int side)
     return imageOf(picture, side);
 }
 
-Thumbnail videoThumbnail(const MediaFile& file, int side)
+Thumbnail videoThumbnail(const LibraryFile& file, int side)
 {
     auto asset = std::make_shared<AVURLAsset>(URL::fileURL(file.path));
     Thumbnail thumbnail;
@@ -72,7 +72,7 @@ Thumbnail videoThumbnail(const MediaFile& file, int side)
 
 } // namespace
 
-Thumbnail makeThumbnail(const MediaFile& file, int side)
+Thumbnail makeThumbnail(const LibraryFile& file, int side)
 {
     auto path = QString::fromStdString(file.path);
     if (!QFileInfo(path).isFile())
