@@ -26,6 +26,8 @@ thread_local PHPhotosRequests* collected = nullptr;
 constexpr int mostNumbers = 1000;
 constexpr std::size_t longestStem = 200; // bytes; a name has 255, with number and extension
 
+constexpr std::string_view plainStem = "Media";
+
 struct StagedAsset {
     std::string folder;
     std::string stem;
@@ -73,7 +75,8 @@ Result<std::string> folderFor(PHAssetMediaType type)
 // The name without extension, fit for any file system and shown in any folder.
 std::string stemOf(const URL& file, PHAssetMediaType type)
 {
-    auto stem = shownName(file);
+    auto stem = repairedUTF8(file.lastPathComponent());
+    std::ranges::replace_if(stem, [](char c) { return (c >= 0 && c < ' ') || c == 0x7F || c == '/'; }, '_');
     if (auto dot = stem.rfind('.'); dot != stem.npos && dot > 0)
         stem.resize(dot);
     stem.erase(0, std::min(stem.find_first_not_of(". "), stem.size()));
@@ -86,6 +89,18 @@ std::string stemOf(const URL& file, PHAssetMediaType type)
     return !stem.empty() ? stem : type == PHAssetMediaType::image ? "Photo" : "Video";
 }
 
+// The usual extension of what is at `path`, which is what the request says.
+Result<std::string> requireContent(const std::string& path, const PHAssetChangeRequest& request)
+{
+    auto content = photosContentOf(path);
+    if (content && content->type == request.mediaType())
+        return std::move(content->pathExtension);
+    auto what =
+        request.mediaType() == PHAssetMediaType::image ? "it is not a photo" : "it is not a whole video";
+    auto cause = fileError(NSCocoaError::fileReadCorruptFile, request.fileURL(), what);
+    return std::unexpected(photosError(PHPhotosError::invalidResource, cause.bridged()));
+}
+
 // The copy, in its folder, checked and on the disk; without its name.
 Result<StagedAsset> stage(const PHAssetChangeRequest& request)
 {
@@ -93,6 +108,8 @@ Result<StagedAsset> stage(const PHAssetChangeRequest& request)
     auto source = RegularFile::open(file);
     if (!source)
         return std::unexpected(photosError(PHPhotosError::missingResource, source.error().bridged()));
+    TRY(requireContent("/proc/self/fd/" + std::to_string(source->descriptor()),
+                       request)); // before a long copy
     auto folder = TRY(folderFor(request.mediaType()));
     auto draft = PHPhotosDraft::make(folder);
     if (!draft)
@@ -103,21 +120,14 @@ Result<StagedAsset> stage(const PHAssetChangeRequest& request)
         return std::unexpected(
             photosError(PHPhotosError::missingResource, fileError(copied.error().error, file).bridged()));
     }
-    // What was copied is looked at: the file itself may be another one by now.
-    auto content = photosContentOf(draft->readablePath());
-    if (!content || content->type != request.mediaType()) {
-        auto what =
-            request.mediaType() == PHAssetMediaType::image ? "it is not a photo" : "it is not a whole video";
-        return std::unexpected(
-            photosError(PHPhotosError::invalidResource,
-                        fileError(NSCocoaError::fileReadCorruptFile, file, what).bridged()));
-    }
+    // What was copied is looked at again: the file may be another one by now.
+    auto usual = TRY(requireContent(draft->readablePath(), request));
     if (auto finished = draft->finish(); !finished)
         return std::unexpected(writingError(finished.error(), file));
     auto named = file.pathExtension();
-    auto isNamedWell = isUsualExtension(named, content->type);
-    return StagedAsset{std::move(folder), stemOf(file, content->type),
-                       isNamedWell ? std::move(named) : std::move(content->pathExtension), std::move(*draft)};
+    return StagedAsset{std::move(folder), stemOf(file, request.mediaType()),
+                       isUsualExtension(named, request.mediaType()) ? std::move(named) : std::move(usual),
+                       std::move(*draft)};
 }
 
 Result<void> place(StagedAsset& asset)
@@ -132,8 +142,15 @@ Result<void> place(StagedAsset& asset)
         auto placed = asset.draft.place(name);
         if (placed)
             return {};
-        if (placed.error() != EEXIST || number > mostNumbers)
-            return std::unexpected(writingError(placed.error(), URL::fileURL(asset.folder + "/" + name)));
+        auto fault = placed.error();
+        if (fault == EEXIST && number <= mostNumbers)
+            continue;
+        // Some disks take fewer characters, or fewer of them; all take this one.
+        auto isNameRefused = fault == EINVAL || fault == ENAMETOOLONG || fault == EILSEQ;
+        if (!isNameRefused || asset.stem == plainStem)
+            return std::unexpected(writingError(fault, URL::fileURL(asset.folder + "/" + name)));
+        asset.stem = plainStem;
+        number = 0;
     }
 }
 

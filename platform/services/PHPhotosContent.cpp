@@ -44,28 +44,6 @@ std::string_view brandOf(std::string_view head)
     return head.size() >= 12 && head.substr(4, 4) == "ftyp" ? head.substr(8, 4) : std::string_view();
 }
 
-std::optional<std::string> imageExtension(const std::string& path, std::string_view head)
-{
-    auto brand = brandOf(head);
-    if (isOneOf(brand, {"heic", "heix", "heim", "heis", "mif1"}))
-        return "heic";
-    if (brand == "avif")
-        return "avif";
-    if (head.starts_with("RIFF") && head.substr(8, 4) == "WEBP")
-        return "webp"; // not every machine can read it
-    QFile file(QString::fromStdString(path));
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    QImageReader reader(&file);
-    reader.setDecideFormatFromContent(true);
-    if (!reader.canRead() || !reader.size().isValid() || reader.size().isEmpty())
-        return std::nullopt;
-    auto format = reader.format().toStdString();
-    if (std::ranges::find(pixelFormats, format) == pixelFormats.end())
-        return std::nullopt;
-    return format == "jpeg" ? "jpg" : format;
-}
-
 std::uint64_t bigEndian(std::string_view bytes)
 {
     std::uint64_t value = 0;
@@ -98,6 +76,24 @@ bool isWhole(const std::string& path)
         place += length;
     }
     return true;
+}
+
+std::optional<std::string> imageExtension(const std::string& path, std::string_view head)
+{
+    auto brand = brandOf(head);
+    if (isOneOf(brand, {"heic", "heix", "heim", "heis", "mif1", "avif"})) // not every machine can read these
+        return isWhole(path) ? std::optional(std::string(brand == "avif" ? "avif" : "heic")) : std::nullopt;
+    QFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QImageReader reader(&file);
+    reader.setDecideFormatFromContent(true);
+    if (!reader.canRead() || !reader.size().isValid() || reader.size().isEmpty())
+        return std::nullopt;
+    auto format = reader.format().toStdString();
+    if (std::ranges::find(pixelFormats, format) == pixelFormats.end())
+        return std::nullopt;
+    return format == "jpeg" ? "jpg" : format;
 }
 
 std::optional<std::string> videoExtension(const std::string& path, std::string_view head)

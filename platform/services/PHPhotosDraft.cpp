@@ -2,7 +2,9 @@
 #include "platform/services/PHPhotosDraft_p.h"
 
 #include "platform/foundation/UUID.h"
+#include "platform/services/PHPhotosCreator_p.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -112,10 +114,15 @@ std::expected<PHPhotosDraft, int> PHPhotosDraft::make(const std::string& folder)
 std::expected<void, PHPhotosDraft::CopyFault> PHPhotosDraft::copyFrom(int source)
 {
     NoSizeSignal guard;
+    struct stat status;
+    if (::fstat(source, &status) != 0)
+        return std::unexpected(CopyFault{errno, true});
     if (::ioctl(descriptor_, FICLONE, source) != 0) {
         std::array<char, 1 << 16> buffer;
-        for (off_t offset = 0;;) {
-            auto count = ::pread(source, buffer.data(), buffer.size(), offset);
+        // Not to wherever the end is by then: somebody may go on writing for ever.
+        for (off_t offset = 0; offset < status.st_size;) {
+            auto wanted = std::min(static_cast<off_t>(buffer.size()), status.st_size - offset);
+            auto count = ::pread(source, buffer.data(), static_cast<std::size_t>(wanted), offset);
             if (count < 0 && errno == EINTR)
                 continue;
             if (count < 0)
@@ -127,11 +134,9 @@ std::expected<void, PHPhotosDraft::CopyFault> PHPhotosDraft::copyFrom(int source
             offset += count;
         }
     }
-    struct stat status;
-    if (::fstat(source, &status) == 0) {
-        const timespec times[] = {status.st_mtim, status.st_mtim};
-        ::futimens(descriptor_, times); // a library without it is in another order, and whole
-    }
+    const timespec times[] = {status.st_mtim, status.st_mtim};
+    ::futimens(descriptor_, times); // a library without it is in another order, and whole
+    markAsAddedByThisProgram(descriptor_);
     return {};
 }
 

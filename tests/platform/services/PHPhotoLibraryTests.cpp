@@ -4,6 +4,7 @@
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/dispatch/VirtualClock.h"
+#include "platform/services/PHAsset.h"
 #include "platform/services/PHAssetChangeRequest.h"
 #include "platform/services/PHPhotosError.h"
 #include "tests/support/PhotoLibraryFolders.h"
@@ -97,7 +98,7 @@ TEST(PHPhotoLibrary, keeps_the_bytes_under_names_that_are_free)
         {"a hidden file", ".secret.png", "secret.png"},
         {"only an extension", ".png", "png.png"},
         {"letters of any script", "קיץ ☀.png", "קיץ ☀.png"},
-        {"a line break", "a\nb.png", "a?b.png"},
+        {"a line break", "a\nb.png", "a_b.png"},
         {"as long as names can be", longName + ".png", std::string(200, 'a') + ".png"},
     };
     Names expected;
@@ -146,6 +147,8 @@ TEST(PHPhotoLibrary, carries_out_all_changes_of_a_block_or_none)
         {"a video that ends in its head", video(in("head.mp4", mp4.substr(0, 100))),
          PHPhotosError::invalidResource},
         {"a video without its last byte", video(in("cut.mp4", mp4.substr(0, mp4.size() - 1))),
+         PHPhotosError::invalidResource},
+        {"a photo that ends in its head", image(in("cut.heic", std::string("\0\0\1\0ftypheic\0\0\0\0", 16))),
          PHPhotosError::invalidResource},
         {"only sound", video(tests::mediaURL("m4a", "-f lavfi -i sine=duration=1 -c:a aac")),
          PHPhotosError::invalidResource},
@@ -317,6 +320,44 @@ TEST(PHPhotoLibrary, takes_changes_of_several_programs_at_once)
     EXPECT_EQ(names.size(), 160u);
     for (const auto& name : names)
         EXPECT_EQ(folders.folder.read("pictures/" + name), png) << name;
+}
+
+TEST(PHAsset, is_seen_by_whom_the_user_lets_see_it)
+{
+    tests::PhotoLibraryFolders folders;
+    auto& files = folders.folder;
+    for (const auto* name : {"pictures/theirs.jpg", "pictures/trip/day 1/old.PNG", "pictures/.hidden.png",
+                             "pictures/.cache/thumb.png", "pictures/notes.txt", "videos/clip.mkv"})
+        files.write(name, "x");
+    std::filesystem::create_symlink(files.path("videos"), files.path("pictures/loop"));
+    folders.allow(Status::authorized);
+    EXPECT_EQ(change({image(files.write("from/mine.png", tests::contentsOf(tests::smallPicture().path())))}),
+              fine);
+    const auto epoch = std::filesystem::file_time_type::clock::now();
+    using std::chrono::hours;
+    int age = 0;
+    for (const auto* name :
+         {"pictures/mine.png", "videos/clip.mkv", "pictures/theirs.jpg", "pictures/trip/day 1/old.PNG"})
+        std::filesystem::last_write_time(files.path(name), epoch - hours(++age));
+
+    auto seen = [&](std::optional<PHAssetMediaType> type = {}) {
+        std::string names;
+        for (const auto& asset : PHAsset::fetchAssets(type))
+            names += asset.fileURL.lastPathComponent() + " ";
+        return names;
+    };
+    EXPECT_EQ(seen(), "") << "adding is not seeing";
+    PHPhotosAuthorization::shared().setStatus(Status::authorized, Level::readWrite);
+    EXPECT_EQ(seen(), "mine.png clip.mkv theirs.jpg old.PNG ");
+    EXPECT_EQ(seen(PHAssetMediaType::video), "clip.mkv ");
+    auto newest =
+        std::chrono::duration<double>(std::chrono::file_clock::to_sys(epoch - hours(1)).time_since_epoch());
+    EXPECT_NEAR(PHAsset::fetchAssets().front().modificationDate.timeIntervalSince1970, newest.count(), 1);
+    PHPhotosAuthorization::shared().setStatus(Status::limited, Level::readWrite);
+    EXPECT_EQ(seen(), "mine.png ");
+    folders.setPlaces(files.path("gone"), files.path("videos"));
+    PHPhotosAuthorization::shared().setStatus(Status::authorized, Level::readWrite);
+    EXPECT_EQ(seen(), "clip.mkv ");
 }
 
 TEST(PHPhotoLibraryDeathTest, wants_requests_inside_of_a_block)
