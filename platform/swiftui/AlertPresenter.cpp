@@ -14,9 +14,10 @@ namespace platform {
 class AlertPresenter::Controller : public UIAlertController {
 public:
     Controller(const AlertContent& alert, std::function<void()> onGone)
-        : UIAlertController(alert.title, alert.message,
-                            alert.isActionSheet ? UIAlertControllerStyle::actionSheet
-                                                : UIAlertControllerStyle::alert)
+        : UIAlertController(
+              alert.title.empty() && alert.isActionSheet ? std::nullopt : std::optional(alert.title),
+              alert.message,
+              alert.isActionSheet ? UIAlertControllerStyle::actionSheet : UIAlertControllerStyle::alert)
         , onGone_(std::move(onGone))
     {
     }
