@@ -3,6 +3,7 @@
 
 #include "platform/foundation/ProcessInfo.h"
 #include "platform/graphics/CGContext.h"
+#include "platform/graphics/UIBezierPath.h"
 #include "platform/uikit/UICollectionViewCell.h"
 #include "platform/uikit/UIControl.h"
 #include "platform/uikit/UIEvent.h"
@@ -34,6 +35,19 @@ bool isPressable(const UIControl& control)
     auto role = control.accessibilityNow().role;
     return control.isEnabled() && !control.isHidden()
         && (role == AccessibilityRole::button || role == AccessibilityRole::link);
+}
+
+void drawArrow(CGContext& context, CGRect area, bool isRightToLeft)
+{
+    constexpr CGFloat distance = 16, half = 4.5; // from the edge, and of its height
+    auto sign = isRightToLeft ? -1 : 1;
+    auto tip = isRightToLeft ? area.minX() + distance : area.maxX() - distance;
+    UIBezierPath path;
+    path.moveTo({tip - sign * half, area.midY() - half});
+    path.addLine({tip, area.midY()});
+    path.addLine({tip - sign * half, area.midY() + half});
+    context.stroke(path, UIColor::tertiaryLabel(),
+                   {.lineWidth = 2, .lineCap = LineCap::round, .lineJoin = LineJoin::round});
 }
 
 template <class Base>
@@ -103,11 +117,13 @@ public:
         }
         if (!pressed_.expired())
             context.fill(area, UIColor::quaternarySystemFill());
+        auto isRightToLeft =
+            this->effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+        if (look_.hasArrow)
+            drawArrow(context, area, isRightToLeft);
         if (!look_.hasSeparator)
             return;
         auto hair = 1 / std::max(context.scale(), 1.0);
-        auto isRightToLeft =
-            this->effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
         auto width = std::max(area.width() - look_.separatorInset, 0.0);
         context.fill(
             CGRect::make(isRightToLeft ? area.minX() : area.maxX() - width, area.maxY() - hair, width, hair),

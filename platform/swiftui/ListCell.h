@@ -16,6 +16,8 @@ struct ListCellLook {
     CGFloat sideMargin = 0;                    // points on both sides that are not the cell's
     bool hasSeparator = false;                 // below, from where the text begins
     CGFloat separatorInset = 0;
+    bool hasArrow = false; // at the end of the line: it leads on
+    static constexpr CGFloat arrowWidth = 20;
     bool operator==(const ListCellLook&) const = default;
 };
 

@@ -2,6 +2,7 @@
 #include "platform/swiftui/ListRowNode.h"
 
 #include "platform/swiftui/EnvironmentValues.h"
+#include "platform/swiftui/NavigationLink.h"
 #include "platform/uikit/UIWindow.h"
 
 #include <algorithm>
@@ -14,6 +15,8 @@ ListRowNode::ListRowNode(const NodeContext& context, const RowRun& run, std::siz
     , environment_(std::make_shared<EnvironmentScope>(context.environment))
 {
     auto cell = ListCell::make();
+    auto row = std::make_shared<ListRowKey::Row>();
+    environment_->set<ListRowKey>(row);
     if (run.kind != RowKind::row) {
         environment_->set<FontKey>(Font::footnote());
         environment_->set<ForegroundColorKey>(UIColor::secondaryLabel());
@@ -21,6 +24,7 @@ ListRowNode::ListRowNode(const NodeContext& context, const RowRun& run, std::siz
     }
     setPlatformView(std::move(cell));
     setContent(run.source->makeRow(index, contentContext()));
+    leadsOn_ = row->leadsOn;
 }
 
 ListRowNode::~ListRowNode() = default;
@@ -32,8 +36,12 @@ NodeContext ListRowNode::contentContext()
     return inner;
 }
 
-bool ListRowNode::setLayout(const ListRowLayout& layout)
+bool ListRowNode::setLayout(ListRowLayout layout)
 {
+    if (leadsOn_) {
+        layout.look.hasArrow = true;
+        layout.insets.right += ListCellLook::arrowWidth;
+    }
     cell().setLook(layout.look);
     auto isSame =
         layout.insets == layout_.insets && layout.gap == layout_.gap && layout.minHeight == layout_.minHeight;

@@ -27,7 +27,7 @@ public:
     // Requires: the run's source is of the type that the row was made by.
     void updateRow(const RowRun& run, std::size_t index) { run.source->updateRow(index, content()); }
     // True when it may have another size now.
-    bool setLayout(const ListRowLayout& layout);
+    bool setLayout(ListRowLayout layout);
     ListCell& cell() const { return ListCell::of(*platformView()); }
     UIView& containerView() const override { return *platformView(); }
     bool hasFocus() const; // the keyboard is somewhere inside
@@ -40,6 +40,7 @@ protected:
 private:
     std::shared_ptr<EnvironmentScope> environment_;
     ListRowLayout layout_;
+    bool leadsOn_ = false; // holds a link
 };
 
 } // namespace platform

@@ -57,7 +57,10 @@ public:
     void viewDidLoad() override
     {
         ContentController::viewDidLoad();
-        if (kind_ != PresentationKind::popover) // whose bubble has the colour
+        // A popover has the colour of its bubble; a card is told from what is behind it in the dark too.
+        if (kind_ == PresentationKind::sheet)
+            view()->setBackgroundColor(UIColor::dynamic(UIColor::gray(1), UIColor::gray(0.11)));
+        else if (kind_ == PresentationKind::fullScreenCover)
             view()->setBackgroundColor(UIColor::systemBackground());
     }
     // The bubble follows what the content wants.

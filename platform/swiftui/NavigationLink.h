@@ -14,6 +14,15 @@
 
 namespace platform {
 
+// The row of a list that a link stands in; null outside of one.
+struct ListRowKey {
+    struct Row {
+        bool leadsOn = false; // it holds a link, and shows that
+    };
+    using Value = std::shared_ptr<Row>;
+    static Value defaultValue() { return nullptr; }
+};
+
 // Without the types of label and destination. While the link is there its page is described anew with it; the page stays
 // when the link goes, for rows of a list go when they scroll out of sight.
 class NavigationLinkNode : public ButtonNode {

@@ -78,8 +78,26 @@ void NavigationTitleModifier::Node::updateModifier(const NavigationTitleModifier
     host().controller().setTitle(modifier.title);
 }
 
+namespace {
+
+// A link in a row of a list looks as the row does.
+NodeContext inRow(const NodeContext& context)
+{
+    auto row = context.environment->value<ListRowKey>(nullptr);
+    if (!row)
+        return context;
+    row->leadsOn = true;
+    auto inner = context;
+    inner.environment = std::make_shared<EnvironmentScope>(context.environment);
+    inner.environment->set<ForegroundColorKey>(
+        context.environment->value<ForegroundColorKey>(nullptr).value_or(UIColor::label()));
+    return inner;
+}
+
+} // namespace
+
 NavigationLinkNode::NavigationLinkNode(const NodeContext& context, std::function<AnyView()> destination)
-    : ButtonNode(context, [this] { open(); })
+    : ButtonNode(inRow(context), [this] { open(); })
     , path_(context.environment->value<NavigationPathKey>(nullptr))
     , destination_(std::move(destination))
 {
