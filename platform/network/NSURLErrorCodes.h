@@ -28,6 +28,7 @@ inline constexpr long NSURLErrorZeroByteResource = -1014;
 inline constexpr long NSURLErrorCannotDecodeRawData = -1015;
 inline constexpr long NSURLErrorCannotParseResponse = -1017;
 inline constexpr long NSURLErrorDataNotAllowed = -1020;
+inline constexpr long NSURLErrorAppTransportSecurityRequiresSecureConnection = -1022;
 inline constexpr long NSURLErrorDataLengthExceedsMaximum = -1103;
 inline constexpr long NSURLErrorSecureConnectionFailed = -1200;
 inline constexpr long NSURLErrorServerCertificateHasBadDate = -1201;

@@ -67,7 +67,9 @@ public:
     void invalidateAndCancel();
 
 private:
+    friend class URLSessionCore;
     explicit URLSession(std::shared_ptr<URLSessionCore> core);
+    std::shared_ptr<URLSessionTaskState> newState(URLRequest request);
 
     // fixed after construction
     std::shared_ptr<URLSessionCore> core_;

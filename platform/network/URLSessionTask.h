@@ -55,6 +55,7 @@ protected:
     friend class URLSessionCore;
     friend class URLSessionTaskState;
     explicit URLSessionTask(std::shared_ptr<URLSessionTaskState> state);
+    void stop(std::function<void(std::optional<std::string>)> resumeData);
 
     // fixed after construction
     std::shared_ptr<URLSessionTaskState> state_;

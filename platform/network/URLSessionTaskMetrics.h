@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -23,6 +24,11 @@ enum class URLSessionTaskMetricsResourceFetchType {
 
 // One request of a task and its answer: a task has one a hop, and one more where a stored answer was asked about.
 struct URLSessionTaskTransactionMetrics {
+    explicit URLSessionTaskTransactionMetrics(URLRequest sent)
+        : request(std::move(sent))
+    {
+    }
+
     URLRequest request;
     // Null when none came.
     std::shared_ptr<const URLResponse> response;

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include "platform/network/LoadSink_p.h"
+
+#include "platform/network/NetworkThread_p.h"
+#include "platform/network/URLCache.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+namespace platform {
+
+LoadSink::~LoadSink() = default;
+
+namespace {
+
+constexpr std::size_t chunkSize = 256 * 1024;
+// Of bytes that the delegate has been given and has not come to.
+constexpr std::size_t mostWaiting = 1024 * 1024;
+
+// Shared with the delegate queue.
+struct Waiting {
+    std::atomic<std::size_t> bytes = 0;
+    std::atomic<bool> isStalled = false;
+    std::function<void()> resume; // fixed after construction
+};
+
+void handled(const std::shared_ptr<Waiting>& waiting, std::size_t count)
+{
+    auto left = waiting->bytes.fetch_sub(count) - count;
+    if (left <= mostWaiting / 2 && waiting->isStalled.exchange(false))
+        NetworkThread::shared().perform([waiting] { waiting->resume(); });
+}
+
+class DataSink final : public LoadSink {
+public:
+    DataSink(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSessionTaskState> state,
+             std::function<void()> resume)
+        : task_(std::static_pointer_cast<URLSessionDataTask>(task))
+        , state_(std::move(state))
+        , waiting_(std::make_shared<Waiting>())
+    {
+        waiting_->resume = std::move(resume);
+        if (auto& cache = state_->core->configuration().urlCache)
+            mostStored_ = std::max(cache->memoryCapacity(), cache->diskCapacity()) / 4;
+    }
+
+    HTTPTransfer::Encoding encoding() const override { return HTTPTransfer::Encoding::decoded; }
+    void prepare(URLRequest&) override { }
+    bool canContinue() const override { return false; }
+    std::int64_t byteCount() const override { return byteCount_; }
+
+    Reception receive(const std::shared_ptr<const HTTPURLResponse>& response,
+                      std::function<void(bool)> proceed) override
+    {
+        return announce(response, std::move(proceed)) ? Reception::waits : Reception::taken;
+    }
+
+    std::optional<Error> take(HTTPTransfer& transfer) override
+    {
+        for (;;) {
+            if (!state_->dataCompletion && waiting_->bytes >= mostWaiting) {
+                // Looked at again after it is said, as the queue may have come to its end in between.
+                waiting_->isStalled = true;
+                if (waiting_->bytes >= mostWaiting || !waiting_->isStalled.exchange(false))
+                    return std::nullopt;
+            }
+            std::string chunk(chunkSize, '\0');
+            auto count = transfer.read(chunk);
+            if (count == 0)
+                return std::nullopt;
+            chunk.resize(count);
+            keep(chunk);
+            hand(std::move(chunk));
+        }
+    }
+
+    void deliver(const CachedURLResponse& stored) override
+    {
+        // Whoever refuses it is heard before the bytes, as both are on one queue.
+        auto refused = std::make_shared<std::atomic<bool>>(false);
+        announce(stored.response(), [refused](bool goesOn) { *refused = !goesOn; });
+        byteCount_ = static_cast<std::int64_t>(stored.data().size());
+        if (state_->dataCompletion) {
+            body_ = stored.data();
+            return;
+        }
+        if (stored.data().empty())
+            return;
+        state_->core->tell<URLSessionDataDelegate>(
+            task_,
+            [task = task_, session = state_->session, data = stored.sharedData(), refused](auto& delegate) {
+                if (!*refused)
+                    delegate.urlSessionDataTaskDidReceiveData(*session, task, *data);
+            });
+    }
+
+    void finish(const std::optional<Error>& error) override
+    {
+        if (!state_->dataCompletion)
+            return;
+        std::shared_ptr<const URLResponse> response;
+        {
+            std::lock_guard lock(state_->mutex);
+            response = state_->response;
+        }
+        URLSession::DataLoad load{std::move(body_), std::move(response)};
+        completion_ = [state = state_, error, load = std::move(load)]() mutable {
+            auto completion = std::exchange(state->dataCompletion, nullptr);
+            if (error)
+                completion(std::unexpected(*error));
+            else
+                completion(std::move(load));
+        };
+    }
+
+    std::move_only_function<void()> takeCompletion() override { return std::move(completion_); }
+
+    std::shared_ptr<const std::string> storableBody() override
+    {
+        if (byteCount_ > mostStored_)
+            return nullptr;
+        return std::make_shared<const std::string>(state_->dataCompletion ? body_ : std::move(stored_));
+    }
+
+private:
+    // Whether the delegate has a say.
+    bool announce(const std::shared_ptr<const URLResponse>& response, std::function<void(bool)> proceed)
+    {
+        auto& core = *state_->core;
+        if (state_->dataCompletion || !core.delegateOf<URLSessionDataDelegate>(*task_))
+            return false;
+        core.delegateQueue()->async([state = state_, task = task_, response, proceed = std::move(proceed)] {
+            auto delegate = state->core->delegateOf<URLSessionDataDelegate>(*task);
+            if (!delegate) {
+                proceed(true);
+                return;
+            }
+            using Disposition = URLSessionDataDelegate::ResponseDisposition;
+            delegate->urlSessionDataTaskDidReceiveResponse(
+                *state->session, task, response,
+                [proceed](Disposition disposition) { proceed(disposition == Disposition::allow); });
+        });
+        return true;
+    }
+
+    void keep(const std::string& chunk)
+    {
+        byteCount_ += static_cast<std::int64_t>(chunk.size());
+        if (state_->dataCompletion)
+            return;
+        if (byteCount_ <= mostStored_)
+            stored_ += chunk;
+        else
+            std::string().swap(stored_);
+    }
+
+    void hand(std::string chunk)
+    {
+        if (state_->dataCompletion) {
+            if (body_.empty())
+                body_ = std::move(chunk);
+            else
+                body_ += chunk;
+            return;
+        }
+        auto& core = *state_->core;
+        if (!core.delegateOf<URLSessionDataDelegate>(*task_))
+            return;
+        waiting_->bytes += chunk.size();
+        core.delegateQueue()->async(
+            [state = state_, task = task_, waiting = waiting_, chunk = std::move(chunk)] {
+                if (auto delegate = state->core->delegateOf<URLSessionDataDelegate>(*task))
+                    delegate->urlSessionDataTaskDidReceiveData(*state->session, task, chunk);
+                handled(waiting, chunk.size());
+            });
+    }
+
+    // fixed after construction
+    std::shared_ptr<URLSessionDataTask> task_;
+    std::shared_ptr<URLSessionTaskState> state_;
+    std::shared_ptr<Waiting> waiting_;
+    std::int64_t mostStored_ = -1;
+
+    std::int64_t byteCount_ = 0;
+    std::string body_;   // for the completion
+    std::string stored_; // for the cache
+    std::move_only_function<void()> completion_;
+};
+
+} // namespace
+
+std::unique_ptr<LoadSink> makeDataSink(std::shared_ptr<URLSessionTask> task,
+                                       std::shared_ptr<URLSessionTaskState> state,
+                                       std::function<void()> resume)
+{
+    return std::make_unique<DataSink>(std::move(task), std::move(state), std::move(resume));
+}
+
+} // namespace platform

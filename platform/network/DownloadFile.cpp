@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "platform/network/DownloadFile_p.h"
+
+#include "platform/foundation/FileManager.h"
+#include "platform/foundation/UUID.h"
+#include "platform/network/NSURLErrorCodes.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+constexpr std::string_view growing = ".download";
+
+NSError writeError(int reason, const std::string& path)
+{
+    if (reason == ENOSPC || reason == EDQUOT)
+        return {NSPOSIXErrorDomain,
+                ENOSPC,
+                {{std::string(NSLocalizedDescriptionKey), "No space left on device"}}};
+    return urlError(NSURLErrorCannotWriteToFile, URL::fileURL(path));
+}
+
+// The files of living programs are locked.
+void removeAbandoned(const std::string& directory)
+{
+    std::error_code ignored; // what cannot be listed or removed now is found again by the next program
+    for (auto& entry : std::filesystem::directory_iterator(directory, ignored)) {
+        auto path = entry.path().string();
+        if (!path.ends_with(growing))
+            continue;
+        int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+        if (descriptor < 0)
+            continue;
+        if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+            ::unlink(path.c_str());
+        ::close(descriptor);
+    }
+}
+
+std::string makeDownloadDirectory()
+{
+    auto& manager = FileManager::defaultManager();
+    auto caches = manager.urls(SearchPathDirectory::caches, SearchPathDomain::user);
+    // With what else this program keeps there: the temporary directory has the program's name.
+    auto name = manager.temporaryDirectory().lastPathComponent();
+    if (!caches.empty()) {
+        auto place = caches.front().appendingPathComponent(name).appendingPathComponent("downloads");
+        if (manager.createDirectory(place, IntermediateDirectories::created)) {
+            ::chmod(place.path().c_str(), 0700);
+            if (::access(place.path().c_str(), W_OK | X_OK) == 0)
+                return place.path() + "/";
+        }
+    }
+    return manager.temporaryDirectory().path() + "/";
+}
+
+} // namespace
+
+std::string downloadDirectory()
+{
+    static const std::string directory = [] {
+        auto made = makeDownloadDirectory();
+        removeAbandoned(made);
+        return made;
+    }();
+    return directory;
+}
+
+Result<std::unique_ptr<DownloadFile>> DownloadFile::make()
+{
+    return open(downloadDirectory() + UUID().string() + std::string(growing));
+}
+
+Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
+{
+    int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600);
+    struct stat facts{};
+    bool isFile = descriptor >= 0 && ::fstat(descriptor, &facts) == 0 && S_ISREG(facts.st_mode);
+    if (!isFile || ::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        int reason = errno;
+        if (descriptor >= 0)
+            ::close(descriptor);
+        if (reason == ENOSPC || reason == EDQUOT)
+            return failure(writeError(reason, path));
+        return failure(urlError(NSURLErrorCannotCreateFile, URL::fileURL(path)));
+    }
+    return std::unique_ptr<DownloadFile>(new DownloadFile(descriptor, std::move(path), facts.st_size));
+}
+
+DownloadFile::DownloadFile(int descriptor, std::string path, std::int64_t size)
+    : descriptor_(descriptor)
+    , path_(std::move(path))
+    , size_(size)
+{
+}
+
+DownloadFile::~DownloadFile()
+{
+    // While it is locked, so that what is removed is ours. It may have been moved away: then there is nothing to remove.
+    if (!isKept_)
+        ::unlink(path_.c_str());
+    ::close(descriptor_);
+}
+
+Result<void> DownloadFile::append(std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        auto count = ::write(descriptor_, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return failure(writeError(errno, path_));
+        size_ += count;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
+Result<void> DownloadFile::truncate(std::int64_t size)
+{
+    if (::ftruncate(descriptor_, size) != 0)
+        return failure(writeError(errno, path_));
+    size_ = size;
+    return {};
+}
+
+bool DownloadFile::moveTo(const std::string& path)
+{
+    if (::rename(path_.c_str(), path.c_str()) != 0)
+        return false;
+    path_ = path;
+    return true;
+}
+
+} // namespace platform

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/foundation/Result.h"
+#include "platform/foundation/URL.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// A file that grows while it is loaded, readable to this user only. Removed when it is let go of, unless it is kept. One
+// thread at a time.
+class DownloadFile {
+public:
+    // Among the user's caches (else in the temporary directory): what programs that crashed have left there goes.
+    [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> make();
+    // The file at `path`, as it is; made when there is none.
+    [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> open(std::string path);
+
+    ~DownloadFile();
+    DownloadFile(const DownloadFile&) = delete; // the file is removed once
+    DownloadFile& operator=(const DownloadFile&) = delete;
+
+    const std::string& path() const { return path_; }
+    URL url() const { return URL::fileURL(path_); }
+    std::int64_t size() const { return size_; }
+
+    // Errors: POSIX ENOSPC when there is no space; NSURLErrorCannotWriteToFile.
+    [[nodiscard]] Result<void> append(std::string_view bytes);
+    // To a smaller size.
+    [[nodiscard]] Result<void> truncate(std::int64_t size);
+    // Whether it stays when this goes.
+    void setKept(bool isKept) { isKept_ = isKept; }
+    // Where crashed programs' files are not looked for; false when it could not be moved.
+    [[nodiscard]] bool moveTo(const std::string& path);
+
+private:
+    DownloadFile(int descriptor, std::string path, std::int64_t size);
+
+    int descriptor_;
+    std::string path_;
+    std::int64_t size_;
+    bool isKept_ = false;
+};
+
+// Where downloads are while they grow; made, with a "/" at the end. Empty when there is no such place.
+std::string downloadDirectory();
+
+} // namespace platform

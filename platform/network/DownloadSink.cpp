@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: MIT
+#include "platform/network/LoadSink_p.h"
+
+#include "platform/network/BackgroundStore_p.h"
+#include "platform/network/DownloadFile_p.h"
+#include "platform/network/HTTPMessage_p.h"
+#include "platform/network/NSURLErrorCodes.h"
+
+#include <array>
+#include <mutex>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr std::size_t chunkSize = 256 * 1024;
+
+// Shared with the delegate queue, which may be behind: one call is on its way at most.
+struct Progress {
+    std::mutex mutex;
+    // guarded by mutex
+    std::int64_t total = 0;
+    std::int64_t expected = URLResponseUnknownLength;
+    std::int64_t unreported = 0;
+    bool isOnItsWay = false;
+};
+
+class DownloadSink final : public LoadSink {
+public:
+    DownloadSink(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSessionTaskState> state)
+        : task_(std::static_pointer_cast<URLSessionDownloadTask>(task))
+        , state_(std::move(state))
+        , buffer_(chunkSize)
+    {
+        auto file =
+            state_->partialPath.empty() ? DownloadFile::make() : DownloadFile::open(state_->partialPath);
+        if (!file) {
+            openError_ = file.error();
+            return;
+        }
+        file_ = std::move(*file);
+        validator_ = state_->partialValidator;
+        total_ = state_->partialTotal;
+        // What may be whole already is asked for its last byte again: a range needs one.
+        if (total_ && file_->size() >= *total_ && !file_->truncate(*total_ > 0 ? *total_ - 1 : 0))
+            validator_.clear();
+        if (auto& store = state_->core->store();
+            store && state_->partialPath == store->partialPath(state_->identifier))
+            keeper_ = store;
+        // The process may end at any moment; then the next one goes on with it.
+        file_->setKept(keeper_ != nullptr);
+    }
+
+    HTTPTransfer::Encoding encoding() const override { return HTTPTransfer::Encoding::asStored; }
+    std::int64_t byteCount() const override { return file_ ? file_->size() : 0; }
+
+    void prepare(URLRequest& request) override
+    {
+        isRanged_ = canContinue() && !request.value("Range");
+        if (!isRanged_)
+            return;
+        request.setValue("bytes=" + std::to_string(file_->size()) + "-", "Range");
+        request.setValue(validator_, "If-Range");
+    }
+
+    Reception receive(const std::shared_ptr<const HTTPURLResponse>& response,
+                      std::function<void(bool)>) override
+    {
+        if (!file_)
+            return Reception::taken; // the first bytes fail
+        if (isRanged_ && response->statusCode() == 206) {
+            auto range = parseContentRange(response->value("Content-Range").value_or(""));
+            auto tag = strongValidator(response->allHeaderFields());
+            bool continues = range && range->first == file_->size() && (!tag || *tag == validator_)
+                && (!total_ || !range->total || *range->total == *total_);
+            if (!continues)
+                return forget();
+            if (range->total)
+                total_ = range->total;
+            tellResumed();
+            setExpected(total_.value_or(URLResponseUnknownLength));
+            return Reception::taken;
+        }
+        // The server's own state of that range is gone; a file that grew smaller, for one.
+        if (isRanged_ && response->statusCode() == 416)
+            return forget();
+        if (file_->size() > 0 && !file_->truncate(0))
+            openError_ = urlError(NSURLErrorCannotWriteToFile, file_->url());
+        bool isFile = response->statusCode() == 200 && !response->value("Content-Encoding");
+        validator_ = isFile ? strongValidator(response->allHeaderFields()).value_or("") : "";
+        auto length = response->expectedContentLength();
+        total_ = isFile && length != URLResponseUnknownLength ? std::optional(length) : std::nullopt;
+        setExpected(length);
+        save();
+        return Reception::taken;
+    }
+
+    std::optional<Error> take(HTTPTransfer& transfer) override
+    {
+        if (openError_)
+            return openError_;
+        std::int64_t written = 0;
+        while (auto count = transfer.read(buffer_)) {
+            if (auto appended = file_->append({buffer_.data(), count}); !appended)
+                return appended.error();
+            written += static_cast<std::int64_t>(count);
+        }
+        if (written > 0)
+            tellProgress(written);
+        return std::nullopt;
+    }
+
+    bool canContinue() const override { return file_ && file_->size() > 0 && !validator_.empty(); }
+
+    void deliver(const CachedURLResponse&) override { }
+
+    void finish(const std::optional<Error>& error) override
+    {
+        auto failed = error ? error : openError_;
+        if (file_ && failed && !isGivenAway_)
+            file_->setKept(false);
+        if (!failed) {
+            if (state_->downloadCompletion)
+                completion_ = [state = state_, file = std::shared_ptr(std::move(file_))] {
+                    std::shared_ptr<const URLResponse> response;
+                    {
+                        std::lock_guard lock(state->mutex);
+                        response = state->response;
+                    }
+                    std::exchange(state->downloadCompletion,
+                                  nullptr)(URLSession::Download{file->url(), response});
+                };
+            else
+                tellFinished();
+            return;
+        }
+        file_ = nullptr;
+        forgetEntry();
+        if (state_->downloadCompletion)
+            completion_ = [state = state_, error = *failed] {
+                std::exchange(state->downloadCompletion, nullptr)(std::unexpected(error));
+            };
+    }
+
+    std::move_only_function<void()> takeCompletion() override { return std::move(completion_); }
+
+    std::optional<Error> openError() const override { return openError_; }
+
+    std::optional<std::string> giveResumeData() override
+    {
+        if (!canContinue())
+            return std::nullopt;
+        auto path = file_->path();
+        auto stem = path.substr(path.rfind('/') + 1);
+        auto place = downloadDirectory() + stem.substr(0, stem.rfind('.')) + ".partial";
+        auto data = encodeResumeData({*state_->originalRequest, place, validator_, total_});
+        if (!data || !file_->moveTo(place))
+            return std::nullopt;
+        file_->setKept(true);
+        isGivenAway_ = true;
+        return data;
+    }
+
+private:
+    Reception forget()
+    {
+        validator_.clear();
+        total_ = std::nullopt;
+        if (!file_->truncate(0))
+            openError_ = urlError(NSURLErrorCannotWriteToFile, file_->url());
+        return Reception::refused;
+    }
+
+    void setExpected(std::int64_t expected)
+    {
+        {
+            std::lock_guard lock(state_->mutex);
+            state_->expected = expected;
+        }
+        std::lock_guard lock(progress_->mutex);
+        progress_->expected = expected;
+        progress_->total = file_->size();
+    }
+
+    // What a later start needs in order to go on.
+    void save()
+    {
+        if (!keeper_)
+            return;
+        std::string description;
+        {
+            std::lock_guard lock(state_->mutex);
+            description = state_->description;
+        }
+        keeper_->put({state_->identifier, *state_->originalRequest, description, validator_, total_});
+    }
+    void forgetEntry()
+    {
+        if (keeper_)
+            keeper_->remove(state_->identifier);
+    }
+
+    void tellResumed()
+    {
+        state_->core->tell<URLSessionDownloadDelegate>(
+            task_,
+            [state = state_, task = task_, offset = file_->size(),
+             total = total_.value_or(URLResponseUnknownLength)](auto& delegate) {
+                delegate.urlSessionDownloadTaskDidResumeAtOffset(*state->session, task, offset, total);
+            });
+    }
+
+    void tellProgress(std::int64_t written)
+    {
+        if (state_->downloadCompletion)
+            return;
+        {
+            std::lock_guard lock(progress_->mutex);
+            progress_->total = file_->size();
+            progress_->unreported += written;
+            if (std::exchange(progress_->isOnItsWay, true))
+                return;
+        }
+        state_->core->delegateQueue()->async([state = state_, task = task_, progress = progress_] {
+            std::int64_t total = 0;
+            std::int64_t expected = 0;
+            std::int64_t news = 0;
+            {
+                std::lock_guard lock(progress->mutex);
+                progress->isOnItsWay = false;
+                total = progress->total;
+                expected = progress->expected;
+                news = std::exchange(progress->unreported, 0);
+            }
+            if (auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task))
+                delegate->urlSessionDownloadTaskDidWriteData(*state->session, task, news, total, expected);
+        });
+    }
+
+    void tellFinished()
+    {
+        state_->core->delegateQueue()->async(
+            [state = state_, task = task_, keeper = keeper_, file = std::shared_ptr(std::move(file_))] {
+                if (auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task))
+                    delegate->urlSessionDownloadTaskDidFinishDownloading(*state->session, task, file->url());
+                // Only now: whoever is stopped before that hears of it at the next start.
+                file->setKept(false);
+                if (keeper)
+                    keeper->remove(state->identifier);
+            });
+    }
+
+    // fixed after construction
+    std::shared_ptr<URLSessionDownloadTask> task_;
+    std::shared_ptr<URLSessionTaskState> state_;
+    std::shared_ptr<BackgroundStore> keeper_;
+    std::shared_ptr<Progress> progress_ = std::make_shared<Progress>();
+
+    std::vector<char> buffer_;
+    std::unique_ptr<DownloadFile> file_; // null when it could not be made, and after the end
+    std::optional<Error> openError_;
+    std::string validator_; // of what the file has; empty: it cannot be continued
+    std::optional<std::int64_t> total_;
+    bool isRanged_ = false;
+    bool isGivenAway_ = false;
+    std::move_only_function<void()> completion_;
+};
+
+} // namespace
+
+std::unique_ptr<LoadSink> makeDownloadSink(std::shared_ptr<URLSessionTask> task,
+                                           std::shared_ptr<URLSessionTaskState> state)
+{
+    return std::make_unique<DownloadSink>(std::move(task), std::move(state));
+}
+
+} // namespace platform

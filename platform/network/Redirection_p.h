@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/network/HTTPURLResponse.h"
+#include "platform/network/URLRequest.h"
+
+#include <expected>
+#include <optional>
+
+namespace platform {
+
+// How many a task follows.
+inline constexpr int mostRedirections = 20;
+
+// Whether `url` can be loaded: http or https, with a host.
+bool isLoadable(const URL& url);
+
+// Where the answer leads; nothing when it is no redirection. The request has the new URL, the method that the status asks
+// for, and of the old header fields those that may be told to the new origin. Failures are codes of NSURLErrorDomain:
+// a target that cannot be read, that is neither http nor https, or that is insecure where the old one was secure.
+std::optional<std::expected<URLRequest, long>> redirection(const URLRequest& request,
+                                                           const HTTPURLResponse& response);
+
+} // namespace platform

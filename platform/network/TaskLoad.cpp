@@ -1,0 +1,437 @@
+// SPDX-License-Identifier: MIT
+#include "platform/network/TaskLoad_p.h"
+
+#include "platform/network/HTTPCaching.h"
+#include "platform/network/NSURLErrorCodes.h"
+#include "platform/network/NetworkConditions.h"
+#include "platform/network/NetworkThread_p.h"
+#include "platform/network/Redirection_p.h"
+#include "platform/network/URLCache.h"
+
+#include <QtCore/QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+// How often a load that waits for a connection looks for one.
+constexpr auto retryInterval = std::chrono::seconds(5);
+// Answers that do not continue what is here make a download start anew, so often.
+constexpr int mostRestarts = 2;
+
+Date now()
+{
+    return HTTPExchangeTimes::now().requested;
+}
+
+bool isWellFormed(const URLRequest& request)
+{
+    auto isField = [](auto& field) { return isValidHTTPHeaderField(field.first, field.second); };
+    return isValidHTTPHeaderField(request.httpMethod, "")
+        && std::ranges::all_of(request.allHTTPHeaderFields, isField);
+}
+
+std::chrono::milliseconds timerInterval(std::chrono::duration<double> interval)
+{
+    constexpr double longest = std::numeric_limits<int>::max();
+    return std::chrono::milliseconds(static_cast<int>(std::clamp(interval.count() * 1000, 1.0, longest)));
+}
+
+} // namespace
+
+TaskLoad::TaskLoad(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSessionTaskState> state)
+    : task_(std::move(task))
+    , state_(std::move(state))
+    , core_(state_->core)
+    , request_(*state_->originalRequest)
+{
+}
+
+TaskLoad::~TaskLoad() = default;
+
+NSError TaskLoad::error(long code) const
+{
+    return urlError(code, request_.url);
+}
+
+void TaskLoad::makeSink()
+{
+    metrics_.start = now();
+    if (state_->kind == URLSessionTaskState::Kind::data)
+        sink_ = makeDataSink(task_, state_, [weak = weak_from_this()] {
+            if (auto self = weak.lock(); self && self->transfer_)
+                self->transfer_->look();
+        });
+    else
+        sink_ = makeDownloadSink(task_, state_);
+}
+
+void TaskLoad::begin()
+{
+    std::weak_ptr weak = weak_from_this();
+    makeSink();
+    if (auto reason = sink_->openError())
+        return finish(reason);
+
+    resourceTimer_ = std::make_unique<QTimer>();
+    resourceTimer_->setSingleShot(true);
+    QObject::connect(resourceTimer_.get(), &QTimer::timeout, [weak] {
+        if (auto self = weak.lock())
+            self->finish(self->error(NSURLErrorTimedOut));
+    });
+    resourceTimer_->start(timerInterval(core_->configuration().timeoutIntervalForResource));
+    hop(request_);
+}
+
+void TaskLoad::hop(URLRequest request)
+{
+    request_ = std::move(request);
+    response_ = nullptr;
+    validated_ = std::nullopt;
+    beginTransaction();
+    if (!isLoadable(request_.url))
+        return finish(error(NSURLErrorUnsupportedURL));
+    if (!isWellFormed(request_))
+        return finish(error(NSURLErrorBadURL));
+    consultCache(request_);
+}
+
+void TaskLoad::consultCache(const URLRequest& request)
+{
+    auto asked = request;
+    auto& configuration = core_->configuration();
+    if (asked.cachePolicy == URLRequestCachePolicy::useProtocolCachePolicy)
+        asked.cachePolicy = configuration.requestCachePolicy;
+    for (auto& [name, value] : configuration.httpAdditionalHeaders)
+        asked.allHTTPHeaderFields.emplace(name, value);
+
+    bool isCached = configuration.urlCache && state_->kind == URLSessionTaskState::Kind::data;
+    auto stored = isCached && mayUseCache_ ? configuration.urlCache->cachedResponse(asked) : std::nullopt;
+    switch (httpcaching::plan(asked, stored, now())) {
+    case httpcaching::Plan::useStored:
+        return deliver(*stored);
+    case httpcaching::Plan::fail:
+        return finish(error(NSURLErrorResourceUnavailable));
+    case httpcaching::Plan::validateStored:
+        validated_ = stored;
+        asked = httpcaching::validating(std::move(asked), *stored);
+        break;
+    case httpcaching::Plan::load:
+        break;
+    }
+    std::weak_ptr weak = weak_from_this();
+    awaitConditions(request, [weak, asked] {
+        if (auto self = weak.lock())
+            self->send(asked);
+    });
+}
+
+void TaskLoad::awaitConditions(const URLRequest& request, std::function<void()> go)
+{
+    auto& configuration = core_->configuration();
+    bool mayBeMetered = request.allowsCellularAccess && configuration.allowsCellularAccess;
+    if (mayBeMetered && !configuration.isDiscretionary)
+        return go();
+    bool waits =
+        configuration.isDiscretionary || configuration.identifier || configuration.waitsForConnectivity;
+    auto look = [weak = weak_from_this(), go, waits](bool isMetered) {
+        NetworkThread::shared().perform([weak, go, waits, isMetered] {
+            auto self = weak.lock();
+            if (!self || self->isOver_ || self->transfer_)
+                return;
+            if (!isMetered) {
+                self->conditionsToken_.cancel();
+                go();
+            } else if (!waits) {
+                self->finish(self->error(NSURLErrorDataNotAllowed));
+            }
+        });
+    };
+    if (waits)
+        conditionsToken_ = NetworkConditions::shared().observe(look);
+    NetworkConditions::shared().whenKnown(look);
+}
+
+void TaskLoad::send(URLRequest request)
+{
+    if (isOver_)
+        return;
+    request.timeoutInterval =
+        std::min(request.timeoutInterval, core_->configuration().timeoutIntervalForRequest);
+    if (request_.timeoutInterval.count() <= 0)
+        request.timeoutInterval = core_->configuration().timeoutIntervalForRequest;
+    sink_->prepare(request);
+    sizeAtSend_ = sink_->byteCount();
+    transaction().resourceFetchType = URLSessionTaskMetricsResourceFetchType::networkLoad;
+    transaction().requestStartDate = now();
+
+    auto guarded = [weak = weak_from_this()](auto method) {
+        return [weak, method](auto&&... arguments) {
+            if (auto self = weak.lock(); self && !self->isOver_)
+                (self.get()->*method)(std::forward<decltype(arguments)>(arguments)...);
+        };
+    };
+    transfer_ = std::make_unique<HTTPTransfer>(core_->access(), request, sink_->encoding(),
+                                               HTTPTransfer::Handlers{
+                                                   .onHead = guarded(&TaskLoad::handleHead),
+                                                   .onReadable = guarded(&TaskLoad::takeBytes),
+                                                   .onEnd = guarded(&TaskLoad::handleEnd),
+                                               });
+    updatePause();
+}
+
+void TaskLoad::handleHead(std::shared_ptr<const HTTPURLResponse> response)
+{
+    response_ = response;
+    transaction().response = response;
+    transaction().responseStartDate = now();
+    transaction().networkProtocolName = transfer_->isHTTP2() ? "h2" : "http/1.1";
+    if (validated_ && response->statusCode() == 304)
+        return handleNotModified(*response);
+    auto next = redirection(request_, *response);
+    if (!next)
+        return receive(std::move(response));
+    if (!*next)
+        return finish(error(next->error()));
+    if (metrics_.redirectCount >= mostRedirections)
+        return finish(error(NSURLErrorHTTPTooManyRedirects));
+    redirect(std::move(response), std::move(**next));
+}
+
+void TaskLoad::handleNotModified(const HTTPURLResponse& response)
+{
+    transfer_ = nullptr;
+    endTransaction();
+    HTTPExchangeTimes times{*transaction().requestStartDate, *transaction().responseStartDate};
+    if (auto fresh = httpcaching::refreshed(*validated_, response, times)) {
+        core_->configuration().urlCache->storeCachedResponse(*fresh, request_);
+        beginTransaction();
+        return deliver(*fresh);
+    }
+    // It speaks of something that is not here.
+    mayUseCache_ = false;
+    hop(request_);
+}
+
+void TaskLoad::redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequest next)
+{
+    auto follow = [weak = weak_from_this(), response](std::optional<URLRequest> chosen) {
+        NetworkThread::shared().perform([weak, response, chosen = std::move(chosen)] {
+            auto self = weak.lock();
+            // Only the first answer about this very hop counts.
+            if (!self || self->isOver_ || !self->awaitsAnswer_ || self->response_ != response)
+                return;
+            self->awaitsAnswer_ = false;
+            if (!chosen) {
+                self->receive(response);
+                self->updatePause();
+                return;
+            }
+            self->transfer_ = nullptr;
+            self->endTransaction();
+            ++self->metrics_.redirectCount;
+            {
+                std::lock_guard lock(self->state_->mutex);
+                self->state_->currentRequest = *chosen;
+            }
+            self->hop(*chosen);
+        });
+    };
+    awaitsAnswer_ = true;
+    updatePause();
+    if (core_->configuration().identifier || !core_->delegateOf<URLSessionTaskDelegate>(*task_))
+        return follow(std::move(next));
+    core_->delegateQueue()->async([core = core_, task = task_, state = state_, response,
+                                   next = std::move(next), follow] {
+        if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
+            delegate->urlSessionTaskWillPerformHTTPRedirection(*state->session, task, response, next, follow);
+        else
+            follow(next);
+    });
+}
+
+void TaskLoad::receive(std::shared_ptr<const HTTPURLResponse> response)
+{
+    if (auto& cache = core_->configuration().urlCache) {
+        for (auto& url : httpcaching::invalidatedBy(request_, *response))
+            cache->removeCachedResponse(URLRequest(url));
+    }
+    {
+        std::lock_guard lock(state_->mutex);
+        state_->response = response;
+        state_->expected = response->expectedContentLength();
+    }
+    auto proceed = [weak = weak_from_this(), response](bool goesOn) {
+        NetworkThread::shared().perform([weak, response, goesOn] {
+            auto self = weak.lock();
+            if (!self || self->isOver_ || !self->awaitsAnswer_ || self->response_ != response)
+                return;
+            self->awaitsAnswer_ = false;
+            if (goesOn)
+                self->updatePause();
+            else
+                self->cancel();
+        });
+    };
+    switch (sink_->receive(response, proceed)) {
+    case LoadSink::Reception::taken:
+        break;
+    case LoadSink::Reception::waits:
+        awaitsAnswer_ = true;
+        updatePause();
+        break;
+    case LoadSink::Reception::refused:
+        transfer_ = nullptr;
+        endTransaction();
+        if (++restartCount_ > mostRestarts)
+            return finish(error(NSURLErrorBadServerResponse));
+        hop(request_);
+        break;
+    }
+}
+
+void TaskLoad::takeBytes()
+{
+    if (isOver_ || awaitsAnswer_ || isSuspended_ || !transfer_ || !response_)
+        return;
+    if (auto reason = sink_->take(*transfer_))
+        return finish(reason);
+    auto count = sink_->byteCount();
+    std::lock_guard lock(state_->mutex);
+    state_->received = count;
+}
+
+void TaskLoad::handleEnd(std::optional<long> code)
+{
+    endTransaction();
+    transaction().countOfResponseBodyBytesAfterDecoding = sink_->byteCount() - sizeAtSend_;
+    if (!code) {
+        store();
+        return finish(std::nullopt);
+    }
+    if (!survives(*code))
+        finish(error(*code));
+}
+
+bool TaskLoad::survives(long code)
+{
+    bool isBreak = code == NSURLErrorNetworkConnectionLost || code == NSURLErrorTimedOut;
+    // Each time a little more has come; a server that gives nothing more is believed.
+    if (isBreak && response_ && sink_->canContinue() && sink_->byteCount() > sizeAtSend_) {
+        transfer_ = nullptr;
+        hop(request_);
+        return true;
+    }
+    if (code == NSURLErrorNotConnectedToInternet && core_->configuration().waitsForConnectivity) {
+        transfer_ = nullptr;
+        retryTimer_ = std::make_unique<QTimer>();
+        retryTimer_->setSingleShot(true);
+        QObject::connect(retryTimer_.get(), &QTimer::timeout, [weak = weak_from_this()] {
+            if (auto self = weak.lock(); self && !self->isOver_)
+                self->hop(self->request_);
+        });
+        retryTimer_->start(retryInterval);
+        return true;
+    }
+    return false;
+}
+
+void TaskLoad::store()
+{
+    auto& cache = core_->configuration().urlCache;
+    if (!cache || state_->kind != URLSessionTaskState::Kind::data || !response_
+        || redirection(request_, *response_) || !httpcaching::mayStore(request_, *response_))
+        return;
+    if (auto body = sink_->storableBody())
+        cache->storeCachedResponse(
+            CachedURLResponse(response_, std::move(body), URLCacheStoragePolicy::allowed,
+                              {*transaction().requestStartDate, *transaction().responseStartDate}),
+            request_);
+}
+
+void TaskLoad::deliver(const CachedURLResponse& stored)
+{
+    transaction().resourceFetchType = URLSessionTaskMetricsResourceFetchType::localCache;
+    transaction().response = stored.response();
+    transaction().countOfResponseBodyBytesAfterDecoding = static_cast<std::int64_t>(stored.data().size());
+    endTransaction();
+    {
+        std::lock_guard lock(state_->mutex);
+        state_->response = stored.response();
+        state_->received = state_->expected = static_cast<std::int64_t>(stored.data().size());
+    }
+    sink_->deliver(stored);
+    finish(std::nullopt);
+}
+
+void TaskLoad::beginTransaction()
+{
+    metrics_.transactionMetrics.emplace_back(request_);
+    transaction().fetchStartDate = now();
+}
+
+void TaskLoad::endTransaction()
+{
+    transaction().responseEndDate = now();
+}
+
+void TaskLoad::setPaused(bool isPaused)
+{
+    isSuspended_ = isPaused;
+    updatePause();
+}
+
+void TaskLoad::updatePause()
+{
+    if (transfer_)
+        transfer_->setPaused(isSuspended_ || awaitsAnswer_);
+}
+
+void TaskLoad::cancel(URLSessionTaskState::ResumeDataCompletion resumeData)
+{
+    if (!sink_)
+        makeSink(); // it was never begun
+    auto data = resumeData && !isOver_ ? sink_->giveResumeData() : std::nullopt;
+    if (resumeData)
+        core_->delegateQueue()->async(
+            [resumeData = std::move(resumeData), data = std::move(data)] { resumeData(data); });
+    finish(NSError(urlError(NSURLErrorCancelled, request_.url)));
+}
+
+void TaskLoad::finish(std::optional<Error> reason)
+{
+    if (std::exchange(isOver_, true))
+        return;
+    auto self = shared_from_this(); // the state lets go of it
+    resourceTimer_ = nullptr;
+    retryTimer_ = nullptr;
+    conditionsToken_.cancel();
+    metrics_.end = now();
+    sink_->finish(reason);
+    auto completion = sink_->takeCompletion();
+    transfer_ = nullptr;
+    {
+        std::lock_guard lock(state_->mutex);
+        state_->error = reason;
+        state_->state = URLSessionTask::State::completed;
+    }
+    bool isForCompletion = static_cast<bool>(completion);
+    core_->delegateQueue()->async([core = core_, task = task_, state = state_, metrics = std::move(metrics_),
+                                   reason, isForCompletion, completion = std::move(completion)]() mutable {
+        if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
+            delegate->urlSessionTaskDidFinishCollecting(*state->session, task, metrics);
+        if (isForCompletion)
+            return std::exchange(completion, nullptr)();
+        if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
+            delegate->urlSessionTaskDidComplete(*state->session, task, reason);
+    });
+    core_->taskDidEnd(task_);
+    state_->load = nullptr;
+}
+
+} // namespace platform

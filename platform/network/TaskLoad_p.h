@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/dispatch/Token.h"
+#include "platform/network/LoadSink_p.h"
+#include "platform/network/URLSessionTaskMetrics.h"
+
+#include <memory>
+#include <optional>
+
+class QTimer;
+
+namespace platform {
+
+// A task at work: conditions, then one hop after the other, then the end. Network thread only.
+//
+//   begin -> hop -> [conditions] -> [cache] -> transfer -> head -> bytes -> finish
+//             ^                                   |          |
+//             +------------- redirection ---------+   break, refused range
+//
+// Every way ends in finish(), which does its work once.
+class TaskLoad : public std::enable_shared_from_this<TaskLoad> {
+public:
+    TaskLoad(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSessionTaskState> state);
+    ~TaskLoad();
+    TaskLoad(const TaskLoad&) = delete; // others hold its address
+    TaskLoad& operator=(const TaskLoad&) = delete;
+
+    void begin();
+    void setPaused(bool isPaused);
+    // With `resumeData`, what has been loaded is kept for it; it is called in any case.
+    void cancel(URLSessionTaskState::ResumeDataCompletion resumeData = nullptr);
+
+private:
+    void makeSink();
+    void hop(URLRequest request);
+    // Calls `go` as soon as the connection may be used for the request; else finishes.
+    void awaitConditions(const URLRequest& request, std::function<void()> go);
+    void consultCache(const URLRequest& request);
+    void deliver(const CachedURLResponse& stored);
+    void send(URLRequest request);
+
+    void handleHead(std::shared_ptr<const HTTPURLResponse> response);
+    void handleNotModified(const HTTPURLResponse& response);
+    void redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequest next);
+    void receive(std::shared_ptr<const HTTPURLResponse> response);
+    void takeBytes();
+    void handleEnd(std::optional<long> error);
+    // Whether the load goes on in spite of `error`.
+    bool survives(long error);
+    void store();
+
+    void updatePause();
+    void finish(std::optional<Error> error);
+    NSError error(long code) const;
+    URLSessionTaskTransactionMetrics& transaction() { return metrics_.transactionMetrics.back(); }
+    void beginTransaction();
+    void endTransaction();
+
+    // fixed after construction
+    std::shared_ptr<URLSessionTask> task_;
+    std::shared_ptr<URLSessionTaskState> state_;
+    std::shared_ptr<URLSessionCore> core_;
+
+    std::unique_ptr<LoadSink> sink_;
+    std::unique_ptr<HTTPTransfer> transfer_;
+    std::unique_ptr<QTimer> resourceTimer_;
+    std::unique_ptr<QTimer> retryTimer_;
+    URLRequest request_;                              // of this hop, as the caller sees it
+    std::shared_ptr<const HTTPURLResponse> response_; // of this hop
+    std::optional<CachedURLResponse> validated_;      // what the server is asked about
+    std::shared_ptr<const HTTPURLResponse> refusedRedirection_;
+    URLSessionTaskMetrics metrics_;
+    Token conditionsToken_;
+    std::int64_t sizeAtSend_ = 0;
+    int restartCount_ = 0;
+    bool mayUseCache_ = true;
+    bool isSuspended_ = false;
+    bool awaitsAnswer_ = false; // of the delegate
+    bool isOver_ = false;
+};
+
+} // namespace platform

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "platform/network/URLSessionCore_p.h"
+
+#include "platform/foundation/Precondition.h"
+#include "platform/network/BackgroundStore_p.h"
+#include "platform/network/NetworkThread_p.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace platform {
+
+URLSessionCore::URLSessionCore(URLSessionConfiguration configuration,
+                               std::weak_ptr<URLSessionDelegate> delegate,
+                               std::shared_ptr<DispatchQueue> delegateQueue)
+    : configuration_(std::move(configuration))
+    , delegate_(std::move(delegate))
+    , delegateQueue_(std::move(delegateQueue))
+{
+    if (!delegateQueue_)
+        delegateQueue_ = DispatchQueue::make("org.zelk.platform.url-session.delegate-queue");
+    if (configuration_.identifier)
+        store_ = BackgroundStore::open(*configuration_.identifier);
+}
+
+URLSessionCore::~URLSessionCore() = default;
+
+std::shared_ptr<URLSessionDelegate> URLSessionCore::anyDelegate(URLSessionTask& task)
+{
+    std::shared_ptr<URLSessionDelegate> own;
+    {
+        std::lock_guard lock(task.state_->mutex);
+        own = task.state_->delegate.lock();
+    }
+    return own ? own : delegate_.lock();
+}
+
+void URLSessionCore::enter(const std::shared_ptr<URLSessionTask>& task)
+{
+    auto& state = *task->state_;
+    std::lock_guard lock(mutex_);
+    precondition(!isInvalid_, "a task is made in a session that was made invalid");
+    std::erase_if(tasks_, [](auto& entry) { return entry.second.expired(); });
+    if (state.identifier == 0)
+        state.identifier = lastIdentifier_ + 1;
+    lastIdentifier_ = std::max(lastIdentifier_, state.identifier);
+    tasks_.insert_or_assign(state.identifier, task);
+}
+
+void URLSessionCore::taskWillRun(const std::shared_ptr<URLSessionTask>& task)
+{
+    std::lock_guard lock(mutex_);
+    running_.insert_or_assign(task->taskIdentifier(), task);
+}
+
+void URLSessionCore::taskDidEnd(const std::shared_ptr<URLSessionTask>& task)
+{
+    auto session = task->state_->session;
+    bool endsRestored = false;
+    bool endsAll = false;
+    {
+        std::lock_guard lock(mutex_);
+        bool isFirstEnd = tasks_.erase(task->taskIdentifier()) > 0;
+        running_.erase(task->taskIdentifier());
+        if (isFirstEnd && task->state_->isRestored)
+            endsRestored = --restoredCount_ == 0;
+        endsAll = invalidationIsDue_ && running_.empty();
+        if (endsAll)
+            invalidationIsDue_ = false;
+    }
+    if (endsRestored)
+        delegateQueue_->async([self = shared_from_this(), session] {
+            if (auto delegate = self->delegate_.lock())
+                delegate->urlSessionDidFinishEventsForBackgroundURLSession(*session);
+        });
+    if (endsAll)
+        tellInvalidated(session);
+}
+
+URLSession::Tasks URLSessionCore::tasks()
+{
+    URLSession::Tasks result;
+    std::lock_guard lock(mutex_);
+    for (auto& [identifier, weak] : tasks_) {
+        if (auto task = weak.lock(); task && task->state() != URLSessionTask::State::completed)
+            result.push_back(std::move(task));
+    }
+    return result;
+}
+
+void URLSessionCore::describe(URLSessionTask& task, const std::string& description)
+{
+    if (!store_)
+        return;
+    for (auto& entry : store_->entries()) {
+        if (entry.identifier == task.taskIdentifier()) {
+            entry.description = description;
+            store_->put(entry);
+        }
+    }
+}
+
+void URLSessionCore::invalidate(const std::shared_ptr<URLSession>& session)
+{
+    {
+        std::lock_guard lock(mutex_);
+        if (std::exchange(isInvalid_, true))
+            return;
+        if (!running_.empty()) {
+            invalidationIsDue_ = true;
+            return;
+        }
+    }
+    tellInvalidated(session);
+}
+
+void URLSessionCore::tellInvalidated(const std::shared_ptr<URLSession>& session)
+{
+    delegateQueue_->async([self = shared_from_this(), session] {
+        if (auto delegate = self->delegate_.lock())
+            delegate->urlSessionDidBecomeInvalid(*session, std::nullopt);
+    });
+}
+
+const std::shared_ptr<QNetworkAccessManager>& URLSessionCore::access()
+{
+    NetworkThread::shared().assertIsCurrent();
+    if (!access_)
+        access_ = makeNetworkAccess();
+    return access_;
+}
+
+void URLSessionCore::restoreTasks(const std::shared_ptr<URLSession>& session)
+{
+    URLSession::Tasks restored;
+    for (auto& entry : store_ ? store_->entries() : std::vector<BackgroundStore::Entry>()) {
+        auto state = std::make_shared<URLSessionTaskState>();
+        state->identifier = entry.identifier;
+        state->kind = URLSessionTaskState::Kind::download;
+        state->originalRequest = state->currentRequest = entry.request;
+        state->description = entry.description;
+        state->session = session;
+        state->core = shared_from_this();
+        state->partialPath = store_->partialPath(entry.identifier);
+        state->partialValidator = entry.validator;
+        state->partialTotal = entry.total;
+        state->isRestored = true;
+        restored.push_back(addTask<URLSessionDownloadTask>(state));
+    }
+    {
+        std::lock_guard lock(mutex_);
+        restoredCount_ = restored.size();
+    }
+    for (auto& task : restored)
+        task->resume();
+}
+
+} // namespace platform

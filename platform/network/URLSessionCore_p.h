@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/network/URLSession.h"
+#include "platform/network/URLSessionTaskState_p.h"
+
+#include <map>
+#include <mutex>
+
+class QNetworkAccessManager;
+
+namespace platform {
+
+class BackgroundStore;
+
+// What a session consists of, for its tasks and their loads.
+class URLSessionCore : public std::enable_shared_from_this<URLSessionCore> {
+public:
+    URLSessionCore(URLSessionConfiguration configuration, std::weak_ptr<URLSessionDelegate> delegate,
+                   std::shared_ptr<DispatchQueue> delegateQueue);
+    ~URLSessionCore();
+
+    const URLSessionConfiguration& configuration() const { return configuration_; }
+    const std::shared_ptr<DispatchQueue>& delegateQueue() const { return delegateQueue_; }
+
+    // Any thread.
+    template <class Task>
+    std::shared_ptr<Task> addTask(std::shared_ptr<URLSessionTaskState> state)
+    {
+        std::shared_ptr<Task> task(new Task(state));
+        enter(task);
+        return task;
+    }
+    // From now on the task lives until it ends.
+    void taskWillRun(const std::shared_ptr<URLSessionTask>& task);
+    // After its last call was given to the delegate queue.
+    void taskDidEnd(const std::shared_ptr<URLSessionTask>& task);
+    URLSession::Tasks tasks();
+    void describe(URLSessionTask& task, const std::string& description);
+    void invalidate(const std::shared_ptr<URLSession>& session);
+
+    // Whoever hears of `task`; null when nobody of that kind is there.
+    template <class Delegate>
+    std::shared_ptr<Delegate> delegateOf(URLSessionTask& task)
+    {
+        return std::dynamic_pointer_cast<Delegate>(anyDelegate(task));
+    }
+    // Calls `call(delegate)` on the delegate queue, if there is such a delegate then.
+    template <class Delegate, class Call>
+    void tell(const std::shared_ptr<URLSessionTask>& task, Call call)
+    {
+        delegateQueue_->async([self = shared_from_this(), task, call = std::move(call)]() mutable {
+            if (auto delegate = self->delegateOf<Delegate>(*task))
+                call(*delegate);
+        });
+    }
+
+    // Network thread only. Made at the first load.
+    const std::shared_ptr<QNetworkAccessManager>& access();
+
+    // Of a background session whose files are free: null otherwise.
+    const std::shared_ptr<BackgroundStore>& store() const { return store_; }
+    // Makes the tasks that an earlier start left; they run on.
+    void restoreTasks(const std::shared_ptr<URLSession>& session);
+
+private:
+    std::shared_ptr<URLSessionDelegate> anyDelegate(URLSessionTask& task);
+    void enter(const std::shared_ptr<URLSessionTask>& task);
+    void tellInvalidated(const std::shared_ptr<URLSession>& session);
+
+    // fixed after construction
+    URLSessionConfiguration configuration_;
+    std::weak_ptr<URLSessionDelegate> delegate_;
+    std::shared_ptr<DispatchQueue> delegateQueue_;
+    std::shared_ptr<BackgroundStore> store_;
+
+    std::mutex mutex_;
+    // guarded by mutex_
+    std::size_t lastIdentifier_ = 0;
+    std::map<std::size_t, std::weak_ptr<URLSessionTask>> tasks_;
+    std::map<std::size_t, std::shared_ptr<URLSessionTask>> running_;
+    bool isInvalid_ = false;
+    bool invalidationIsDue_ = false;
+    std::size_t restoredCount_ = 0; // those that have not ended
+
+    std::shared_ptr<QNetworkAccessManager> access_; // network thread only; let go of anywhere
+};
+
+} // namespace platform

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+// What servers do, and what a task makes of it.
+#include "platform/network/URLSession.h"
+
+#include "platform/network/DownloadFile_p.h"
+#include "platform/network/HTTPURLResponse.h"
+#include "platform/network/NSURLErrorCodes.h"
+#include "tests/support/RecordingDelegate.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <thread>
+
+namespace platform {
+
+namespace {
+
+using tests::RecordingDelegate;
+using tests::ScriptedServer;
+using Connection = ScriptedServer::Connection;
+using Request = ScriptedServer::Request;
+using Calls = std::vector<std::string>;
+
+std::ptrdiff_t growingFiles()
+{
+    return std::ranges::count_if(std::filesystem::directory_iterator(downloadDirectory()),
+                                 [](auto& entry) { return entry.path().extension() == ".download"; });
+}
+
+long codeOf(const std::optional<Error>& error)
+{
+    return error ? error->bridged().code() : 0;
+}
+
+struct Case {
+    const char* name;
+    ScriptedServer::Script script;
+    long code;        // 0: it succeeds
+    std::string body; // of a success
+    int status = 200;
+};
+
+std::string chunked(std::string_view chunks)
+{
+    return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + std::string(chunks);
+}
+
+ScriptedServer::Script says(std::string text)
+{
+    return [text = std::move(text)](Connection& connection, const Request&) {
+        connection.send(text);
+        connection.close();
+    };
+}
+
+ScriptedServer::Script answers(std::string status, std::string body, std::string fields = {})
+{
+    return [=](Connection& connection, const Request&) { connection.answer(status, body, fields); };
+}
+
+void endlessHead(Connection& connection, const Request&)
+{
+    connection.send("HTTP/1.1 200 OK\r\n");
+    std::string line = "X-Field: " + std::string(1000, 'x') + "\r\n";
+    // A gigabyte: nobody may take it all.
+    for (int i = 0; i < 1'000'000 && connection.send(line); ++i) { }
+    connection.close();
+}
+
+// More than waits between two sockets: its head has been read when the last of it goes out.
+const std::string large(16 * 1024 * 1024, 'x');
+
+const Case cases[] = {
+    {"an answer", answers("200 OK", "hello"), 0, "hello"},
+    {"an empty answer", answers("200 OK", ""), 0, ""},
+    {"chunks", says(chunked("5\r\nhello\r\n0\r\n\r\n")), 0, "hello"},
+    {"an answer that ends with the connection", says("HTTP/1.0 200 OK\r\n\r\nhello"), 0, "hello"},
+    {"early hints first", says("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok"),
+     0, "ok"},
+    {"no content", answers("204 No Content", ""), 0, "", 204},
+    {"not modified, though nobody asked", says("HTTP/1.1 304 Not Modified\r\n\r\n"), 0, "", 304},
+    {"not found, with a body", answers("404 Not Found", "gone"), 0, "gone", 404},
+    {"a server's failure, with a body", answers("503 Service Unavailable", "later"), 0, "later", 503},
+    {"a wish for authentication",
+     answers("401 Unauthorized", "who?", "WWW-Authenticate: Basic realm=\"x\"\r\n"), 0, "who?", 401},
+    {"a redirection without a target", answers("302 Found", "where?"), 0, "where?", 302},
+
+    {"closes at once", [](Connection& c, const Request&) { c.close(); }, NSURLErrorNetworkConnectionLost, ""},
+    {"resets at once", [](Connection& c, const Request&) { c.reset(); }, NSURLErrorNetworkConnectionLost, ""},
+    {"closes within the status line", says("HTTP/1.1 20"), NSURLErrorNetworkConnectionLost, ""},
+    {"closes within the head", says("HTTP/1.1 200 OK\r\nContent-Le"), NSURLErrorNetworkConnectionLost, ""},
+    {"closes within the body", says("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhello"),
+     NSURLErrorNetworkConnectionLost, ""},
+    {"closes within a failure's body", says("HTTP/1.1 404 Not Found\r\nContent-Length: 10\r\n\r\nhello"),
+     NSURLErrorNetworkConnectionLost, ""},
+    {"closes within a chunk", says(chunked("1800000\r\n" + large)), NSURLErrorNetworkConnectionLost, ""},
+    {"is no HTTP", says("220 smtp.example.org ESMTP\r\n"), NSURLErrorNetworkConnectionLost, ""},
+    {"has a head without end", endlessHead, NSURLErrorTimedOut, ""},
+    {"stalls before the head", [](Connection& c, const Request&) { c.waitForClose(); }, NSURLErrorTimedOut,
+     ""},
+    {"stalls within the body",
+     [](Connection& c, const Request&) {
+         c.send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhello");
+         c.waitForClose();
+     },
+     NSURLErrorTimedOut, ""},
+
+    {"leads in a circle", answers("302 Found", "", "Location: /\r\n"), NSURLErrorHTTPTooManyRedirects, ""},
+    {"leads to a file", answers("302 Found", "", "Location: file:///etc/passwd\r\n"),
+     NSURLErrorUnsupportedURL, ""},
+    {"leads to another scheme", answers("302 Found", "", "Location: ftp://127.0.0.1/\r\n"),
+     NSURLErrorUnsupportedURL, ""},
+    {"leads nowhere", answers("302 Found", "", "Location: http://[\r\n"),
+     NSURLErrorRedirectToNonExistentLocation, ""},
+};
+
+} // namespace
+
+TEST(URLSession, aTaskEndsOnceWhateverTheServerDoesAndLeavesNoFile)
+{
+    for (auto& [name, script, code, body, status] : cases) {
+        for (bool isDownload : {false, true}) {
+            SCOPED_TRACE(std::string(name) + (isDownload ? ", to a file" : ""));
+            ScriptedServer server(script);
+            auto delegate = std::make_shared<RecordingDelegate>();
+            auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+            bool stalls = code == NSURLErrorTimedOut;
+            URLRequest request(server.url("/"), URLRequestCachePolicy::useProtocolCachePolicy,
+                               stalls ? std::chrono::duration<double>(0.1) : std::chrono::seconds(20));
+            std::shared_ptr<URLSessionTask> task;
+            if (isDownload)
+                task = session->downloadTask(request);
+            else
+                task = session->dataTask(request);
+            task->resume();
+            session->finishTasksAndInvalidate();
+            ASSERT_TRUE(delegate->waitForCall("invalid"));
+
+            EXPECT_EQ(codeOf(delegate->error()), code);
+            EXPECT_EQ(delegate->ends(), 1u);
+            EXPECT_EQ(task->state(), URLSessionTask::State::completed);
+            EXPECT_EQ(growingFiles(), 0);
+            if (code != 0)
+                continue;
+            EXPECT_EQ(delegate->body(), body);
+            auto head = std::dynamic_pointer_cast<const HTTPURLResponse>(task->response());
+            EXPECT_EQ(head ? head->statusCode() : 0, status);
+        }
+    }
+}
+
+} // namespace platform
