@@ -10,8 +10,15 @@ Page colorsPage();
 Page tokensPage();
 Page textPage();
 Page symbolsPage();
+Page controlsPage();
 Page layoutStackPage();
+Page listsPage();
+Page scrollViewPage();
+Page alertsPage();
+Page accessoryAlertsPage();
+Page presentationPage();
 Page bottomSheetPage();
+Page playerPage();
 Page shimmerPage();
 Page particlesPage();
 Page gesturesPage();
@@ -20,11 +27,10 @@ Page animationsPage();
 const std::vector<Page>& allPages()
 {
     static const std::vector<Page> pages{
-        colorsPage(),      tokensPage(),     textPage(), symbolsPage(), // foundations
-        layoutStackPage(),                                              // containers
-        bottomSheetPage(),                                              // presentation
-        shimmerPage(),     particlesPage(),                             // components
-        gesturesPage(),    animationsPage(),                            // motion
+        colorsPage(),       tokensPage(),      textPage(),       symbolsPage(), controlsPage(),
+        layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),  accessoryAlertsPage(),
+        presentationPage(), bottomSheetPage(), playerPage(),     shimmerPage(), particlesPage(),
+        gesturesPage(),     animationsPage(),
     };
     return pages;
 }

@@ -27,8 +27,6 @@ namespace {
 constexpr CGFloat pageWidth = 600;
 constexpr CGFloat highestPage = 4000;
 constexpr CGSize wholeWindow{1280, 800};
-// When the picture is taken: what moves is on its way then, what comes has come.
-constexpr Duration moment = 2900ms;
 
 struct Variant {
     std::string_view name;
@@ -46,6 +44,7 @@ std::vector<Variant> variants(double scale)
 struct Picture {
     std::shared_ptr<UIViewController> controller;
     CGSize size;
+    Duration moment;
 };
 
 Picture pagePicture(const Page& page, const UITraitCollection& traits)
@@ -60,7 +59,8 @@ Picture pagePicture(const Page& page, const UITraitCollection& traits)
     auto height = std::ceil(controller->sizeThatFits({pageWidth, highestPage}).height);
     window->setRootViewController(nullptr);
     return {std::make_shared<UIHostingController<decltype(root)>>(root),
-            {pageWidth, std::min(height, highestPage)}};
+            {pageWidth, std::min(height, highestPage)},
+            page.moment};
 }
 
 Result<UIImage> paint(const Picture& picture, const UITraitCollection& traits, VirtualClock& clock)
@@ -71,7 +71,7 @@ Result<UIImage> paint(const Picture& picture, const UITraitCollection& traits, V
     window->setRootViewController(picture.controller);
     window->showOffscreen();
     clock.settle();
-    clock.advance(moment);
+    clock.advance(picture.moment);
     window->layoutNow();
     auto image = makeImage(
         picture.size, traits.displayScale,
@@ -114,7 +114,7 @@ Result<void> shoot(const ShootOptions& options)
         }
         if (!options.page) {
             auto settings = std::make_shared<GallerySettings>(allPages().front().name);
-            TRY(write("gallery", variant, [&] { return Picture{makeGallery(settings), wholeWindow}; }));
+            TRY(write("gallery", variant, [&] { return Picture{makeGallery(settings), wholeWindow, 1s}; }));
         }
     }
     return {};

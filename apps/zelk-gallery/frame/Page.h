@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/dispatch/Clock.h"
 #include "platform/swiftui/AnyView.h"
 #include "platform/swiftui/EnvironmentValues.h"
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -24,6 +26,8 @@ struct Page {
     std::string symbol; // of the sidebar
     std::string summary;
     std::function<std::vector<Exhibit>()> exhibits;
+    // When its picture is taken, after it has appeared: what moves is on its way then, what comes has come.
+    platform::Duration moment = std::chrono::milliseconds{2900};
 };
 
 // Whether views shall show at once what takes a hand to get at, for a picture: an alert, an open sheet.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/zelk-gallery/frame/Page.h"
 
+#include "apps/zelk-gallery/frame/tinted.h"
 #include "kit/theme/CornerRadius.h"
 #include "kit/theme/GridSize.h"
 #include "kit/theme/Spacing.h"
@@ -26,7 +27,7 @@ struct Runner {
         return HStack{
             Text{title} | font(Font::footnote().monospaced())
                 | frame({.width = GridSize::_600, .alignment = Alignment::leading()}),
-            RoundedRectangle{CornerRadius::_50}
+            RoundedRectangle{CornerRadius::_50} | tinted()
                 | frame({.width = GridSize::_150, .height = GridSize::_150})
                 | offset({.x = isAway ? 180.0 : 0.0}) | animation(timing, isAway),
             Spacer{}};
@@ -61,7 +62,8 @@ struct Breathing {
     auto body() const
     {
         auto large = isLarge.binding();
-        return Circle{} | frame({.width = GridSize::_400, .height = GridSize::_400})
+        return Circle{} | tinted()
+            | frame({.width = GridSize::_400, .height = GridSize::_400})
             | scaleEffect(*isLarge ? 1.0 : 0.6) | opacity(*isLarge ? 1.0 : 0.4)
             | animation(Animation::easeInOut(1.2).repeatForever(), *isLarge)
             | onAppear([large] { large.set(true); });
@@ -81,15 +83,15 @@ struct ComingAndGoing {
         auto toggle = [there] {
             withAnimation(Animation::spring(), [&] { there.set(!there.get()); });
         };
-        return VStack{
-                   Button{*isThere ? "Let it go" : "Bring it back", toggle},
-                   when(*isThere,
-                        [] {
-                            return RoundedRectangle{CornerRadius::_200}
-                            | frame({.width = GridSize::_1000, .height = GridSize::_400})
-                                | transition(AnyTransition::scale().combined(
-                                    AnyTransition::opacity()));
-                        })}
+        return VStack{Button{*isThere ? "Let it go" : "Bring it back", toggle},
+                      when(*isThere,
+                           [] {
+                               return RoundedRectangle{CornerRadius::_200} | tinted()
+                                   | frame({.width = GridSize::_1000,
+                                            .height = GridSize::_400})
+                                   | transition(AnyTransition::scale().combined(
+                                       AnyTransition::opacity()));
+                           })}
         | frame({.height = GridSize::_750, .alignment = Alignment::top()});
     }
     bool operator==(const ComingAndGoing&) const = default;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/zelk-gallery/frame/Page.h"
 
+#include "apps/zelk-gallery/frame/tinted.h"
 #include "bottomsheet/bottomSheet.h"
 #include "kit/theme/CornerRadius.h"
 #include "kit/theme/GridSize.h"
@@ -33,13 +34,15 @@ auto stage(std::string title, std::function<void()> open)
 }
 
 struct SheetRow {
-    std::string title, note;
+    std::string symbol, title, note;
 
     auto body() const
     {
         return HStack{{.spacing = Spacing::_150},
-                      RoundedRectangle{CornerRadius::_100} | opacity(0.85)
-                          | frame({.width = GridSize::_250, .height = GridSize::_250}),
+                      Image{.systemName = symbol} | font(Font::title3()) | tinted()
+                          | frame({.width = GridSize::_250, .height = GridSize::_250})
+                          | background(RoundedRectangle{CornerRadius::_100}
+                                       | fill(UIColor::tertiarySystemFill())),
                       VStack{{.alignment = HorizontalAlignment::leading,
                               .spacing = Spacing::_25},
                              Text{title} | font(Font::headline()) | lineLimit(1),
@@ -67,9 +70,11 @@ struct FixedSheet {
                    shown, {.height = 250},
                    [] {
                        return VStack{{.spacing = Spacing::_50},
-                                     SheetRow{"Copy", "Put it on the clipboard"},
-                                     SheetRow{"Share", "Send it to somebody"},
-                                     SheetRow{"Remove", "It can be undone"}}
+                                     SheetRow{"doc.on.doc", "Copy",
+                                              "Put it on the clipboard"},
+                                     SheetRow{"square.and.arrow.up", "Share",
+                                              "Send it to somebody"},
+                                     SheetRow{"trash", "Remove", "It can be undone"}}
                        | padding(EdgeSet::top, Spacing::_100);
                    })
             | frame({.height = 420}) | cornerRadius(CornerRadius::_200)
@@ -98,7 +103,7 @@ struct FittingSheet {
                 {.spacing = Spacing::_50},
                 ForEach{std::views::iota(0, count.get()), std::identity{},
                         [](int row) {
-                            return SheetRow{"Row " + std::to_string(row + 1),
+                            return SheetRow{"bookmark", "Row " + std::to_string(row + 1),
                                             "One of them"};
                         }},
                 Button{"One more",

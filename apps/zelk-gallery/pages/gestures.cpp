@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/zelk-gallery/frame/Page.h"
 
+#include "apps/zelk-gallery/frame/tinted.h"
 #include "kit/theme/CornerRadius.h"
 #include "kit/theme/GridSize.h"
 #include "kit/theme/Spacing.h"
@@ -36,7 +37,7 @@ struct DragAround {
                     withAnimation(Animation::spring(0.5, 0.6), [&] { moved.set({}); });
                 });
         return RoundedRectangle{CornerRadius::_200}
-        | frame({.width = GridSize::_500, .height = GridSize::_500})
+        | frame({.width = GridSize::_500, .height = GridSize::_500}) | tinted()
             | offset({.x = offsetNow->dx, .y = offsetNow->dy}) | gesture(drag)
             | padding(Spacing::_400);
     }

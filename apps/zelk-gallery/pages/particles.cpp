@@ -53,14 +53,16 @@ Page particlesPage()
             .symbol = "sparkle",
             .summary = "Symbols that rise behind the content, each in a colour of its "
                        "own, for thirty seconds.",
-            .exhibits = [] {
-                return std::vector<Exhibit>{
-                    {"Rising symbols",
-                     "Five within three seconds, then one every three and a half.",
-                     AnyView(risingSymbols())},
-                    {"Come and go", "Gone with the view that holds them.",
-                     AnyView(ComeAndGo{})}};
-            }};
+            .exhibits =
+                [] {
+                    return std::vector<Exhibit>{
+                        {"Rising symbols",
+                         "Five within three seconds, then one every three and a half.",
+                         AnyView(risingSymbols())},
+                        {"Come and go", "Gone with the view that holds them.",
+                         AnyView(ComeAndGo{})}};
+                },
+            .moment = std::chrono::seconds{19}};
 }
 
 } // namespace gallery

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/zelk-gallery/frame/Page.h"
 
+#include "apps/zelk-gallery/frame/tinted.h"
 #include "kit/theme/AnimationPreset.h"
 #include "kit/theme/CornerRadius.h"
 #include "kit/theme/GridSize.h"
@@ -43,7 +44,8 @@ auto spacings()
             {.spacing = Spacing::_150},
             caption(token.name)
                 | frame({.width = GridSize::_300, .alignment = Alignment::leading()}),
-            RoundedRectangle{2} | frame({.width = token.value, .height = GridSize::_50}),
+            RoundedRectangle{2} | tinted()
+                | frame({.width = token.value, .height = GridSize::_50}),
             caption(std::to_string(int(token.value))),
             Spacer{}};
     };
@@ -58,7 +60,7 @@ auto corners()
                               {"_150", CornerRadius::_150}, {"_200", CornerRadius::_200},
                               {"_300", CornerRadius::_300}, {"_350", CornerRadius::_350}};
     auto tile = [](const Token& token) {
-        return VStack{RoundedRectangle{token.value}
+        return VStack{RoundedRectangle{token.value} | tinted()
                           | frame({.width = GridSize::_400, .height = GridSize::_400}),
                       caption(token.name)};
     };
@@ -74,7 +76,7 @@ auto opacities()
                               {"_75", Opacity::_75},
                               {"_100", Opacity::_100}};
     auto dot = [](const Token& token) {
-        return VStack{Circle{} | opacity(token.value)
+        return VStack{Circle{} | tinted() | opacity(token.value)
                           | frame({.width = GridSize::_300, .height = GridSize::_300}),
                       caption(token.name)};
     };
@@ -95,7 +97,8 @@ struct Speed {
         auto move = [binding, preset = preset] {
             withAnimation(preset, [&] { binding.set(!binding.get()); });
         };
-        auto ball = Circle{} | frame({.width = GridSize::_150, .height = GridSize::_150});
+        auto ball = Circle{} | tinted()
+            | frame({.width = GridSize::_150, .height = GridSize::_150});
         return HStack{Button{title, move} | frame({.width = GridSize::_600}),
                       when(*isAtEnd, [] { return Spacer{}; }), ball,
                       when(!*isAtEnd, [] { return Spacer{}; })};
