@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/LinearGradient.h"
 
+#include "platform/uikit/GradientMask.h"
 #include "platform/uikit/UIView.h"
 
 #include <utility>
@@ -30,7 +31,7 @@ LinearGradient LinearGradient::ofColors(const std::vector<UIColor>& colors, Unit
     return gradient;
 }
 
-class LinearGradient::Node::GradientView : public UIView {
+class LinearGradient::Node::GradientView : public UIView, public GradientMask {
 public:
     explicit GradientView(Node& node)
         : node_(&node)
@@ -39,18 +40,23 @@ public:
     }
     void letGoOfNode() { node_ = nullptr; }
 
+    LinearGradientLine gradientNow() override
+    {
+        if (!node_)
+            return {};
+        auto& places = node_->places_.drawn();
+        LinearGradientLine line{node_->record_.stops, UnitPoint{places[0], places[1]}.in(bounds()),
+                                UnitPoint{places[2], places[3]}.in(bounds())};
+        for (std::size_t i = 0; i < line.stops.size(); ++i)
+            line.stops[i].location = places[4 + i];
+        return line;
+    }
     void draw(CGContext& context, CGRect) override
     {
-        if (!node_ || node_->record_.stops.empty())
-            return;
-        auto& places = node_->places_.drawn();
-        auto stops = node_->record_.stops;
-        for (std::size_t i = 0; i < stops.size(); ++i)
-            stops[i].location = places[4 + i];
+        auto line = gradientNow();
         CGContextState state(context);
         context.clip(bounds());
-        context.drawLinearGradient(stops, UnitPoint{places[0], places[1]}.in(bounds()),
-                                   UnitPoint{places[2], places[3]}.in(bounds()));
+        context.drawLinearGradient(line.stops, line.start, line.end);
     }
 
 private:

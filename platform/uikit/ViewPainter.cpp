@@ -3,6 +3,7 @@
 
 #include "platform/graphics/CurrentAppearance.h"
 #include "platform/graphics/UIBezierPath.h"
+#include "platform/uikit/GradientMask.h"
 #include "platform/uikit/PaintOrder.h"
 #include "platform/uikit/shadowBounds.h"
 
@@ -11,6 +12,12 @@
 #include <optional>
 
 namespace platform {
+
+bool ViewPainter::isPlain(const UIView& view)
+{
+    return !view.isHidden_ && !view.mask_ && !view.shadow_ && !view.clipsToBounds_
+        && view.presentationAlpha() == 1 && !view.presentationBackgroundColor();
+}
 
 void ViewPainter::paint(UIView& view, CGRect dirty)
 {
@@ -55,11 +62,32 @@ void ViewPainter::paintGroup(UIView& view, CGRect dirty)
     context_.beginLayer(bounds, alpha);
     paintShadow(view, bounds);
     paintContent(view, bounds);
-    if (view.mask_) {
+    if (view.mask_ && !maskWithGradient(*view.mask_, bounds))
         context_.maskLayer(
             [&](CGContext& context) { ViewPainter(context).paintInSuperview(*view.mask_, bounds); });
-    }
     context_.endLayer();
+}
+
+// Where all that the mask shows in the rectangle is one gradient, there is no need to paint it by itself first.
+bool ViewPainter::maskWithGradient(UIView& mask, CGRect dirty)
+{
+    constexpr CGFloat rounding = 0.01;
+    auto* view = &mask;
+    auto map = mask.mapToSuperview();
+    while (!dynamic_cast<GradientMask*>(view)) {
+        if (view->subviews_.size() != 1 || !isPlain(*view))
+            return false;
+        view = view->subviews_.front().get();
+        map = view->mapToSuperview().concatenating(map);
+    }
+    if (!isPlain(*view) || !view->subviews_.empty() || map.determinant() == 0
+        || !view->presentationBounds().contains(map.inverted().apply(dirty).insetBy(rounding, rounding)))
+        return false;
+    CGContextState state(context_);
+    context_.concat(map);
+    context_.setAppearance(view->traits_.colorAppearance());
+    maskLayer(context_, dynamic_cast<GradientMask*>(view)->gradientNow());
+    return true;
 }
 
 void ViewPainter::paintShadow(UIView& view, CGRect dirty)

@@ -24,6 +24,8 @@ private:
     void paintGroup(UIView& view, CGRect dirty);
     void paintContent(UIView& view, CGRect dirty);
     void paintShadow(UIView& view, CGRect dirty);
+    bool maskWithGradient(UIView& mask, CGRect dirty);
+    static bool isPlain(const UIView& view); // nothing of its own shows, or changes what does
     bool covers(const UIView& view, CGRect dirty) const;
 
     CGContext& context_;

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/graphics/CGContext.h"
+
+#include <vector>
+
+namespace platform {
+
+// Colours along a line, from `start` to `end`.
+struct LinearGradientLine {
+    std::vector<GradientStop> stops;
+    CGPoint start, end;
+};
+
+// What CGContext::maskLayer does for a mask that is a gradient over all of the layer, without a picture of the mask: twice as
+// fast. Between beginLayer and endLayer, in present coordinates. Without stops nothing is left of the layer.
+void maskLayer(CGContext& context, const LinearGradientLine& gradient);
+
+} // namespace platform
