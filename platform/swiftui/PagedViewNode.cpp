@@ -127,8 +127,9 @@ void PagedViewNode::update(RowSources pages, std::optional<Binding<int>> selecti
     auto shown = current_;
     for (auto& [row, page] : before) {
         auto now = *place++;
-        if (now && static_cast<int>(row) == current_)
-            shown = static_cast<int>(*now); // the page that is seen stays in sight
+        // The page that is seen stays in sight, unless somebody says which number shall be seen.
+        if (now && !selection_ && static_cast<int>(row) == current_)
+            shown = static_cast<int>(*now);
         if (!now || mounted_.contains(*now)) {
             host().retire(std::move(page));
             continue;
@@ -141,6 +142,7 @@ void PagedViewNode::update(RowSources pages, std::optional<Binding<int>> selecti
     shown = std::clamp(shown, 0, std::max(pageCount() - 1, 0));
     if (std::exchange(current_, shown) != shown)
         target_.reset();
+    tellSelection(); // of a number that is no page any more
     refresh();
 }
 

@@ -138,7 +138,11 @@ bool UIScrollView::moveOffset(CGPoint offset)
         return value == low || value == high ? value : std::clamp(onPixel(value), low, high);
     };
     CGPoint place{rounded(exact.x, first.x, last.x), rounded(exact.y, first.y, last.y)};
-    exactOffset_ = exact;
+    // To stay is no new place: what was rounded away still counts.
+    auto isNear =
+        exactOffset_ && std::abs(exactOffset_->x - exact.x) < 1 && std::abs(exactOffset_->y - exact.y) < 1;
+    if (exact != contentOffset() || !isNear)
+        exactOffset_ = exact;
     if (place == contentOffset())
         return false;
     setBounds({place, bounds().size});
@@ -155,6 +159,7 @@ void UIScrollView::setContentOffset(CGPoint offset, Animated animated)
     stopScrolling();
     offset = clampedOffset(offset);
     auto present = contentOffset();
+    exactOffset_.reset(); // the way is told from where the content is seen
     if (animated == Animated::no || !allowsMotion())
         moveOffset(offset);
     else

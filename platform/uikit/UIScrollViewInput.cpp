@@ -261,6 +261,14 @@ bool UIScrollView::scrollByPages(double pages, UILayoutAxis axis)
     auto way = pages * pageStep(axis);
     if (!std::isfinite(way) || !canScroll(axis, way))
         return false;
+    if (isPagingEnabled_) {
+        auto target = contentOffset();
+        auto& place = axis == UILayoutAxis::vertical ? target.y : target.x;
+        auto length = pageStep(axis);
+        place = length > 0 ? (std::round(place / length) + pages) * length : place;
+        setContentOffset(target, Animated::yes);
+        return true;
+    }
     return move(axis == UILayoutAxis::vertical ? CGVector{0, way} : CGVector{way, 0}, Animated::yes);
 }
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Controllers that are made of other controllers.
+#include "platform/uikit/UIButton.h"
+#include "platform/uikit/UINavigationBar.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UISplitViewController.h"
 #include "platform/uikit/UITabBarController.h"
 #include "platform/uikit/UIView.h"
 #include "platform/uikit/UIWindow.h"
+#include "tests/platform/uikit/TouchTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -29,6 +32,16 @@ std::shared_ptr<Diary> page()
     return std::make_shared<Diary>();
 }
 
+// What a container shows besides its bar.
+std::vector<std::shared_ptr<UIView>> pagesOf(UIViewController& container)
+{
+    auto views = container.view()->subviews();
+    std::erase_if(views, [](const auto& view) {
+        return dynamic_cast<UINavigationBar*>(view.get()) || dynamic_cast<UITabBar*>(view.get());
+    });
+    return views;
+}
+
 std::vector<std::shared_ptr<UIView>> viewsOf(const Controllers& controllers)
 {
     std::vector<std::shared_ptr<UIView>> views;
@@ -39,20 +52,54 @@ std::vector<std::shared_ptr<UIView>> viewsOf(const Controllers& controllers)
 
 } // namespace
 
-TEST(UINavigationController, ShowsTheTopOfItsStackFillingItselfAndLoadsNoOther)
+TEST(UINavigationController, ShowsTheTopOfItsStackBelowItsBarAndLoadsNoOther)
 {
     const auto first = page(), second = page();
     const auto navigation = UINavigationController::make(first);
     navigation->pushViewController(second);
     navigation->view()->setFrame(CGRect::make(0, 0, 300, 200));
+    navigation->view()->layoutIfNeeded();
     EXPECT_FALSE(first->isViewLoaded());
-    EXPECT_EQ(navigation->view()->subviews(), viewsOf({second}));
-    EXPECT_EQ(second->view()->frame(), CGRect::make(0, 0, 300, 200));
+    EXPECT_EQ(pagesOf(*navigation), viewsOf({second}));
+    EXPECT_EQ(second->view()->frame(), CGRect::make(0, 44, 300, 156));
     navigation->view()->setFrame(CGRect::make(0, 0, 100, 80));
-    EXPECT_EQ(second->view()->frame().size, (CGSize{100, 80}));
+    navigation->view()->layoutIfNeeded();
+    EXPECT_EQ(second->view()->frame().size, (CGSize{100, 36}));
     EXPECT_EQ(navigation->popViewController(), second);
-    EXPECT_EQ(navigation->view()->subviews(), viewsOf({first}));
+    EXPECT_EQ(pagesOf(*navigation), viewsOf({first}));
+    navigation->setNavigationBarHidden(true);
     EXPECT_EQ(first->view()->frame().size, (CGSize{100, 80}));
+}
+
+// What slides is a picture: controllers hear of each step once, and at once.
+TEST(UINavigationController, SlidesBetweenPagesAndCanBeInterrupted)
+{
+    Stage stage({300, 200});
+    const auto root = page(), second = page(), third = page();
+    const auto navigation = UINavigationController::make(root);
+    stage.window->setRootViewController(navigation);
+    stage.window->showOffscreen();
+    navigation->pushViewController(second, Animated::yes);
+    stage.clock.advance(100ms);
+    const auto way = second->view()->presentationTransform().tx;
+    EXPECT_GT(way, 0);
+    EXPECT_LT(way, 300);
+    EXPECT_EQ(pagesOf(*navigation).size(), 2u);
+    navigation->pushViewController(third, Animated::yes);
+    EXPECT_EQ(second->view()->presentationTransform(), CGAffineTransform{});
+    EXPECT_EQ(std::exchange(root->entries, ""), "willMove didMove didAppear didDisappear ");
+    const auto alternate = [&](UIKeyCode key) {
+        return stage.window->sendPress({.key = key, .modifiers = {UIKeyModifierFlags::alternate}});
+    };
+    EXPECT_FALSE(alternate(UIKeyCode::right));
+    EXPECT_TRUE(alternate(UIKeyCode::left));
+    stage.clock.advance(1s);
+    EXPECT_EQ(pagesOf(*navigation), viewsOf({second}));
+    EXPECT_EQ(third->entries, "willMove didMove willLeave didDisappear didLeave ");
+    navigation->navigationBar()->backButton()->performPrimaryAction();
+    stage.clock.advance(1s);
+    EXPECT_EQ(pagesOf(*navigation), viewsOf({root}));
+    EXPECT_TRUE(navigation->navigationBar()->backButton()->isHidden());
 }
 
 TEST(UINavigationController, KeepsItsRootAndHoldsNoControllerTwice)
@@ -103,13 +150,39 @@ TEST(UITabBarController, ShowsTheSelectedTabAloneAndKeepsItWhenTabsChange)
         tabs->loadViewIfNeeded();
         tabs->setViewControllers(before);
         tabs->setSelectedIndex(selected);
-        EXPECT_EQ(tabs->view()->subviews(), viewsOf({before[selected]}));
+        EXPECT_EQ(pagesOf(*tabs), viewsOf({before[selected]}));
         tabs->setViewControllers(after);
         EXPECT_EQ(tabs->selectedIndex(), expected);
-        EXPECT_EQ(tabs->view()->subviews(), after.empty() ? viewsOf({}) : viewsOf({after[expected]}));
+        EXPECT_EQ(pagesOf(*tabs), after.empty() ? viewsOf({}) : viewsOf({after[expected]}));
         tabs->setViewControllers({});
     }
     EXPECT_DEATH(std::make_shared<UITabBarController>()->setSelectedIndex(0), "does not exist");
+}
+
+TEST(UITabBarController, IsOperatedByItsBar)
+{
+    for (const auto direction :
+         {UIUserInterfaceLayoutDirection::leftToRight, UIUserInterfaceLayoutDirection::rightToLeft}) {
+        UITraitCollection traits;
+        traits.layoutDirection = direction;
+        const auto isMirrored = direction == UIUserInterfaceLayoutDirection::rightToLeft;
+        Stage stage({300, 200}, traits);
+        const auto tabs = std::make_shared<UITabBarController>();
+        tabs->setViewControllers({page(), page(), page()});
+        stage.window->setRootViewController(tabs);
+        stage.window->showOffscreen();
+        EXPECT_EQ(tabs->selectedViewController()->view()->frame().size, (CGSize{300, 150}));
+        std::vector<std::size_t> chosen;
+        tabs->onSelect = [&](std::size_t index) { chosen.push_back(index); };
+        Finger(stage, UITouchType::mouse).tap({isMirrored ? 50.0 : 250.0, 175});
+        EXPECT_EQ(tabs->selectedIndex(), 2u);
+        tabs->tabBar()->subviews()[2]->becomeFirstResponder();
+        const auto press = [&](UIKeyCode key) { stage.window->sendPress({.key = key}); };
+        press(isMirrored ? UIKeyCode::right : UIKeyCode::left);
+        press(isMirrored ? UIKeyCode::left : UIKeyCode::right);
+        press(isMirrored ? UIKeyCode::left : UIKeyCode::right); // past the last
+        EXPECT_EQ(chosen, (std::vector<std::size_t>{2, 1, 2}));
+    }
 }
 
 TEST(UISplitViewController, ShowsBothColumnsWhereThereIsRoom)
