@@ -4,6 +4,7 @@
 #include "platform/network/URLSession.h"
 #include "platform/network/URLSessionTaskMetrics.h"
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <fstream>

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: MIT
+// Downloads that break and go on, wait, or find no room.
+#include "platform/network/URLSession.h"
+
+#include "platform/network/DownloadFile_p.h"
+#include "platform/network/NSURLErrorCodes.h"
+#include "platform/network/NetworkConditions.h"
+#include "tests/support/RecordingDelegate.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <future>
+#include <sys/resource.h>
+
+namespace platform {
+
+namespace {
+
+using tests::RecordingDelegate;
+using tests::ScriptedServer;
+using Connection = ScriptedServer::Connection;
+using Request = ScriptedServer::Request;
+
+const std::string oldFile = "the old version of the file";
+const std::string newFile = "THE NEW VERSION, WHICH IS LONGER, OF THE FILE";
+
+// Breaks off the first answer in the middle; what it says then is up to the case.
+struct Case {
+    const char* name;
+    const char* firstTag;
+    std::function<void(Connection&, const Request&)> second;
+    std::string body; // empty: the download fails
+    std::vector<std::int64_t> offsets;
+    std::string range; // that the second request asks for
+};
+
+void sendRange(Connection& connection, const std::string& file, std::size_t first, const char* tag)
+{
+    auto range = "Content-Range: bytes " + std::to_string(first) + "-" + std::to_string(file.size() - 1) + "/"
+        + std::to_string(file.size()) + "\r\nETag: " + tag + "\r\n";
+    connection.answer("206 Partial Content", file.substr(first), range);
+}
+
+const Case cases[] = {
+    {"the same version goes on",
+     "\"1\"",
+     [](auto& c, auto&) { sendRange(c, oldFile, 10, "\"1\""); },
+     oldFile,
+     {10},
+     "bytes=10-"},
+    {"another version starts anew",
+     "\"1\"",
+     [](auto& c, auto&) { c.answer("200 OK", newFile, "ETag: \"2\"\r\n"); },
+     newFile,
+     {},
+     "bytes=10-"},
+    {"a server without ranges starts anew",
+     "\"1\"",
+     [](auto& c, auto&) { c.answer("200 OK", oldFile); },
+     oldFile,
+     {},
+     "bytes=10-"},
+    {"a range of another version is refused",
+     "\"1\"",
+     [](auto& c, auto& request) {
+         if (request.field("Range"))
+             sendRange(c, newFile, 10, "\"2\"");
+         else
+             c.answer("200 OK", newFile, "ETag: \"2\"\r\n");
+     },
+     newFile,
+     {},
+     "bytes=10-"},
+    {"a range that was not asked for is refused",
+     "\"1\"",
+     [](auto& c, auto& request) {
+         if (request.field("Range"))
+             sendRange(c, oldFile, 5, "\"1\"");
+         else
+             c.answer("200 OK", oldFile);
+     },
+     oldFile,
+     {},
+     "bytes=10-"},
+    {"a file that has shrunk starts anew",
+     "\"1\"",
+     [](auto& c, auto& request) {
+         if (request.field("Range"))
+             c.answer("416 Range Not Satisfiable", "no");
+         else
+             c.answer("200 OK", oldFile);
+     },
+     oldFile,
+     {},
+     "bytes=10-"},
+    {"a weak validator proves nothing", "W/\"1\"", {}, "", {}, ""},
+    {"no validator proves nothing", "", {}, "", {}, ""},
+    {"a server that gives nothing more is believed",
+     "\"1\"",
+     [](auto& c, auto&) { c.close(); },
+     "",
+     {},
+     "bytes=10-"},
+};
+
+} // namespace
+
+TEST(Download, aBrokenDownloadGoesOnOnlyWithTheSameVersion)
+{
+    for (auto& [name, firstTag, second, body, offsets, range] : cases) {
+        SCOPED_TRACE(name);
+        std::atomic<int> count = 0;
+        ScriptedServer server([&](Connection& connection, const Request& request) {
+            if (count++ > 0)
+                return second(connection, request);
+            std::string tag = *firstTag ? std::string("ETag: ") + firstTag + "\r\n" : std::string();
+            connection.send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(oldFile.size()) + "\r\n"
+                            + tag + "\r\n" + oldFile.substr(0, 10));
+            connection.close();
+        });
+        auto delegate = std::make_shared<RecordingDelegate>();
+        auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+        session->downloadTask(URLRequest(server.url("/file")))->resume();
+        ASSERT_TRUE(delegate->waitForEnds());
+        EXPECT_EQ(delegate->body(), body);
+        EXPECT_EQ(delegate->error().has_value(), body.empty());
+        EXPECT_EQ(delegate->resumeOffsets(), offsets);
+        auto requests = server.requests();
+        if (range.empty())
+            EXPECT_EQ(requests.size(), 1u);
+        else
+            EXPECT_EQ(requests.at(1).field("Range").value_or("") + requests[1].field("If-Range").value_or(""),
+                      range + firstTag);
+    }
+}
+
+TEST(Download, resumeDataGoesOnWhereTheTaskWasCancelled)
+{
+    ScriptedServer server([&](Connection& connection, const Request& request) {
+        if (request.field("Range"))
+            return sendRange(connection, oldFile, 10, "\"1\"");
+        connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(oldFile.size())
+                        + "\r\n\r\n" + oldFile.substr(0, 10));
+        connection.waitForClose();
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    auto task = session->downloadTask(URLRequest(server.url("/file")));
+    task->resume();
+    ASSERT_TRUE(delegate->waitForCall("progress"));
+    std::promise<std::optional<std::string>> produced;
+    task->cancelByProducingResumeData([&](auto data) { produced.set_value(std::move(data)); });
+    auto data = produced.get_future().get();
+    ASSERT_TRUE(data);
+    ASSERT_TRUE(delegate->waitForEnds(1));
+    session->downloadTask(*data)->resume();
+    ASSERT_TRUE(delegate->waitForEnds(2));
+    EXPECT_EQ(delegate->body(), oldFile);
+    EXPECT_EQ(delegate->resumeOffsets(), std::vector<std::int64_t>{10});
+
+    session->downloadTask("nonsense")->resume();
+    ASSERT_TRUE(delegate->waitForEnds(3));
+    EXPECT_EQ(delegate->error()->bridged().code(), NSURLErrorUnsupportedURL);
+}
+
+TEST(Download, aBackgroundSessionGoesOnWithWhatAnEarlierOneLeft)
+{
+    std::atomic<bool> isSecondStart = false;
+    ScriptedServer server([&](Connection& connection, const Request& request) {
+        if (isSecondStart && request.field("Range"))
+            return sendRange(connection, oldFile, 10, "\"1\"");
+        connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(oldFile.size())
+                        + "\r\n\r\n" + oldFile.substr(0, 10));
+        connection.waitForClose();
+    });
+    // The first start is a process of its own, which is killed in the middle. It runs this test again, and loads from the
+    // server of the one that waits for it.
+    constexpr auto variable = "ZELK_TESTS_BACKGROUND_PORT";
+    if (!std::getenv(variable))
+        ::setenv(variable, std::to_string(server.port()).c_str(), 1);
+    auto url = *URL::parse("http://127.0.0.1:" + std::string(std::getenv(variable)) + "/file");
+    auto configuration =
+        URLSessionConfiguration::background("org.zelk.tests." + std::string(std::getenv(variable)));
+    EXPECT_EXIT(
+        {
+            auto delegate = std::make_shared<RecordingDelegate>();
+            auto session = URLSession::make(configuration, delegate);
+            auto task = session->downloadTask(URLRequest(url));
+            task->setTaskDescription("kept");
+            task->resume();
+            delegate->waitForCall("progress");
+            std::raise(SIGKILL);
+        },
+        testing::KilledBySignal(SIGKILL), "");
+    ::unsetenv(variable);
+
+    isSecondStart = true;
+    auto delegate = std::make_shared<RecordingDelegate>();
+    std::promise<std::string> description;
+    auto session = URLSession::make(configuration, delegate);
+    session->getAllTasks(
+        [&](auto tasks) { description.set_value(tasks.empty() ? "no task" : tasks[0]->taskDescription()); });
+    EXPECT_EQ(description.get_future().get(), "kept");
+    ASSERT_TRUE(delegate->waitForCall("events"));
+    EXPECT_EQ(delegate->body(), oldFile);
+    EXPECT_EQ(delegate->calls(),
+              (std::vector<std::string>{"resume", "progress", "file", "metrics", "complete", "events"}));
+}
+
+TEST(Download, aMeteredConnectionIsRefusedOrWaitedFor)
+{
+    ScriptedServer server(
+        [](Connection& connection, const Request&) { connection.answer("200 OK", "hello"); });
+    NetworkConditionsOverride conditions(true);
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.allowsCellularAccess = false;
+    auto session = URLSession::make(configuration, delegate);
+    session->dataTask(URLRequest(server.url("/")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds(1));
+    EXPECT_EQ(delegate->error()->bridged().code(), NSURLErrorDataNotAllowed);
+
+    configuration.isDiscretionary = true;
+    auto patient = URLSession::make(configuration, delegate);
+    auto task = patient->downloadTask(URLRequest(server.url("/")));
+    task->resume();
+    std::promise<void> isListed;
+    patient->getAllTasks([&](auto tasks) {
+        EXPECT_EQ(tasks.size(), 1u);
+        isListed.set_value();
+    });
+    isListed.get_future().wait();
+    EXPECT_TRUE(server.requests().empty());
+    conditions.setMetered(false);
+    ASSERT_TRUE(delegate->waitForEnds(2));
+    EXPECT_EQ(delegate->body(), "hello");
+}
+
+TEST(Download, aDiskThatTakesNoMoreFailsTheTaskAndLeavesNoFile)
+{
+    ScriptedServer server([](Connection& connection, const Request&) {
+        connection.answer("200 OK", std::string(1'000'000, 'x'));
+    });
+    auto directory = downloadDirectory();
+    // A limit of the process on files stands in for the disk's end; its signal would stop the process.
+    auto* handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small{100'000, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    session->downloadTask(URLRequest(server.url("/")))->resume();
+    EXPECT_TRUE(delegate->waitForEnds());
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(delegate->error()->bridged().code(), NSURLErrorCannotWriteToFile);
+    EXPECT_EQ(std::ranges::count_if(std::filesystem::directory_iterator(directory),
+                                    [](auto& entry) { return entry.path().extension() == ".download"; }),
+              0);
+}
+
+} // namespace platform

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+// What strangers write into heads, and where they may lead.
+#include "platform/network/HTTPMessage_p.h"
+
+#include "platform/network/HTTPURLResponse.h"
+#include "platform/network/NSURLErrorCodes.h"
+#include "platform/network/ProxyEnvironment_p.h"
+#include "platform/network/Redirection_p.h"
+
+#include <gtest/gtest.h>
+
+namespace platform {
+
+TEST(HTTPMessage, namesOfFilesAreSafe)
+{
+    struct Case {
+        const char* disposition; // null: none
+        const char* url;
+        std::string name;
+    };
+    const Case cases[] = {
+        {nullptr, "http://h/a/b.txt?q=1", "b.txt"},
+        {nullptr, "http://h/a/%2e%2e%2fetc", "etc"},
+        {nullptr, "http://h/", "h"},
+        {"attachment; filename=\"x.txt\"", "http://h/b", "x.txt"},
+        {"attachment; filename=x.txt", "http://h/b", "x.txt"},
+        {"attachment; filename=\"a \\\"b\\\"; c.txt\"", "http://h/b", "a \"b\"; c.txt"},
+        {"attachment; filename=\"plain\"; filename*=UTF-8''na%C3%AFve", "http://h/b", "naïve"},
+        {"attachment; filename*=iso-8859-1'en'na%EFve", "http://h/b", "naïve"},
+        {"attachment; filename*=utf-8''%ff", "http://h/b", "b"},
+        {"attachment; filename*=UTF-8''%2", "http://h/b", "b"},
+        {"attachment; filename=\"../../etc/passwd\"", "http://h/b", "passwd"},
+        {"attachment; filename=\"C:\\\\dir\\\\x.txt\"", "http://h/b", "x.txt"},
+        {"attachment; filename=\"..\"", "http://h/b", "b"},
+        {"attachment; filename=\"a\tb\"", "http://h/b", "ab"},
+        {"attachment; filename=\"unclosed", "http://h/b", "\"unclosed"},
+    };
+    for (auto& [disposition, url, name] : cases) {
+        HTTPHeaderFields fields;
+        if (disposition)
+            fields.emplace("content-disposition", disposition);
+        HTTPURLResponse response(*URL::parse(url), 200, "HTTP/1.1", fields);
+        EXPECT_EQ(response.suggestedFilename(), name) << (disposition ? disposition : url);
+    }
+    EXPECT_EQ(safeFilename("x" + std::string(300, 'y')).size(), 255u);
+}
+
+TEST(HTTPMessage, lengthsRangesAndTagsAreBelievedOnlyWhenTheyAreWhole)
+{
+    EXPECT_EQ(parseContentLength("5, 5"), 5);
+    for (auto* bad : {"", "-1", "+1", "5,6", "0x5", "5 5", "99999999999999999999"})
+        EXPECT_EQ(parseContentLength(bad), std::nullopt) << bad;
+
+    auto range = parseContentRange("bytes 5-9/10");
+    ASSERT_TRUE(range);
+    EXPECT_EQ(range->first, 5);
+    EXPECT_EQ(range->total, 10);
+    EXPECT_EQ(parseContentRange("bytes 5-9/*")->total, std::nullopt);
+    for (auto* bad :
+         {"", "bytes */10", "bytes 9-5/10", "bytes 5-10/10", "bytes -5/10", "pages 5-9/10", "bytes 5/9-10"})
+        EXPECT_FALSE(parseContentRange(bad)) << bad;
+
+    EXPECT_EQ(strongValidator({{"etag", "\"a\""}}), "\"a\"");
+    for (auto* bad : {"W/\"a\"", "a", "\"", ""})
+        EXPECT_EQ(strongValidator({{"ETag", bad}}), std::nullopt) << bad;
+    EXPECT_EQ(HTTPURLResponse::localizedStringForStatusCode(404), "not found");
+    EXPECT_EQ(HTTPURLResponse::localizedStringForStatusCode(499), "client error");
+}
+
+TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
+{
+    struct Case {
+        int status;
+        const char* from;
+        const char* location;
+        const char* method;
+        const char* to; // null: refused
+        const char* newMethod;
+        bool keepsAuthorization;
+        long code;
+    };
+    constexpr auto http = "http://a/x/y?q";
+    const Case cases[] = {
+        {301, http, "z", "GET", "http://a/x/z", "GET", true, 0},
+        {302, http, "/z", "POST", "http://a/z", "GET", true, 0},
+        {303, http, "//b/z", "PUT", "http://b/z", "GET", false, 0},
+        {307, http, "http://a:81/z", "POST", "http://a:81/z", "POST", false, 0},
+        {308, http, "http://a:80/z", "POST", "http://a:80/z", "POST", true, 0},
+        {302, http, "https://a/z", "GET", "https://a/z", "GET", false, 0},
+        {302, "https://a/", "http://a/z", "GET", nullptr, "", false,
+         NSURLErrorAppTransportSecurityRequiresSecureConnection},
+        {302, http, "javascript:alert(1)", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
+        {302, http, "data:,x", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
+        {302, http, "file:/etc/passwd", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
+    };
+    for (auto& [status, from, location, method, to, newMethod, keepsAuthorization, code] : cases) {
+        SCOPED_TRACE(location);
+        URLRequest request(*URL::parse(from));
+        request.httpMethod = method;
+        request.httpBody = "body";
+        request.setValue("secret", "authorization");
+        auto next =
+            redirection(request, HTTPURLResponse(request.url, status, "HTTP/1.1", {{"Location", location}}));
+        ASSERT_TRUE(next);
+        ASSERT_EQ(next->has_value(), to != nullptr);
+        if (!to) {
+            EXPECT_EQ(next->error(), code);
+            continue;
+        }
+        EXPECT_EQ((*next)->url.absoluteString(), to);
+        EXPECT_EQ((*next)->httpMethod, newMethod);
+        EXPECT_EQ((*next)->httpBody.empty(), (*next)->httpMethod != method && (*next)->httpMethod == "GET");
+        EXPECT_EQ((*next)->value("Authorization").has_value(), keepsAuthorization);
+    }
+}
+
+TEST(HTTPMessage, proxiesComeFromTheEnvironment)
+{
+    using Variables = std::map<std::string, std::string>;
+    struct Case {
+        Variables variables;
+        const char* scheme;
+        const char* host;
+        std::string proxy; // host:port, empty for none
+    };
+    const Case cases[] = {
+        {{}, "http", "a.org", ""},
+        {{{"http_proxy", "http://p:3128"}}, "http", "a.org", "p:3128"},
+        {{{"http_proxy", "p:3128"}}, "http", "a.org", "p:3128"},
+        {{{"http_proxy", "http://p:3128"}}, "https", "a.org", ""},
+        {{{"HTTP_PROXY", "http://p:3128"}},
+         "http",
+         "a.org",
+         ""}, // a stranger's "Proxy:" field would become it
+        {{{"HTTPS_PROXY", "http://p"}}, "https", "a.org", "p:80"},
+        {{{"all_proxy", "socks5://p"}}, "https", "a.org", "p:1080"},
+        {{{"http_proxy", "p:1"}, {"no_proxy", "b.org, .a.org"}}, "http", "www.a.org", ""},
+        {{{"http_proxy", "p:1"}, {"no_proxy", "a.org"}}, "http", "aa.org", "p:1"},
+        {{{"http_proxy", "p:1"}, {"NO_PROXY", "*"}}, "http", "a.org", ""},
+        {{{"http_proxy", "gopher://p"}}, "http", "a.org", ""},
+    };
+    for (auto& [variables, scheme, host, proxy] : cases) {
+        auto read = [&](const std::string& name) {
+            auto found = variables.find(name);
+            return found == variables.end() ? std::nullopt : std::optional(found->second);
+        };
+        auto found = proxyFromEnvironment(scheme, host, read);
+        EXPECT_EQ(found ? found->host + ":" + std::to_string(found->port) : "", proxy);
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+// What is told, in which order, how often and to whom.
+#include "platform/network/URLSession.h"
+
+#include "platform/network/DownloadFile_p.h"
+#include "platform/network/NSURLErrorCodes.h"
+#include "platform/network/URLCache.h"
+#include "tests/support/RecordingDelegate.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+namespace platform {
+
+namespace {
+
+using tests::RecordingDelegate;
+using tests::ScriptedServer;
+using Connection = ScriptedServer::Connection;
+using Request = ScriptedServer::Request;
+using Calls = std::vector<std::string>;
+using FetchType = URLSessionTaskMetricsResourceFetchType;
+
+// /N leads to /N-1, and /0 says hello.
+void steps(Connection& connection, const Request& request)
+{
+    auto number = std::stoi(request.target.substr(1));
+    if (number == 0)
+        connection.answer("200 OK", "hello");
+    else
+        connection.answer("302 Found", "moved", "Location: /" + std::to_string(number - 1) + "\r\n");
+}
+
+Error errorOf(long code)
+{
+    return NSError(NSURLErrorDomain, code);
+}
+
+std::vector<FetchType> fetchTypes(const URLSessionTaskMetrics& metrics)
+{
+    std::vector<FetchType> result;
+    for (auto& transaction : metrics.transactionMetrics)
+        result.push_back(transaction.resourceFetchType);
+    return result;
+}
+
+} // namespace
+
+TEST(URLSessionOrder, delegateCallsComeInTheOrderOfTheirMeaning)
+{
+    ScriptedServer server(steps);
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    session->dataTask(URLRequest(server.url("/2")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds(1));
+    session->downloadTask(URLRequest(server.url("/1")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds(2));
+    session->finishTasksAndInvalidate();
+    ASSERT_TRUE(delegate->waitForCall("invalid"));
+    EXPECT_EQ(delegate->calls(),
+              (Calls{"redirect", "redirect", "response", "data", "metrics", "complete", //
+                     "redirect", "progress", "file", "metrics", "complete", "invalid"}));
+
+    auto metrics = delegate->metrics();
+    ASSERT_EQ(metrics.transactionMetrics.size(), 2u);
+    EXPECT_EQ(metrics.redirectCount, 1);
+    EXPECT_EQ(metrics.transactionMetrics[1].request.url, server.url("/0"));
+    EXPECT_EQ(metrics.transactionMetrics[0].networkProtocolName, "http/1.1");
+    for (auto& transaction : metrics.transactionMetrics) {
+        EXPECT_LE(*transaction.fetchStartDate, *transaction.requestStartDate);
+        EXPECT_LE(*transaction.requestStartDate, *transaction.responseStartDate);
+        EXPECT_LE(*transaction.responseStartDate, *transaction.responseEndDate);
+    }
+}
+
+TEST(URLSessionOrder, twentyRedirectionsAreFollowedAndNotOneMore)
+{
+    for (int steppes : {20, 21, 30}) {
+        ScriptedServer server(steps);
+        auto delegate = std::make_shared<RecordingDelegate>();
+        auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+        session->dataTask(URLRequest(server.url("/" + std::to_string(steppes))))->resume();
+        ASSERT_TRUE(delegate->waitForEnds());
+        EXPECT_EQ(delegate->error(),
+                  steppes == 20 ? std::nullopt : std::optional(errorOf(NSURLErrorHTTPTooManyRedirects)));
+        EXPECT_EQ(delegate->metrics().redirectCount, 20);
+    }
+}
+
+TEST(URLSessionOrder, aRedirectionThatTheDelegateRefusesIsWhatIsLoaded)
+{
+    ScriptedServer server(steps);
+    auto delegate = std::make_shared<RecordingDelegate>();
+    delegate->onRedirect = [](auto&) { return std::nullopt; };
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    session->dataTask(URLRequest(server.url("/5")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds());
+    EXPECT_EQ(delegate->body(), "moved");
+    EXPECT_EQ(delegate->calls(), (Calls{"redirect", "response", "data", "metrics", "complete"}));
+}
+
+TEST(URLSessionOrder, aThousandCancelsAtAnyMomentEndEachTaskOnce)
+{
+    ScriptedServer server([](Connection& connection, const Request&) {
+        connection.send("HTTP/1.1 200 OK\r\nContent-Length: 1000000\r\n\r\nhello");
+        connection.waitForClose();
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    delegate->onData = [](URLSessionTask& task) { task.cancel(); };
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    constexpr std::size_t count = 1000;
+    std::vector<std::shared_ptr<URLSessionTask>> tasks;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i % 2 == 0)
+            tasks.push_back(session->dataTask(URLRequest(server.url("/"))));
+        else
+            tasks.push_back(session->downloadTask(URLRequest(server.url("/"))));
+        if (i % 5 != 0)
+            tasks.back()->resume();
+    }
+    for (auto& task : tasks)
+        task->cancel();
+    for (auto& task : tasks)
+        task->cancel(); // too late for all
+    session->finishTasksAndInvalidate();
+    ASSERT_TRUE(delegate->waitForCall("invalid"));
+    EXPECT_EQ(delegate->ends(), count);
+    for (auto& task : tasks)
+        EXPECT_EQ(task->error(), errorOf(NSURLErrorCancelled));
+}
+
+TEST(URLSessionOrder, aDelegateThatGoesAwayInTheMiddleIsNotCalledAndTheTaskEnds)
+{
+    std::promise<void> isWaiting;
+    std::promise<void> mayGoOn;
+    ScriptedServer server([&](Connection& connection, const Request&) {
+        connection.send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhello");
+        isWaiting.set_value();
+        mayGoOn.get_future().wait();
+        connection.send("world");
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    auto task = session->downloadTask(URLRequest(server.url("/")));
+    task->resume();
+    isWaiting.get_future().wait();
+    delegate = nullptr;
+    mayGoOn.set_value();
+
+    // The end is told on the queue after all else: ask there until the task is no longer listed.
+    std::promise<void> isOver;
+    std::function<void(URLSession::Tasks)> look = [&](const URLSession::Tasks& tasks) {
+        if (tasks.empty())
+            isOver.set_value();
+        else
+            session->getAllTasks(look);
+    };
+    session->getAllTasks(look);
+    EXPECT_EQ(isOver.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
+    EXPECT_EQ(task->error(), std::nullopt);
+}
+
+TEST(URLSessionOrder, completionsAreCalledOnceOnTheDelegateQueue)
+{
+    ScriptedServer server(steps);
+    auto queue = DispatchQueue::make("org.zelk.tests");
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), {}, queue);
+    std::promise<Result<URLSession::DataLoad>> loaded;
+    session
+        ->dataTask(URLRequest(server.url("/1")),
+                   [&](auto result) {
+                       EXPECT_TRUE(queue->isCurrent());
+                       loaded.set_value(std::move(result));
+                   })
+        ->resume();
+    EXPECT_EQ(loaded.get_future().get()->data, "hello");
+
+    std::promise<Result<URLSession::Download>> cancelled;
+    auto task = session->downloadTask(URLRequest(server.url("/1")),
+                                      [&](auto result) { cancelled.set_value(std::move(result)); });
+    task->cancel();
+    EXPECT_EQ(cancelled.get_future().get().error(), errorOf(NSURLErrorCancelled));
+}
+
+TEST(URLSessionOrder, aSlowDelegateHoldsTheServerBack)
+{
+    std::promise<std::size_t> accepted;
+    ScriptedServer server([&](Connection& connection, const Request&) {
+        constexpr std::size_t length = 256 * 1024 * 1024;
+        connection.send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n");
+        accepted.set_value(connection.sendUntilStuck(length));
+        connection.waitForClose();
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto taken = accepted.get_future().share();
+    delegate->onData = [&](URLSessionTask& task) {
+        taken.wait();
+        task.cancel();
+    };
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    session->dataTask(URLRequest(server.url("/")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds());
+    EXPECT_LT(taken.get(), 64u * 1024 * 1024);
+    EXPECT_EQ(delegate->error(), errorOf(NSURLErrorCancelled));
+}
+
+TEST(URLSessionCache, freshAnswersComeFromTheCacheAndStaleOnesAreAskedAbout)
+{
+    ScriptedServer server([](Connection& connection, const Request& request) {
+        auto life = request.target == "/fresh" ? "max-age=1000" : "max-age=0";
+        if (request.field("If-None-Match") == "\"1\"")
+            connection.send("HTTP/1.1 304 Not Modified\r\nETag: \"1\"\r\n\r\n");
+        else
+            connection.answer("200 OK", "hello",
+                              "ETag: \"1\"\r\nCache-Control: " + std::string(life) + "\r\n");
+    });
+    struct Case {
+        const char* target;
+        URLRequestCachePolicy policy;
+        std::vector<FetchType> fetched; // the second time
+        std::size_t requests;           // in all
+    };
+    using enum URLRequestCachePolicy;
+    const Case cases[] = {
+        {"/fresh", useProtocolCachePolicy, {FetchType::localCache}, 1},
+        {"/stale", useProtocolCachePolicy, {FetchType::networkLoad, FetchType::localCache}, 2},
+        {"/stale", returnCacheDataElseLoad, {FetchType::localCache}, 1},
+        {"/fresh", reloadIgnoringLocalCacheData, {FetchType::networkLoad}, 2},
+        {"/fresh", reloadRevalidatingCacheData, {FetchType::networkLoad, FetchType::localCache}, 2},
+    };
+    for (auto& [target, policy, fetched, requests] : cases) {
+        SCOPED_TRACE(std::string(target) + " " + std::to_string(static_cast<int>(policy)));
+        auto before = server.requests().size();
+        auto configuration = URLSessionConfiguration::ephemeral();
+        configuration.urlCache = std::make_shared<URLCache>(1'000'000, 0);
+        auto delegate = std::make_shared<RecordingDelegate>();
+        auto session = URLSession::make(configuration, delegate);
+        session->dataTask(URLRequest(server.url(target)))->resume();
+        ASSERT_TRUE(delegate->waitForEnds(1));
+        session->dataTask(URLRequest(server.url(target), policy))->resume();
+        ASSERT_TRUE(delegate->waitForEnds(2));
+        EXPECT_EQ(delegate->body(), "hellohello");
+        EXPECT_EQ(delegate->error(), std::nullopt);
+        EXPECT_EQ(fetchTypes(delegate->metrics()), fetched);
+        EXPECT_EQ(server.requests().size() - before, requests);
+    }
+}
+
+} // namespace platform
