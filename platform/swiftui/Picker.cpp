@@ -2,6 +2,7 @@
 #include "platform/swiftui/Picker.h"
 
 #include "platform/swiftui/EnvironmentValues.h"
+#include "platform/uikit/UIMenuButton.h"
 #include "platform/uikit/UIPickerView.h"
 #include "platform/uikit/UISegmentedControl.h"
 
@@ -49,6 +50,48 @@ void SegmentedChoice::Node::userChanged()
     auto control = control_;
     if (auto select = choice_.select) // which may remove this
         control->setSelectedSegmentIndex(select(control->selectedSegmentIndex()), Animated::yes);
+}
+
+// --- The menu ------------------------------------------------------------------------------------
+
+MenuChoice::Node::Node(const NodeContext& context, const MenuChoice& view)
+    : ControlNode(context)
+    , choice_(view.choice)
+    , button_(std::make_shared<UIMenuButton>())
+    , onChange_(button_->addAction([this](UIControl&) { userChanged(); }, {UIControlEvents::valueChanged}))
+{
+    readSources();
+    setPlatformView(button_);
+}
+
+MenuChoice::Node::~Node()
+{
+    button_->removeAction(onChange_); // somebody may keep the view
+}
+
+void MenuChoice::Node::update(const MenuChoice& view)
+{
+    bool isAsWide = view.choice.titles == choice_.titles;
+    choice_ = view.choice;
+    refresh();
+    if (!isAsWide)
+        invalidateLayout();
+}
+
+void MenuChoice::Node::readSources()
+{
+    readSurroundings(*button_);
+    nameView(*button_, choice_.name);
+    if (button_->titles() != choice_.titles)
+        button_->setTitles(choice_.titles);
+    button_->setSelectedIndex(choice_.selected);
+}
+
+void MenuChoice::Node::userChanged()
+{
+    auto button = button_;
+    if (auto select = choice_.select) // which may remove this
+        button->setSelectedIndex(select(button->selectedIndex()));
 }
 
 // --- The wheel -----------------------------------------------------------------------------------

@@ -19,6 +19,7 @@
 
 namespace platform {
 
+class UIMenuButton;
 class UIPickerView;
 class UISegmentedControl;
 
@@ -54,6 +55,30 @@ private:
     std::shared_ptr<UISegmentedControl> control_;
 };
 
+// The button with the menu of a picker.
+struct MenuChoice {
+    PickerChoice choice;
+    class Node;
+};
+
+class MenuChoice::Node final : public ControlNode {
+public:
+    Node(const NodeContext& context, const MenuChoice& view);
+    ~Node() override;
+    void update(const MenuChoice& view);
+    bool isRigid(Axis axis) const override { return axis == Axis::vertical; }
+
+protected:
+    void readSources() override;
+
+private:
+    void userChanged();
+
+    PickerChoice choice_;
+    std::shared_ptr<UIMenuButton> button_;
+    UIControl::ActionIdentifier onChange_;
+};
+
 // The wheel of a picker.
 struct WheelChoice {
     PickerChoice choice;
@@ -85,7 +110,8 @@ struct PickerOption {
 };
 
 // A choice of one of a few: `Picker{"Flavour", flavour, {{Flavour::lemon, "Lemon"}, {Flavour::mint, "Mint"}}}`. A value
-// that is not among the options selects none. A row of segments, or a wheel in that style.
+// that is not among the options selects none. A row of segments, or a menu or a wheel in
+// those styles.
 template <std::equality_comparable Value>
 struct Picker {
     std::string title;
@@ -105,7 +131,12 @@ struct Picker {
     {
         return when(
             *style == PickerStyle::wheel, [&] { return WheelChoice{choice()}; },
-            [&] { return SegmentedChoice{choice()}; });
+            [&] {
+                return when(
+                    *style == PickerStyle::menu,
+                    [&] { return LabeledControl{Text{title}, true, MenuChoice{choice()}}; },
+                    [&] { return SegmentedChoice{choice()}; });
+            });
     }
 
 private:

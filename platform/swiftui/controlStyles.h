@@ -22,7 +22,12 @@ enum class ProgressViewStyle {
     linear,
     circular
 };
-enum class PickerStyle { automatic, segmented, wheel };
+enum class PickerStyle {
+    automatic, // segmented
+    segmented,
+    menu, // a row of the label and a button that opens a menu
+    wheel
+};
 enum class TextFieldStyle { automatic, roundedBorder, plain };
 enum class LabelsVisibility { visible, hidden };
 

@@ -59,9 +59,10 @@ public:
     }
     void setRows(int rows)
     {
-        rows_ = std::max(rows, 0);
+        bool isSame = std::exchange(rows_, std::max(rows, 0)) == rows_;
         setRange({0, std::max(rows_ - 1.0, 0.0)});
-        offset_ = value();
+        if (!isSame)
+            offset_ = value();
         setNeedsDisplay();
     }
     int row() const { return rows_ > 0 ? static_cast<int>(value()) : -1; }
@@ -333,13 +334,21 @@ void UIPickerView::draw(CGContext& context, CGRect)
 void UIPickerView::layoutSubviews()
 {
     UIView::layoutSubviews();
-    auto count = numberOfComponents();
     bool isMirrored = effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
-    auto width = count > 0 ? bounds().width() / count : 0;
-    for (int component = 0; component < count; ++component) {
-        auto place = isMirrored ? count - 1 - component : component;
+    auto delegate = delegate_.lock();
+    auto weightOf = [&](int component) {
+        return delegate ? std::max(delegate->weightOfComponent(*this, component), 0.01) : 1;
+    };
+    double whole = 0;
+    for (int component = 0; component < numberOfComponents(); ++component)
+        whole += weightOf(component);
+    CGFloat start = 0;
+    for (int component = 0; component < numberOfComponents(); ++component) {
+        auto width = bounds().width() * weightOf(component) / whole;
+        auto x = isMirrored ? bounds().maxX() - start - width : bounds().minX() + start;
         wheels_[static_cast<std::size_t>(component)]->setFrame(
-            CGRect::make(bounds().minX() + place * width, bounds().minY(), width, bounds().height()));
+            CGRect::make(x, bounds().minY(), width, bounds().height()));
+        start += width;
     }
 }
 

@@ -19,6 +19,8 @@ public:
     virtual ~UIPickerViewDelegate() = default;
     virtual int numberOfComponents(const UIPickerView&) const { return 1; }
     virtual int numberOfRows(const UIPickerView&, int component) const = 0;
+    // How wide a wheel is beside the others; positive.
+    virtual double weightOfComponent(const UIPickerView&, int /*component*/) const { return 1; }
     virtual std::string titleForRow(const UIPickerView&, int row, int component) const = 0;
     // The user chose another row, once the wheel is let go.
     virtual void didSelectRow(UIPickerView&, int /*row*/, int /*component*/) { }

@@ -322,6 +322,13 @@ bool UITextField::resignFirstResponder()
     return editor_->resignFirstResponder();
 }
 
+// A click on the border is for the text; it is no press of Return.
+bool UITextField::beginTracking(UITouch&)
+{
+    becomeFirstResponder();
+    return false;
+}
+
 void UITextField::controlStateChanged()
 {
     editor_->setEditable(isEnabled());

@@ -66,8 +66,11 @@ public:
     void traitCollectionDidChange(const UITraitCollection& previous) override;
     AccessibilityProperties accessibilityNow() const override;
 
+    bool accessibilityActivate() override { return becomeFirstResponder(); }
+
 protected:
     void controlStateChanged() override;
+    bool beginTracking(UITouch& touch) override; // beside the text
 
 private:
     class Editor;

@@ -2,6 +2,8 @@
 // The catalogue's types find the platform's control behind each declarative one.
 #include "introspect/ViewTypes.h"
 #include "introspect/introspect.h"
+#include "platform/swiftui/ColorPicker.h"
+#include "platform/swiftui/DatePicker.h"
 #include "platform/swiftui/Picker.h"
 #include "platform/swiftui/ProgressView.h"
 #include "platform/swiftui/Slider.h"
@@ -9,6 +11,9 @@
 #include "platform/swiftui/TextField.h"
 #include "platform/swiftui/Toggle.h"
 #include "platform/uikit/UIActivityIndicatorView.h"
+#include "platform/uikit/UIColorWell.h"
+#include "platform/uikit/UIDatePicker.h"
+#include "platform/uikit/UIPickerView.h"
 #include "platform/uikit/UIProgressView.h"
 #include "platform/uikit/UISegmentedControl.h"
 #include "platform/uikit/UISlider.h"
@@ -44,6 +49,16 @@ std::shared_ptr<Found> foundIn(const ViewType& type, const V& view)
     return found;
 }
 
+std::shared_ptr<UIColorWell> foundWellIn(const ColorPicker& view)
+{
+    std::shared_ptr<UIColorWell> found;
+    Screen screen(VStack{
+        view, view | introspect(colorPicker, iOS(startingAt(colorPicker.iOS.v14)), [&](UIColorWell& well) {
+                  found = std::static_pointer_cast<UIColorWell>(well.shared_from_this());
+              })});
+    return found;
+}
+
 } // namespace
 
 TEST(FoundControls, AreOfThePlatformsClass)
@@ -75,6 +90,18 @@ TEST(FoundControls, AreOfThePlatformsClass)
             | pickerStyle(PickerStyle::segmented));
     ASSERT_NE(foundSegments, nullptr);
     EXPECT_EQ(foundSegments->selectedSegmentIndex(), 1);
+    auto flavours = Picker<int>{"Flavour", Binding<int>::constant(2), {{1, "Lemon"}, {2, "Mint"}}};
+    auto foundWell = foundWellIn(ColorPicker{"Tint", Binding<UIColor>::constant(UIColor::red())});
+    ASSERT_NE(foundWell, nullptr);
+    EXPECT_EQ(foundWell->selectedColor(), UIColor::red());
+    auto foundPicker =
+        foundIn<UIPickerView>(pickerWithWheelStyle, flavours | pickerStyle(PickerStyle::wheel));
+    ASSERT_NE(foundPicker, nullptr);
+    EXPECT_EQ(foundPicker->selectedRow(0), 1);
+    auto foundDate = foundIn<UIDatePicker>(datePickerWithWheelStyle,
+                                           DatePicker{"Departure", Binding<Date>::constant({1e9})});
+    ASSERT_NE(foundDate, nullptr);
+    EXPECT_EQ(foundDate->date(), Date{1e9});
     auto foundField = foundIn<UITextField>(textField, TextField{"Name", text});
     ASSERT_NE(foundField, nullptr);
     EXPECT_EQ(foundField->text(), "abc");
