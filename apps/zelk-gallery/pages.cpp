@@ -18,6 +18,8 @@ Page alertsPage();
 Page accessoryAlertsPage();
 Page presentationPage();
 Page bottomSheetPage();
+Page sharingPage();
+Page feedbackPage();
 Page playerPage();
 Page shimmerPage();
 Page particlesPage();
@@ -27,10 +29,10 @@ Page animationsPage();
 const std::vector<Page>& allPages()
 {
     static const std::vector<Page> pages{
-        colorsPage(),       tokensPage(),      textPage(),       symbolsPage(), controlsPage(),
-        layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),  accessoryAlertsPage(),
-        presentationPage(), bottomSheetPage(), playerPage(),     shimmerPage(), particlesPage(),
-        gesturesPage(),     animationsPage(),
+        colorsPage(),       tokensPage(),      textPage(),       symbolsPage(),    controlsPage(),
+        layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),     accessoryAlertsPage(),
+        presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(),   playerPage(),
+        shimmerPage(),      particlesPage(),   gesturesPage(),   animationsPage(),
     };
     return pages;
 }
