@@ -39,16 +39,20 @@ auto loading()
                   Text{"Loading"} | font(Font::subheadline()) | foregroundColor(UIColor::secondaryLabel())};
 }
 
+std::string explanation(const Error& error)
+{
+    return error.as<zelk::AsyncImage::LoadingError>() ? "What is at this address is not a picture."
+                                                      : error.localizedDescription();
+}
+
 auto failed(const Error& error, std::function<void()> tryAgain)
 {
     return VStack{{.spacing = Spacing::_200},
                   Image{.systemName = "exclamationmark.triangle"} | font(Font::largeTitle())
                       | foregroundColor(UIColor::secondaryLabel()),
                   Text{"There Is No Picture"} | font(Font::headline()) | foregroundColor(UIColor::label()),
-                  Text{error.as<zelk::AsyncImage::LoadingError>()
-                           ? "What is at this address is not a picture."
-                           : error.localizedDescription()}
-                      | font(Font::subheadline()) | foregroundColor(UIColor::secondaryLabel())
+                  Text{explanation(error)} | font(Font::subheadline())
+                      | foregroundColor(UIColor::secondaryLabel())
                       | multilineTextAlignment(HorizontalAlignment::center),
                   Button{"Try Again", std::move(tryAgain)}}
     | padding(Spacing::_400);
@@ -58,12 +62,14 @@ auto shown(const Image& image, const std::string& name)
 {
     auto size = image.image.size();
     auto length = [](CGFloat points) { return std::to_string(std::lround(points)); };
-    return VStack{{.spacing = Spacing::_200},
-                  image.resizable() | scaledToFit() | cornerRadius(zelk::CornerRadius::_200)
-                      | shadow({.radius = 8, .y = 2}) | accessibilityLabel(name),
-                  Text{name} | font(Font::headline()) | foregroundColor(UIColor::label()) | lineLimit(1),
-                  Text{length(size.width) + " \u00d7 " + length(size.height)} | font(Font::footnote())
-                      | foregroundColor(UIColor::secondaryLabel())}
+    return VStack{
+               {.spacing = Spacing::_200},
+               image.resizable() | scaledToFit() | cornerRadius(zelk::CornerRadius::_200)
+                   | shadow({.radius = 8, .y = 2}) | accessibilityLabel(name),
+               VStack{{.spacing = Spacing::_50},
+                      Text{name} | font(Font::headline()) | foregroundColor(UIColor::label()) | lineLimit(1),
+                      Text{length(size.width) + " \u00d7 " + length(size.height)} | font(Font::footnote())
+                          | foregroundColor(UIColor::secondaryLabel())}}
     | padding(Spacing::_300);
 }
 
@@ -121,7 +127,7 @@ int writePicture(const URL& url, const char* path, bool isDark)
     window->setRootViewController(makeController(url, [&](const AsyncImagePhase& phase) {
         if (phase.isEmpty())
             return;
-        failure = phase.error() ? std::optional(phase.error()->localizedDescription()) : std::nullopt;
+        failure = phase.error() ? std::optional(explanation(*phase.error())) : std::nullopt;
         end = RunLoop::main().schedule(RunLoop::main().clock().now() + rest, [] { RunLoop::main().stop(); });
     }));
     window->showOffscreen();

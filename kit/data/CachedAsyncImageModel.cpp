@@ -24,10 +24,14 @@ namespace {
 
 // A picture of more pixels is refused: 256 MB when decoded whole.
 constexpr long long maximumPixelCount = 64LL * 1024 * 1024;
-// What the first frame has time for, as a picture's pixels.
-constexpr double firstFramePixelCount = 400'000;
-// A picture is decoded again when it is shown larger than this, compared with what it was decoded for.
+// What the first frame has time for: so many pixels as they are, and of a larger picture so many that making fewer of them
+// does not take longer than decoding them.
+constexpr long long firstFramePixelCount = 600'000;
+constexpr double reducedPixelCount = 100'000;
+// A picture is decoded again when it is shown larger than this, compared with what it was decoded for,
 constexpr double toleratedMagnification = 1.25;
+// or when it has so many times the pixels that it needs.
+constexpr long long toleratedWaste = 6;
 
 std::span<const std::byte> bytes(const std::string& data)
 {
@@ -111,9 +115,9 @@ CachedAsyncImageModel::Decoded
 CachedAsyncImageModel::decodeForFirstFrame(const std::shared_ptr<const std::string>& data, CGFloat scale)
 {
     auto full = imagePixelSize(bytes(*data));
-    auto factor = full ? std::sqrt(firstFramePixelCount / static_cast<double>(full->count())) : 1;
-    if (factor >= 1)
+    if (!full || full->count() <= firstFramePixelCount)
         return decode(data, scale, std::nullopt);
+    auto factor = std::sqrt(reducedPixelCount / static_cast<double>(full->count()));
     return decode(data, scale,
                   PixelSize{static_cast<int>(full->width * factor), static_cast<int>(full->height * factor)});
 }
@@ -138,8 +142,7 @@ void CachedAsyncImageModel::handleOutcome(const CachedAsyncImageSource& source,
                         source.transaction.animation);
     auto animation = outcome.isFromLocalCache ? std::nullopt : source.transaction.animation;
     // What is shown already came from the same bytes, as a rule, when the cache has answered: then nothing changes.
-    auto shown =
-        shown_ && shown_->scale == source.scale && isSharpEnough(sufficientSize()) ? shown_ : std::nullopt;
+    auto shown = shown_ && shown_->scale == source.scale && fits(sufficientSize()) ? shown_ : std::nullopt;
     nextDecodingQueue().async([weakSelf = weak_from_this(), data = *outcome.data, shown = std::move(shown),
                                needed = sufficientSize(), scale = source.scale, animation, token] {
         if (token.stop_requested() || (shown && *shown->data == *data))
@@ -168,8 +171,8 @@ void CachedAsyncImageModel::notePlaced(const ProposedSize& offer, CGSize size, d
     offer_ = offer;
     placedSize_ = size;
     displayScale_ = displayScale;
-    if (shown_ && !isSharpEnough(sufficientSize()))
-        sharpen();
+    if (shown_ && !fits(sufficientSize()))
+        refit();
 }
 
 // In pixels; none means all of them.
@@ -184,21 +187,26 @@ std::optional<PixelSize> CachedAsyncImageModel::sufficientSize() const
                      isKnown(offer_.height) ? pixels(*offer_.height, displayScale_) : 1};
 }
 
-// Requires: a picture is shown.
-bool CachedAsyncImageModel::isSharpEnough(const std::optional<PixelSize>& needed) const
+// Whether what is shown has the pixels that are needed, and not many more. Requires: a picture is shown.
+bool CachedAsyncImageModel::fits(const std::optional<PixelSize>& needed) const
 {
     auto suffices = [](int has, int full, int wanted) {
         return has >= full || wanted <= has * toleratedMagnification;
     };
     auto wanted = needed.value_or(shown_->fullSize);
+    // Of what covers the place on both axes.
+    auto factor = std::max(static_cast<double>(wanted.width) / shown_->fullSize.width,
+                           static_cast<double>(wanted.height) / shown_->fullSize.height);
+    auto enough = factor * factor * static_cast<double>(shown_->fullSize.count());
     return suffices(shown_->size.width, shown_->fullSize.width, wanted.width)
-        && suffices(shown_->size.height, shown_->fullSize.height, wanted.height);
+        && suffices(shown_->size.height, shown_->fullSize.height, wanted.height)
+        && static_cast<double>(shown_->size.count()) <= toleratedWaste * std::max(enough, 1.0);
 }
 
 // Called during layout: changes nothing at once.
-void CachedAsyncImageModel::sharpen()
+void CachedAsyncImageModel::refit()
 {
-    if (std::exchange(isSharpening_, true))
+    if (std::exchange(isRefitting_, true))
         return;
     nextDecodingQueue().async(
         [weakSelf = weak_from_this(), shown = *shown_, needed = sufficientSize(), change = change_] {
@@ -207,7 +215,7 @@ void CachedAsyncImageModel::sharpen()
                     auto self = weakSelf.lock();
                     if (!self)
                         return;
-                    self->isSharpening_ = false;
+                    self->isRefitting_ = false;
                     if (self->change_ == change && decoded.shown)
                         self->setPhase(std::move(decoded), std::nullopt);
                 });

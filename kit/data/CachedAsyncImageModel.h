@@ -52,7 +52,7 @@ public:
     void load(const CachedAsyncImageSource& source, std::stop_token token);
 
     // What the layout says, in points: how much room the content was offered, and how much it took. A picture that turns
-    // out to be shown larger than it was decoded for is decoded again.
+    // out to have too few pixels for its place, or far too many, is decoded again.
     void notePlaced(const platform::ProposedSize& offer, platform::CGSize size, double displayScale);
 
 private:
@@ -76,15 +76,15 @@ private:
                        const std::stop_token& token);
     void setPhase(Decoded decoded, const std::optional<platform::Animation>& animation);
     std::optional<platform::PixelSize> sufficientSize() const;
-    bool isSharpEnough(const std::optional<platform::PixelSize>& needed) const;
-    void sharpen();
+    bool fits(const std::optional<platform::PixelSize>& needed) const;
+    void refit();
 
     std::shared_ptr<platform::StateCell<platform::AsyncImagePhase>> phase_;
     std::optional<Shown> shown_;
     platform::ProposedSize offer_;
     platform::CGSize placedSize_;
     double displayScale_ = 1;
-    bool isSharpening_ = false;
+    bool isRefitting_ = false;
     std::uint64_t change_ = 0; // of the phase; what was begun before the last one is forgotten
 };
 

@@ -253,6 +253,8 @@ TEST(CachedAsyncImageTests, APictureHasThePixelsThatItsPlaceNeeds)
     EXPECT_EQ(small.image.size(), (CGSize{1600, 800})) << "layout sees the whole picture";
     controller->setRootView(sized(400));
     site.waitUntil([&] { return small.image.pixelWidth() == 400; });
+    controller->setRootView(sized(50));
+    site.waitUntil([&] { return small.image.pixelWidth() == 50; });
 
     // From the cache it begins with what the first frame has time for, and is sharp a moment later.
     History whole;
