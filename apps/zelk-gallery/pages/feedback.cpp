@@ -27,7 +27,8 @@ struct Feedback {
         return VStack{{.spacing = Spacing::_100},
                       Button{"Send feedback", [offered] { offered.set(true); }},
                       Text{*outcome} | foregroundColor(UIColor::secondaryLabel())}
-        | zelk::feedbackSheet(
+        | frame({.height = 300})
+            | zelk::feedbackSheet(
                    offered, "How would you like to write to us?",
                    {FeedbackSheetItem::email("makers@example.org", "About the gallery:"),
                     FeedbackSheetItem::iMessage("makers@example.org"),

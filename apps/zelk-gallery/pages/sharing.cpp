@@ -21,17 +21,20 @@ using zelk::Spacing;
 namespace {
 
 // Something to share, drawn on the spot.
-Result<URL> postcard()
+Result<UIImage> drawing()
 {
-    auto picture = makeImage({320, 200}, 1, [](CGContext& context) {
+    return makeImage({320, 200}, 1, [](CGContext& context) {
         context.fill(CGRect{{0, 0}, {320, 200}}, UIColor::systemTeal());
         context.fill(UIBezierPath::oval({{200, 30}, {70, 70}}), UIColor::systemYellow());
     });
-    if (!picture)
-        return std::unexpected(picture.error());
+}
+
+Result<URL> postcard()
+{
+    auto picture = TRY(drawing());
     auto file = FileManager::defaultManager().temporaryDirectory().appendingPathComponent(
         "Postcard.png");
-    TRY(picture->writePNG(file.path()));
+    TRY(picture.writePNG(file.path()));
     return file;
 }
 
@@ -74,6 +77,8 @@ struct SaveToPhotos {
         auto begin = [saving = saving, error = error.binding(),
                       outcome = outcome.binding()] { save(saving, error, outcome); };
         return VStack{{.spacing = Spacing::_100},
+                      Image{drawing().value_or(UIImage())}
+                          | cornerRadius(CornerRadius::_100),
                       Button{"Save the postcard", begin},
                       Text{*outcome} | foregroundColor(UIColor::secondaryLabel())}
         | zelk::alert(error.binding());
