@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/services/MediaLibraryController.h"
+#include "platform/services/VideoTrimController.h"
 #include "platform/services/mediaPickerText_p.h"
 
 #include <algorithm>
@@ -85,7 +86,7 @@ void UIImagePickerController::pick(const LibraryFile& file)
     UIImagePickerInfo info;
     info.emplace(UIImagePickerInfoKey::mediaType, std::string(file.isVideo ? kUTTypeMovie : kUTTypeImage));
     info.emplace(file.isVideo ? UIImagePickerInfoKey::mediaURL : UIImagePickerInfoKey::imageURL, url);
-    info.emplace(UIImagePickerInfoKey::referenceURL, url);
+    info.emplace(UIImagePickerInfoKey::referenceURL, URL::fileURL(file.path));
     finish(info);
 }
 

@@ -16,7 +16,11 @@ enum class MediaPickerText {
     fonts,
     search,
     recent,
-    noFonts
+    noFonts,
+    beginning,
+    end,
+    position,
+    play
 };
 
 // In the language of the user's that comes first of those known here; English when none is. Any thread.
