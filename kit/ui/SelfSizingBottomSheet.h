@@ -43,7 +43,8 @@ private:
     auto sheet(platform::CGFloat below) const
     {
         auto read = readSize([height = contentHeight](platform::CGSize size) { height.set(size.height); });
-        auto scrolled = platform::ScrollView{{.showsIndicators = false}, content() | read};
+        auto scrolled =
+            platform::ScrollView{{.showsIndicators = false}, platform::operator|(content(), read)};
         // Before it is measured the sheet is as high as its bar.
         return bottomsheet::BottomSheet<decltype(scrolled)>{
             .isPresented = isPresented,

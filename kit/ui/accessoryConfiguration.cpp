@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "kit/ui/accessoryConfiguration.h"
 
+#include "kit/foundation/keyWindow.h"
+
 #include "platform/foundation/Precondition.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UILabel.h"
+#include "platform/uikit/UIWindow.h"
 #include "platform/uikit/shortened.h"
 
 #include <algorithm>
@@ -31,7 +34,8 @@ struct Room {
 // How many line breaks after `text` make it at least `height` higher.
 Room makeRoom(std::string text, FontTextStyle style, CGFloat height)
 {
-    const auto& traits = platform::UIApplication::shared().desktopTraits();
+    auto window = keyWindow(platform::UIApplication::shared());
+    auto traits = window ? window->traitCollection() : platform::UITraitCollection();
     platform::UILabel label;
     label.setNumberOfLines(0);
     label.setFont(
