@@ -161,13 +161,4 @@ TEST(ParticleEmitterView, leaves_nothing_behind_when_it_goes)
     EXPECT_FALSE(RunLoop::main().nextDeadline()) << "no timer is left";
 }
 
-TEST(ParticleEmitterView, takes_no_touches_and_draws_nothing_for_unknown_names)
-{
-    harness::DeclarativeHarness harness({200, 200});
-    harness.show(ParticleEmitterView{{"no such symbol"}});
-    harness.advance(20s);
-    EXPECT_TRUE(harness::inkBounds(harness.snapshot()).isEmpty());
-    EXPECT_EQ(harness.describe().find("image"), std::string::npos);
-}
-
 } // namespace
