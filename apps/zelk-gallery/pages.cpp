@@ -21,6 +21,7 @@ Page bottomSheetPage();
 Page sharingPage();
 Page feedbackPage();
 Page playerPage();
+Page cachedImagePage();
 Page shimmerPage();
 Page particlesPage();
 Page gesturesPage();
@@ -31,7 +32,7 @@ const std::vector<Page>& allPages()
     static const std::vector<Page> pages{
         colorsPage(),       tokensPage(),      textPage(),       symbolsPage(),    controlsPage(),
         layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),     accessoryAlertsPage(),
-        presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(),   playerPage(),
+        presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(),   playerPage(), cachedImagePage(),
         shimmerPage(),      particlesPage(),   gesturesPage(),   animationsPage(),
     };
     return pages;

@@ -33,8 +33,12 @@ void GeometryNode::arrange(CGRect rect, const ProposedSize&)
 {
     auto& view = container().containerView();
     GeometryProxy proxy{rect.size, view.convertTo(rect, nullptr)};
-    if (auto hosting = host().controller().viewIfLoaded())
+    auto hosting = host().controller().viewIfLoaded();
+    if (hosting && view.isDescendant(*hosting))
         proxy.safeAreaInsets = safeAreaAround(*hosting, view.convertTo(rect, hosting.get()));
+    else if (!described_)
+        // Described during a layout, by another reader: the view is put into the tree after it. Looks again then.
+        host().performAfterAppearing(*this, [this] { invalidateLayout(); });
     if (std::exchange(isOutOfDate_, false) || proxy != described_) {
         describe(proxy);
         described_ = proxy;

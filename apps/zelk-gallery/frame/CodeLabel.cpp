@@ -76,14 +76,11 @@ void CodeLabel::arrange()
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         CGFloat x = 0;
         for (auto [kind, word] : tokens(line)) {
-            // Spaces hang over the end of a line and do not count there: they are counted here.
-            auto ink = word.find_last_not_of(' ');
             TextLayout layout(word, {.font = font, .baseDirection = BaseDirection::leftToRight});
-            auto width = ink == std::string_view::npos ? 0 : layout.size().width;
-            auto trailing = ink == std::string_view::npos ? word.size() : word.size() - ink - 1;
-            if (ink != std::string_view::npos)
+            auto width = layout.size().width;
+            if (word.find_first_not_of(' ') != std::string_view::npos)
                 words_.push_back({std::move(layout), {x, size_.height}, colorOf(kind)});
-            x += width + CGFloat(trailing) * font.columnWidth();
+            x += width;
         }
         size_.width = std::max(size_.width, std::ceil(x));
         size_.height += height;

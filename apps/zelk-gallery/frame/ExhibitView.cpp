@@ -41,13 +41,12 @@ struct CodeCard {
                                | background(Capsule{} | fill(UIColor::tertiarySystemFill()))};
         // In a window of its own direction: code reads from the left.
         return ScrollView{{.axes = AxisSet::horizontal}, CodeView{code} | padding(Spacing::_200)}
-        | frame({.height = height()}) | environment<LayoutDirectionKey>(LayoutDirection::leftToRight)
-            | overlay(copy | padding(Spacing::_100), Alignment::topTrailing())
+        | overlay(copy | padding(Spacing::_100), Alignment::topTrailing())
             | flexibleFrame({.maxWidth = infinity, .alignment = Alignment::topLeading()})
             | background(card(UIColor::dynamic({0.975, 0.975, 0.985}, {0.075, 0.075, 0.09})))
-            | cornerRadius(CornerRadius::_200);
+            | cornerRadius(CornerRadius::_200)
+            | environment<LayoutDirectionKey>(LayoutDirection::leftToRight);
     }
-    std::optional<CGFloat> height() const { return std::nullopt; }
     bool operator==(const CodeCard&) const = default;
 };
 

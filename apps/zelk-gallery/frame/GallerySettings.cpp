@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/zelk-gallery/frame/GallerySettings.h"
 
+#include "kit/theme/derivedColors.h"
 #include "kit/theme/semanticColors.h"
 
 #include <algorithm>
@@ -22,6 +23,16 @@ const std::vector<NamedTint>& tints()
 UIColor GallerySettings::tintColor() const
 {
     return tints()[tint.get()].color;
+}
+
+UIColor GallerySettings::colorOnTint() const
+{
+    auto choose = [tint = tintColor()](bool inDark) {
+        auto white = UIColor::white(), black = UIColor::black();
+        return zelk::bestBackgroundColor(tint.resolved({.isDark = inDark}),
+                                         {.threshold = 0.6, .bright = white, .dark = black});
+    };
+    return UIColor::dynamic(choose(false), choose(true));
 }
 
 UITraitCollection GallerySettings::traits(const UITraitCollection& desktop) const

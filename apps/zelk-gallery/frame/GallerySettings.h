@@ -38,6 +38,8 @@ public:
     // What a window of the gallery is given, on a desktop that has these.
     platform::UITraitCollection traits(const platform::UITraitCollection& desktop) const;
     platform::UIColor tintColor() const;
+    // Of text on the tint: black where that is light.
+    platform::UIColor colorOnTint() const;
 
     static constexpr int leastTextSize = -2, greatestTextSize = 5;
 };

@@ -15,8 +15,8 @@ using namespace platform;
 
 namespace {
 
-constexpr CGFloat sidebarWidth = 210;
-constexpr CGFloat narrowWindow = 720; // below: the list of pages is behind a button
+constexpr CGFloat sidebarWidth = 240;
+constexpr CGFloat narrowWindow = 760; // below: the list of pages is behind a button
 constexpr CGFloat wideContent = 920;  // from here on code stands beside the exhibits
 constexpr CGFloat widestContent = 1320;
 

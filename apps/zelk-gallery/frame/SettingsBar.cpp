@@ -24,16 +24,16 @@ namespace {
 struct Chip {
     std::string title, label;
     bool isOn = false;
-    UIColor tint;
+    UIColor tint, onTint;
     std::function<void()> action;
 
     auto body() const
     {
         auto ground = isOn ? tint : UIColor::tertiarySystemFill();
         auto content = Text{title} | font(Font::footnote().weight(FontWeight::medium)) | lineLimit(1)
-            | foregroundColor(isOn ? UIColor::white() : UIColor::label())
-            | padding(EdgeSet::horizontal, Spacing::_150) | padding(EdgeSet::vertical, Spacing::_75)
-            | flexibleFrame({.minWidth = GridSize::_200}) | background(Capsule{} | fill(ground));
+            | foregroundColor(isOn ? onTint : UIColor::label()) | padding(EdgeSet::horizontal, Spacing::_150)
+            | padding(EdgeSet::vertical, Spacing::_75) | flexibleFrame({.minWidth = GridSize::_200})
+            | background(Capsule{} | fill(ground));
         return Button{action, content} | accessibilityLabel(label)
             | accessibilityAddTraits(isOn ? AccessibilityTraits::isSelected : AccessibilityTraits{});
     }
@@ -68,7 +68,7 @@ struct SettingsBar {
     auto body() const
     {
         auto object = settings.object();
-        auto color = object->tintColor();
+        auto color = object->tintColor(), onColor = object->colorOnTint();
         auto isDark = *scheme == ColorScheme::dark;
         auto resize = [object](int step) {
             return [object, step] {
@@ -82,19 +82,21 @@ struct SettingsBar {
         auto dots = HStack{{.spacing = Spacing::_25},
                            ForEach{std::views::iota(std::size_t{0}, tints().size()), std::identity{},
                                    [](std::size_t index) { return TintDot{index, {}}; }}};
-        auto pages = Chip{"Pages", "Pages", object->showsPages, color, flip(&GallerySettings::showsPages)};
+        auto pages =
+            Chip{"Pages", "Pages", object->showsPages, color, onColor, flip(&GallerySettings::showsPages)};
         auto switches = HStack{
             {.spacing = Spacing::_100},
             when(width == BarWidth::narrow, [&] { return pages; }),
             dots,
-            Chip{"A\u2212", "Smaller text", false, color, resize(-1)},
-            Chip{"A+", "Larger text", false, color, resize(1)},
-            Chip{"Dark", "Dark appearance", isDark, color, [object, isDark] { object->isDark.set(!isDark); }},
-            Chip{"Right to left", "Right to left", object->isRightToLeft, color,
+            Chip{"A\u2212", "Smaller text", false, color, onColor, resize(-1)},
+            Chip{"A+", "Larger text", false, color, onColor, resize(1)},
+            Chip{"Dark", "Dark appearance", isDark, color, onColor,
+                 [object, isDark] { object->isDark.set(!isDark); }},
+            Chip{"Right to left", "Right to left", object->isRightToLeft, color, onColor,
                  flip(&GallerySettings::isRightToLeft)},
-            Chip{"Less motion", "Less motion", object->reducesMotion, color,
+            Chip{"Less motion", "Less motion", object->reducesMotion, color, onColor,
                  flip(&GallerySettings::reducesMotion)},
-            Chip{"Code", "Code", object->showsCode, color, flip(&GallerySettings::showsCode)}};
+            Chip{"Code", "Code", object->showsCode, color, onColor, flip(&GallerySettings::showsCode)}};
         return ScrollView{{.axes = AxisSet::horizontal, .showsIndicators = false},
                           switches | padding(EdgeSet::horizontal, Spacing::_300)}
         | frame({.height = GridSize::_350});

@@ -4,6 +4,7 @@
 #include "apps/zelk-gallery/pages/pages.h"
 
 #include "kit/theme/CornerRadius.h"
+#include "kit/theme/GridSize.h"
 #include "kit/theme/Spacing.h"
 #include "platform/swiftui/swiftui.h"
 
@@ -13,6 +14,7 @@ namespace gallery {
 
 using namespace platform;
 using zelk::CornerRadius;
+using zelk::GridSize;
 using zelk::Spacing;
 
 namespace {
@@ -20,7 +22,7 @@ namespace {
 constexpr auto infinity = std::numeric_limits<CGFloat>::infinity();
 
 struct PageRow {
-    std::string name, title;
+    std::string name, title, symbol;
     EnvironmentObject<GallerySettings> settings;
     Environment<TintKey> tint;
 
@@ -30,11 +32,16 @@ struct PageRow {
         auto object = settings.object();
         auto isOpen = object->page.get() == name;
         auto ground = isOpen ? object->tintColor() : UIColor::clear();
-        auto label = Text{title}
+        auto row = HStack{{.spacing = Spacing::_100},
+                          Image{.systemName = symbol}
+                              | foregroundColor(isOpen ? object->colorOnTint() : object->tintColor())
+                              | frame({.width = GridSize::_150}) | accessibilityHidden(),
+                          Text{title} | lineLimit(1)
+                              | foregroundColor(isOpen ? object->colorOnTint() : UIColor::label())};
+        auto label = row
             | font(Font::subheadline().weight(isOpen ? FontWeight::semibold : FontWeight::regular))
-            | lineLimit(1) | foregroundColor(isOpen ? UIColor::white() : UIColor::label())
             | flexibleFrame({.maxWidth = infinity, .alignment = Alignment::leading()})
-            | padding(EdgeSet::horizontal, Spacing::_150) | padding(EdgeSet::vertical, Spacing::_75)
+            | padding(EdgeSet::horizontal, Spacing::_100) | padding(EdgeSet::vertical, Spacing::_75)
             | background(RoundedRectangle{CornerRadius::_100} | fill(ground)) | contentShape();
         return Button{[object, chosen = name] {
                           object->page.set(chosen);
@@ -59,7 +66,7 @@ std::vector<Group> groups()
     for (const auto& page : allPages()) {
         if (list.empty() || list.back().title != page.group)
             list.push_back({page.group, {}});
-        list.back().rows.push_back({page.name, page.title, {}, {}});
+        list.back().rows.push_back({page.name, page.title, page.symbol, {}, {}});
     }
     return list;
 }

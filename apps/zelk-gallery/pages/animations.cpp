@@ -105,7 +105,7 @@ Page animationsPage()
     return {.name = "animations",
             .title = "Animations",
             .group = "Motion",
-            .symbol = "wand.and.rays",
+            .symbol = "arrow.triangle.2.circlepath",
             .summary = "Implicit or explicit, and each can be interrupted: it goes on "
                        "from where it is.",
             .exhibits = [] {

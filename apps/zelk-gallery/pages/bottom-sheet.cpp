@@ -128,7 +128,7 @@ Page bottomSheetPage()
     return {.name = "bottom-sheet",
             .title = "Bottom sheet",
             .group = "Presentation",
-            .symbol = "rectangle.bottomhalf.inset.filled",
+            .symbol = "chevron.up",
             .summary = "Comes up over the lower edge. Drag its bar down, throw it, tap "
                        "beside it or press Escape.",
             .exhibits = [] {

@@ -117,7 +117,7 @@ Page colorsPage()
     return {.name = "colors",
             .title = "Colours",
             .group = "Foundations",
-            .symbol = "paintpalette",
+            .symbol = "paintbrush",
             .summary =
                 "Named by what they are for, light and dark, and made from each other.",
             .exhibits = [] {

@@ -25,7 +25,6 @@ auto buttons()
     return HStack{
         {.spacing = Spacing::_200},
         Button{"Plain", [] { }} | buttonStyle(ButtonStyle::plain),
-        Button{"Automatic", [] { }},
         Button{"Bordered", [] { }} | buttonStyle(ButtonStyle::bordered),
         Button{"Prominent", [] { }} | buttonStyle(ButtonStyle::borderedProminent),
         Button{"Disabled", [] { }} | buttonStyle(ButtonStyle::bordered) | disabled()};

@@ -79,7 +79,7 @@ Page gesturesPage()
         .name = "gestures",
         .title = "Gestures",
         .group = "Motion",
-        .symbol = "hand.tap",
+        .symbol = "hand.thumbsup",
         .summary =
             "With the mouse, a finger or a pen; what is let go goes on with its speed.",
         .exhibits = [] {

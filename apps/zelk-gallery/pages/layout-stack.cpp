@@ -89,7 +89,7 @@ Page layoutStackPage()
     return {.name = "layout-stack",
             .title = "Layout stack",
             .group = "Containers",
-            .symbol = "square.split.2x1",
+            .symbol = "squareshape.split.2x2",
             .summary = "The same content as a row or as a column, as a value says.",
             .exhibits = [] {
                 return std::vector<Exhibit>{

@@ -50,7 +50,7 @@ Page particlesPage()
     return {.name = "particles",
             .title = "Particle emitter",
             .group = "Components",
-            .symbol = "sparkle",
+            .symbol = "heart",
             .summary = "Symbols that rise behind the content, each in a colour of its "
                        "own, for thirty seconds.",
             .exhibits =

@@ -69,7 +69,7 @@ Page playerPage()
     return {.name = "player",
             .title = "Player controls",
             .group = "Media",
-            .symbol = "play.fill",
+            .symbol = "play.circle",
             .summary = "Space plays, Control and an arrow key skip. The slider is one to "
                        "assistive technology, too.",
             .exhibits = [] {

@@ -87,7 +87,7 @@ Page scrollViewPage()
     return {.name = "scroll-view",
             .title = "Scroll view",
             .group = "Containers",
-            .symbol = "arrow.right",
+            .symbol = "chevron.up.chevron.down",
             .summary = "With the wheel, two fingers, a touch, the keyboard or its bar; "
                        "what is thrown runs on.",
             .exhibits = [] {

@@ -114,7 +114,7 @@ Page tokensPage()
     return {.name = "tokens",
             .title = "Tokens",
             .group = "Foundations",
-            .symbol = "ruler",
+            .symbol = "square.fill",
             .summary = "The few distances, corners, opacities and speeds that everything "
                        "is made of.",
             .exhibits = [] {
