@@ -250,6 +250,36 @@ TEST(UIScrollView, KeysScrollIt)
     EXPECT_EQ(stage.y(), 68);
 }
 
+TEST(UIScrollView, KeysThatNobodyTookScrollTheInnermostThatCan)
+{
+    Scrolling stage(still());
+    const auto inner = std::make_shared<UIScrollView>(CGRect::make(0, 0, 200, 100));
+    inner->setContentSize({200, 120});
+    stage.view->addSubview(inner);
+    stage.window->layoutNow();
+    const auto end = [&] { return stage.window->sendPress({.key = UIKeyCode::end}); };
+    EXPECT_TRUE(end());
+    EXPECT_EQ(inner->contentOffset().y, 20);
+    EXPECT_EQ(stage.y(), 0);
+    EXPECT_TRUE(end()); // the inner one is at its end
+    EXPECT_EQ(stage.y(), 1800);
+    EXPECT_FALSE(end());
+    inner->setScrollEnabled(false);
+    EXPECT_TRUE(stage.window->sendPress({.key = UIKeyCode::home}));
+    EXPECT_EQ(inner->contentOffset().y, 20);
+}
+
+TEST(UIScrollView, GoesOnMovingWhenItsContentIsMovedBeneathIt)
+{
+    Scrolling stage;
+    stage.wheel(200);
+    stage.clock.advance(40ms);
+    const auto before = stage.y();
+    stage.view->moveContent({200, 2500}, {0, before + 500}); // something grew above
+    stage.clock.advance(1s);
+    EXPECT_NEAR(stage.y(), 700, 1);
+}
+
 TEST(ScrollIndicator, IsThereWhileItScrollsAndGoesAfterwards)
 {
     Scrolling stage;
