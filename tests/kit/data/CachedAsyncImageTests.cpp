@@ -36,6 +36,18 @@ tests::Answer fresh(std::string body)
     return {"200 OK", "Cache-Control: max-age=1000\r\nContent-Type: image/png\r\n", std::move(body)};
 }
 
+// Made on the main thread, as an application would make its first picture.
+const std::string& smallPicture()
+{
+    static const std::string data = picture(20, 10);
+    return data;
+}
+const std::string& largePicture()
+{
+    static const std::string data = picture(1600, 800);
+    return data;
+}
+
 tests::Answer siteAnswer(const std::string& path, const std::string& head)
 {
     if (path == "/moved")
@@ -47,14 +59,14 @@ tests::Answer siteAnswer(const std::string& path, const std::string& head)
     if (path == "/gone")
         return {"404 Not Found", {}, "<html>"};
     if (path == "/large.png")
-        return fresh(picture(1600, 800));
+        return fresh(largePicture());
     if (path == "/asked.png")
         return head.find("If-None-Match: \"1\"") != std::string::npos
             ? tests::Answer{"304 Not Modified", "ETag: \"1\"\r\n", {}}
-            : tests::Answer{"200 OK", "ETag: \"1\"\r\nCache-Control: no-cache\r\n", picture(20, 10)};
+            : tests::Answer{"200 OK", "ETag: \"1\"\r\nCache-Control: no-cache\r\n", smallPicture()};
     if (path == "/endless")
         return {"200 OK", "Content-Length: 99999999999\r\nX-", {}};
-    return fresh(picture(20, 10));
+    return fresh(smallPicture());
 }
 
 // What a view went through: e empty, s success, ! failure; each once, however often its content is described.
@@ -82,6 +94,11 @@ struct Site {
     std::shared_ptr<URLCache> cache = std::make_shared<URLCache>(1 << 20, 1 << 24, directory.url("cache"));
     harness::ViewHarness harness{{400, 400}};
 
+    Site()
+    {
+        smallPicture();
+        largePicture();
+    }
     URL url(std::string_view path) const { return *URL::parse(server.url(path)); }
 
     // The picture fills what it is offered; its bar is 100 points wide with a picture, 20 without.
