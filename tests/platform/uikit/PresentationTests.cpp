@@ -257,6 +257,7 @@ TEST(Presentation, keeps_keys_and_readers_inside_and_gives_the_keyboard_back)
     stage.root->view()->addSubview(behind);
     ASSERT_TRUE(behind->becomeFirstResponder());
     auto b = stage.make("B");
+    b->setTitle("B");
     b->view()->setSubviews({first, last});
     stage.root->present(b, Animated::no);
     stage.settle();
@@ -269,7 +270,7 @@ TEST(Presentation, keeps_keys_and_readers_inside_and_gives_the_keyboard_back)
     }
     stage.harness.tap({30, 30});
     EXPECT_EQ(pressed, 0);
-    EXPECT_EQ(names(*AccessibilityNodes::node(stage.harness.window())), "first last ");
+    EXPECT_EQ(names(*AccessibilityNodes::node(stage.harness.window())), "B first last ") << "in a dialog";
 
     b->dismiss(Animated::yes);
     EXPECT_TRUE(behind->isFirstResponder()) << "as soon as it begins to go";
