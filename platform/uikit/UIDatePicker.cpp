@@ -42,7 +42,8 @@ std::int64_t firstOf(Component component)
 
 std::string twoDigits(int number)
 {
-    return (number < 10 ? "0" : "") + std::to_string(number);
+    std::string text(number < 10 ? "0" : "");
+    return text.append(std::to_string(number));
 }
 
 } // namespace
