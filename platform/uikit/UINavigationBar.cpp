@@ -6,6 +6,7 @@
 #include "platform/graphics/UIImage.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UILabel.h"
+#include "platform/uikit/systemText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,7 +46,7 @@ void UINavigationBar::show(const std::string& title, bool hasBack, const std::st
     title_->setText(title);
     title_->setHidden(title.empty());
     back_->setHidden(!hasBack);
-    back_->setTitle(backTitle);
+    back_->setTitle(backTitle.empty() ? systemText(SystemText::back) : backTitle);
     setNeedsLayout();
 }
 

@@ -20,7 +20,7 @@ public:
 
     UINavigationBar();
 
-    // The back button is there when `hasBack`; without a title of the page before it says nothing but its arrow.
+    // The back button is there when `hasBack`, with the title of the page before, or the system's own word without one.
     void show(const std::string& title, bool hasBack, const std::string& backTitle);
     std::function<void()> onBack;
     const std::shared_ptr<UIButton>& backButton() const { return back_; }

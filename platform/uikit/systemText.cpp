@@ -13,20 +13,24 @@ namespace platform {
 namespace {
 
 struct Words {
-    std::string_view language, ok, cancel;
+    std::string_view language, ok, cancel, back;
 };
 
 constexpr std::array words{
-    Words{"en", "OK", "Cancel"},        Words{"de", "OK", "Abbrechen"}, Words{"fr", "OK", "Annuler"},
-    Words{"es", "Aceptar", "Cancelar"}, Words{"pt", "OK", "Cancelar"},  Words{"it", "OK", "Annulla"},
-    Words{"nl", "OK", "Annuleer"},      Words{"pl", "OK", "Anuluj"},    Words{"ru", "ОК", "Отменить"},
-    Words{"uk", "ОК", "Скасувати"},     Words{"tr", "Tamam", "Vazgeç"}, Words{"ar", "موافق", "إلغاء"},
-    Words{"he", "אישור", "ביטול"},      Words{"fa", "تأیید", "لغو"},    Words{"ur", "ٹھیک ہے", "منسوخ کریں"},
-    Words{"hi", "ठीक", "रद्द करें"},       Words{"zh-Hans", "好", "取消"}, Words{"zh-Hant", "好", "取消"},
-    Words{"ja", "OK", "キャンセル"},    Words{"ko", "확인", "취소"},    Words{"sv", "OK", "Avbryt"},
-    Words{"da", "OK", "Annuller"},      Words{"nb", "OK", "Avbryt"},    Words{"fi", "OK", "Kumoa"},
-    Words{"cs", "OK", "Zrušit"},        Words{"hu", "OK", "Mégsem"},    Words{"el", "OK", "Ακύρωση"},
-    Words{"ro", "OK", "Anulați"},
+    Words{"en", "OK", "Cancel", "Back"},          Words{"de", "OK", "Abbrechen", "Zurück"},
+    Words{"fr", "OK", "Annuler", "Retour"},       Words{"es", "Aceptar", "Cancelar", "Atrás"},
+    Words{"pt", "OK", "Cancelar", "Voltar"},      Words{"it", "OK", "Annulla", "Indietro"},
+    Words{"nl", "OK", "Annuleer", "Terug"},       Words{"pl", "OK", "Anuluj", "Wstecz"},
+    Words{"ru", "ОК", "Отменить", "Назад"},       Words{"uk", "ОК", "Скасувати", "Назад"},
+    Words{"tr", "Tamam", "Vazgeç", "Geri"},       Words{"ar", "موافق", "إلغاء", "رجوع"},
+    Words{"he", "אישור", "ביטול", "חזרה"},        Words{"fa", "تأیید", "لغو", "بازگشت"},
+    Words{"ur", "ٹھیک ہے", "منسوخ کریں", "واپس"}, Words{"hi", "ठीक", "रद्द करें", "वापस"},
+    Words{"zh-Hans", "好", "取消", "返回"},       Words{"zh-Hant", "好", "取消", "返回"},
+    Words{"ja", "OK", "キャンセル", "戻る"},      Words{"ko", "확인", "취소", "뒤로"},
+    Words{"sv", "OK", "Avbryt", "Tillbaka"},      Words{"da", "OK", "Annuller", "Tilbage"},
+    Words{"nb", "OK", "Avbryt", "Tilbake"},       Words{"fi", "OK", "Kumoa", "Takaisin"},
+    Words{"cs", "OK", "Zrušit", "Zpět"},          Words{"hu", "OK", "Mégsem", "Vissza"},
+    Words{"el", "OK", "Ακύρωση", "Πίσω"},         Words{"ro", "OK", "Anulați", "Înapoi"},
 };
 
 const Words& chosenWords()
@@ -48,9 +52,9 @@ const std::string& systemText(SystemText text)
 {
     static const auto texts = [] {
         const auto& chosen = chosenWords();
-        return std::array{std::string(chosen.ok), std::string(chosen.cancel)};
+        return std::array{std::string(chosen.ok), std::string(chosen.cancel), std::string(chosen.back)};
     }();
-    return texts[text == SystemText::ok ? 0 : 1];
+    return texts[static_cast<std::size_t>(text)];
 }
 
 } // namespace platform
