@@ -81,13 +81,24 @@ PickerPage::PickerPage()
     setBackgroundColor(UIColor::systemBackground());
 }
 
-bool PickerPage::pressesBegan(const UIPress& press)
+bool PickerPage::takesEscape(const UIPress& press)
 {
     if (press.key != UIKeyCode::escape || press.modifiers.rawValue != 0)
-        return UIView::pressesBegan(press);
+        return false;
     if (auto escape = onEscape; escape && !press.isRepeat)
         escape(); // this may be gone
     return true;
+}
+
+bool PickerPage::pressesBegan(const UIPress& press)
+{
+    return takesEscape(press) || UIView::pressesBegan(press);
+}
+
+// Of a page in which nothing has the keyboard.
+bool PickerPage::performKeyEquivalent(const UIPress& press)
+{
+    return takesEscape(press);
 }
 
 } // namespace platform

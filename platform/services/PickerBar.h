@@ -35,12 +35,16 @@ private:
     const std::shared_ptr<UIView> line_;
 };
 
-// The root of a picker's page, in whose responder chain Escape leaves. Main thread only.
+// The root of a picker's page, which Escape leaves, wherever the keyboard is. Main thread only.
 class PickerPage : public UIView {
 public:
     PickerPage();
     std::function<void()> onEscape;
     bool pressesBegan(const UIPress& press) override;
+    bool performKeyEquivalent(const UIPress& press) override;
+
+private:
+    bool takesEscape(const UIPress& press);
 };
 
 } // namespace platform
