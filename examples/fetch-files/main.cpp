@@ -10,6 +10,8 @@
 #include <set>
 #include <string>
 #include <unistd.h>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 using namespace platform;
@@ -31,6 +33,8 @@ public:
         : rows_(std::move(rows))
         , isTerminal_(::isatty(STDOUT_FILENO) == 1)
     {
+        for (std::size_t i = 0; i < rows_.size(); ++i)
+            places_.emplace(rows_[i].url, i);
         draw();
     }
 
@@ -54,22 +58,17 @@ public:
             draw();
         else
             std::printf("%s: %s\n", name(*row).c_str(), outcome.c_str());
-        if (std::ranges::all_of(rows_, &Row::isDone))
+        if (++doneCount_ == rows_.size())
             RunLoop::main().stop();
     }
 
     bool hasFailed() const { return hasFailed_; }
-    const URL* destination(const URL& url)
-    {
-        auto* row = find(url);
-        return row ? &row->destination : nullptr;
-    }
 
 private:
     Row* find(const URL& url)
     {
-        auto found = std::ranges::find(rows_, url, &Row::url);
-        return found == rows_.end() ? nullptr : &*found;
+        auto found = places_.find(url);
+        return found == places_.end() ? nullptr : &rows_[found->second];
     }
 
     // Names come from strangers: nothing in them moves the cursor.
@@ -99,6 +98,8 @@ private:
     }
 
     std::vector<Row> rows_;
+    std::unordered_map<URL, std::size_t> places_;
+    std::size_t doneCount_ = 0;
     bool isTerminal_;
     bool isDrawn_ = false;
     bool hasFailed_ = false;
@@ -107,17 +108,18 @@ private:
 // Brings what the manager says to the main thread.
 class Listener final : public zelk::DownloadManagerDelegate {
 public:
-    Listener(Board& board, std::vector<Row> rows)
+    Listener(Board& board, const std::vector<Row>& rows)
         : board_(board)
-        , rows_(std::move(rows))
     {
+        for (auto& row : rows)
+            destinations_.emplace(row.url, row.destination);
     }
 
 private:
     std::optional<URL> destinationURL(const URL& url) override
     {
-        auto found = std::ranges::find(rows_, url, &Row::url);
-        return found == rows_.end() ? std::nullopt : std::optional(found->destination);
+        auto found = destinations_.find(url);
+        return found == destinations_.end() ? std::nullopt : std::optional(found->second);
     }
     void downloadManagerDidFail(const URL& url, const Error& error) override
     {
@@ -137,7 +139,7 @@ private:
     }
 
     Board& board_;
-    const std::vector<Row> rows_;
+    std::unordered_map<URL, URL> destinations_; // fixed after construction
 };
 
 int usage(const char* fault)
@@ -162,11 +164,12 @@ int main(int argumentCount, char** arguments)
 
     std::vector<Row> rows;
     std::set<std::string> names;
+    std::unordered_set<URL> seen;
     for (auto& word : words) {
         auto url = URL::parse(word);
         if (!url)
             return usage(("This is no URL: " + word).c_str());
-        if (std::ranges::find(rows, *url, &Row::url) != rows.end())
+        if (!seen.insert(*url).second)
             continue; // the same file twice is one download
         auto stem = url->lastPathComponent();
         if (stem.empty() || stem == "/")

@@ -7,14 +7,20 @@
 #include <algorithm>
 #include <atomic>
 #include <utility>
+#include <vector>
 
 namespace platform {
 
 LoadSink::~LoadSink() = default;
 
+std::span<char> loadBuffer()
+{
+    static std::vector<char> buffer(256 * 1024);
+    return buffer;
+}
+
 namespace {
 
-constexpr std::size_t chunkSize = 256 * 1024;
 // Of bytes that the delegate has been given and has not come to.
 constexpr std::size_t mostWaiting = 1024 * 1024;
 
@@ -65,21 +71,37 @@ public:
                 if (waiting_->bytes >= mostWaiting || !waiting_->isStalled.exchange(false))
                     return std::nullopt;
             }
-            std::string chunk(chunkSize, '\0');
-            auto count = transfer.read(chunk);
+            auto count = transfer.read(loadBuffer());
             if (count == 0)
                 return std::nullopt;
-            chunk.resize(count);
+            std::string chunk(loadBuffer().data(), count);
             keep(chunk);
             hand(std::move(chunk));
         }
     }
 
+    bool announce(const std::shared_ptr<const URLResponse>& response,
+                  std::function<void(bool)> proceed) override
+    {
+        auto& core = *state_->core;
+        if (state_->dataCompletion || !core.delegateOf<URLSessionDataDelegate>(*task_))
+            return false;
+        core.delegateQueue()->async([state = state_, task = task_, response, proceed = std::move(proceed)] {
+            auto delegate = state->core->delegateOf<URLSessionDataDelegate>(*task);
+            if (!delegate) {
+                proceed(true);
+                return;
+            }
+            using Disposition = URLSessionDataDelegate::ResponseDisposition;
+            delegate->urlSessionDataTaskDidReceiveResponse(
+                *state->session, task, response,
+                [proceed](Disposition disposition) { proceed(disposition == Disposition::allow); });
+        });
+        return true;
+    }
+
     void deliver(const CachedURLResponse& stored) override
     {
-        // Whoever refuses it is heard before the bytes, as both are on one queue.
-        auto refused = std::make_shared<std::atomic<bool>>(false);
-        announce(stored.response(), [refused](bool goesOn) { *refused = !goesOn; });
         byteCount_ = static_cast<std::int64_t>(stored.data().size());
         if (state_->dataCompletion) {
             body_ = stored.data();
@@ -88,10 +110,8 @@ public:
         if (stored.data().empty())
             return;
         state_->core->tell<URLSessionDataDelegate>(
-            task_,
-            [task = task_, session = state_->session, data = stored.sharedData(), refused](auto& delegate) {
-                if (!*refused)
-                    delegate.urlSessionDataTaskDidReceiveData(*session, task, *data);
+            task_, [task = task_, session = state_->session, data = stored.sharedData()](auto& delegate) {
+                delegate.urlSessionDataTaskDidReceiveData(*session, task, *data);
             });
     }
 
@@ -124,26 +144,6 @@ public:
     }
 
 private:
-    // Whether the delegate has a say.
-    bool announce(const std::shared_ptr<const URLResponse>& response, std::function<void(bool)> proceed)
-    {
-        auto& core = *state_->core;
-        if (state_->dataCompletion || !core.delegateOf<URLSessionDataDelegate>(*task_))
-            return false;
-        core.delegateQueue()->async([state = state_, task = task_, response, proceed = std::move(proceed)] {
-            auto delegate = state->core->delegateOf<URLSessionDataDelegate>(*task);
-            if (!delegate) {
-                proceed(true);
-                return;
-            }
-            using Disposition = URLSessionDataDelegate::ResponseDisposition;
-            delegate->urlSessionDataTaskDidReceiveResponse(
-                *state->session, task, response,
-                [proceed](Disposition disposition) { proceed(disposition == Disposition::allow); });
-        });
-        return true;
-    }
-
     void keep(const std::string& chunk)
     {
         byteCount_ += static_cast<std::int64_t>(chunk.size());

@@ -6,15 +6,12 @@
 #include "platform/network/HTTPMessage_p.h"
 #include "platform/network/NSURLErrorCodes.h"
 
-#include <array>
 #include <mutex>
 #include <utility>
 
 namespace platform {
 
 namespace {
-
-constexpr std::size_t chunkSize = 256 * 1024;
 
 // Shared with the delegate queue, which may be behind: one call is on its way at most.
 struct Progress {
@@ -31,7 +28,6 @@ public:
     DownloadSink(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSessionTaskState> state)
         : task_(std::static_pointer_cast<URLSessionDownloadTask>(task))
         , state_(std::move(state))
-        , buffer_(chunkSize)
     {
         auto file =
             state_->partialPath.empty() ? DownloadFile::make() : DownloadFile::open(state_->partialPath);
@@ -101,8 +97,8 @@ public:
         if (openError_)
             return openError_;
         std::int64_t written = 0;
-        while (auto count = transfer.read(buffer_)) {
-            if (auto appended = file_->append({buffer_.data(), count}); !appended)
+        while (auto count = transfer.read(loadBuffer())) {
+            if (auto appended = file_->append({loadBuffer().data(), count}); !appended)
                 return appended.error();
             written += static_cast<std::int64_t>(count);
         }
@@ -113,6 +109,11 @@ public:
 
     bool canContinue() const override { return file_ && file_->size() > 0 && !validator_.empty(); }
 
+    // Downloads come from the network.
+    bool announce(const std::shared_ptr<const URLResponse>&, std::function<void(bool)>) override
+    {
+        return false;
+    }
     void deliver(const CachedURLResponse&) override { }
 
     void finish(const std::optional<Error>& error) override
@@ -257,7 +258,6 @@ private:
     std::shared_ptr<BackgroundStore> keeper_;
     std::shared_ptr<Progress> progress_ = std::make_shared<Progress>();
 
-    std::vector<char> buffer_;
     std::unique_ptr<DownloadFile> file_; // null when it could not be made, and after the end
     std::optional<Error> openError_;
     std::string validator_; // of what the file has; empty: it cannot be continued

@@ -154,8 +154,12 @@ void HTTPTransfer::State::handleHead()
                 addHTTPHeaderField(fields, name.toStdString(), line.toStdString());
         }
         bool isHTTP2 = reply->attribute(QNetworkRequest::Http2WasUsedAttribute).toBool();
+        bool isChunked = !isHTTP2 && fields.contains("Transfer-Encoding");
         auto head = std::make_shared<HTTPURLResponse>(url, status.toInt(), isHTTP2 ? "HTTP/2" : "HTTP/1.1",
                                                       std::move(fields));
+        // Of a chunked body that breaks off, the library sometimes says that it ended well when it reads within a limit.
+        if (isChunked)
+            reply->setReadBufferSize(0);
         bool hasBody = reply->operation() != QNetworkAccessManager::HeadOperation && status.toInt() != 204
             && status.toInt() != 304;
         if (hasBody && head->expectedContentLength() != URLResponseUnknownLength)

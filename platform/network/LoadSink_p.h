@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace platform {
@@ -34,7 +35,10 @@ public:
     virtual std::optional<Error> take(HTTPTransfer& transfer) = 0;
     // Whether, after a break, a next request can go on where this one ended.
     virtual bool canContinue() const = 0;
-    // A stored answer instead of one from the network.
+    // A stored answer instead of one from the network: first its head, which the delegate may refuse (true: wait for
+    // `proceed`), then its body.
+    virtual bool announce(const std::shared_ptr<const URLResponse>& response,
+                          std::function<void(bool)> proceed) = 0;
     virtual void deliver(const CachedURLResponse& stored) = 0;
     // The answer is whole, or will never be. What is told about the bytes is given to the delegate queue here.
     virtual void finish(const std::optional<Error>& error) = 0;
@@ -48,6 +52,9 @@ public:
     // What URLSession::downloadTask(resumeData) takes; the bytes are left for it.
     virtual std::optional<std::string> giveResumeData() { return std::nullopt; }
 };
+
+// Where bytes are on their way from a transfer; the network thread's own.
+std::span<char> loadBuffer();
 
 // `resume` is called on the network thread when a sink that has stopped taking may take again.
 std::unique_ptr<LoadSink> makeDataSink(std::shared_ptr<URLSessionTask> task,

@@ -93,6 +93,7 @@ void TaskLoad::hop(URLRequest request)
     request_ = std::move(request);
     response_ = nullptr;
     validated_ = std::nullopt;
+    isQueued_ = false;
     beginTransaction();
     if (!isLoadable(request_.url))
         return finish(error(NSURLErrorUnsupportedURL));
@@ -126,8 +127,15 @@ void TaskLoad::consultCache(const URLRequest& request)
     }
     std::weak_ptr weak = weak_from_this();
     awaitConditions(request, [weak, asked] {
-        if (auto self = weak.lock())
-            self->send(asked);
+        auto self = weak.lock();
+        if (!self || std::exchange(self->isQueued_, true))
+            return;
+        self->core_->whenFree(asked.url.host(), [weak, asked](URLSessionCore::Slot slot) {
+            if (auto load = weak.lock(); load && !load->isOver_) {
+                load->slot_ = std::move(slot);
+                load->send(asked);
+            }
+        });
     });
 }
 
@@ -142,7 +150,7 @@ void TaskLoad::awaitConditions(const URLRequest& request, std::function<void()> 
     auto look = [weak = weak_from_this(), go, waits](bool isMetered) {
         NetworkThread::shared().perform([weak, go, waits, isMetered] {
             auto self = weak.lock();
-            if (!self || self->isOver_ || self->transfer_)
+            if (!self || self->isOver_ || self->isQueued_)
                 return;
             if (!isMetered) {
                 self->conditionsToken_.cancel();
@@ -205,7 +213,7 @@ void TaskLoad::handleHead(std::shared_ptr<const HTTPURLResponse> response)
 
 void TaskLoad::handleNotModified(const HTTPURLResponse& response)
 {
-    transfer_ = nullptr;
+    endTransfer();
     endTransaction();
     HTTPExchangeTimes times{*transaction().requestStartDate, *transaction().responseStartDate};
     if (auto fresh = httpcaching::refreshed(*validated_, response, times)) {
@@ -232,7 +240,7 @@ void TaskLoad::redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequ
                 self->updatePause();
                 return;
             }
-            self->transfer_ = nullptr;
+            self->endTransfer();
             self->endTransaction();
             ++self->metrics_.redirectCount;
             {
@@ -286,7 +294,7 @@ void TaskLoad::receive(std::shared_ptr<const HTTPURLResponse> response)
         updatePause();
         break;
     case LoadSink::Reception::refused:
-        transfer_ = nullptr;
+        endTransfer();
         endTransaction();
         if (++restartCount_ > mostRestarts)
             return finish(error(NSURLErrorBadServerResponse));
@@ -323,12 +331,12 @@ bool TaskLoad::survives(long code)
     bool isBreak = code == NSURLErrorNetworkConnectionLost || code == NSURLErrorTimedOut;
     // Each time a little more has come; a server that gives nothing more is believed.
     if (isBreak && response_ && sink_->canContinue() && sink_->byteCount() > sizeAtSend_) {
-        transfer_ = nullptr;
+        endTransfer();
         hop(request_);
         return true;
     }
     if (code == NSURLErrorNotConnectedToInternet && core_->configuration().waitsForConnectivity) {
-        transfer_ = nullptr;
+        endTransfer();
         retryTimer_ = std::make_unique<QTimer>();
         retryTimer_->setSingleShot(true);
         QObject::connect(retryTimer_.get(), &QTimer::timeout, [weak = weak_from_this()] {
@@ -365,6 +373,20 @@ void TaskLoad::deliver(const CachedURLResponse& stored)
         state_->response = stored.response();
         state_->received = state_->expected = static_cast<std::int64_t>(stored.data().size());
     }
+    auto proceed = [weak = weak_from_this(), stored](bool goesOn) {
+        NetworkThread::shared().perform([weak, stored, goesOn] {
+            auto self = weak.lock();
+            if (!self || self->isOver_ || !std::exchange(self->awaitsAnswer_, false))
+                return;
+            if (!goesOn)
+                return self->cancel();
+            self->sink_->deliver(stored);
+            self->finish(std::nullopt);
+        });
+    };
+    awaitsAnswer_ = sink_->announce(stored.response(), proceed);
+    if (awaitsAnswer_)
+        return;
     sink_->deliver(stored);
     finish(std::nullopt);
 }
@@ -373,6 +395,12 @@ void TaskLoad::beginTransaction()
 {
     metrics_.transactionMetrics.emplace_back(request_);
     transaction().fetchStartDate = now();
+}
+
+void TaskLoad::endTransfer()
+{
+    transfer_ = nullptr;
+    slot_ = nullptr;
 }
 
 void TaskLoad::endTransaction()
@@ -414,7 +442,7 @@ void TaskLoad::finish(std::optional<Error> reason)
     metrics_.end = now();
     sink_->finish(reason);
     auto completion = sink_->takeCompletion();
-    transfer_ = nullptr;
+    endTransfer();
     {
         std::lock_guard lock(state_->mutex);
         state_->error = reason;

@@ -54,6 +54,7 @@ private:
     void finish(std::optional<Error> error);
     NSError error(long code) const;
     URLSessionTaskTransactionMetrics& transaction() { return metrics_.transactionMetrics.back(); }
+    void endTransfer();
     void beginTransaction();
     void endTransaction();
 
@@ -63,6 +64,7 @@ private:
     std::shared_ptr<URLSessionCore> core_;
 
     std::unique_ptr<LoadSink> sink_;
+    URLSessionCore::Slot slot_; // of the transfer
     std::unique_ptr<HTTPTransfer> transfer_;
     std::unique_ptr<QTimer> resourceTimer_;
     std::unique_ptr<QTimer> retryTimer_;
@@ -76,6 +78,7 @@ private:
     int restartCount_ = 0;
     bool mayUseCache_ = true;
     bool isSuspended_ = false;
+    bool isQueued_ = false;     // this hop's request is on its way
     bool awaitsAnswer_ = false; // of the delegate
     bool isOver_ = false;
 };

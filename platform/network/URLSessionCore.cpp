@@ -10,6 +10,13 @@
 
 namespace platform {
 
+namespace {
+
+// What the library opens to one host: a load beyond that would stand in its queue and run out of time there.
+constexpr int mostConnections = 6;
+
+} // namespace
+
 URLSessionCore::URLSessionCore(URLSessionConfiguration configuration,
                                std::weak_ptr<URLSessionDelegate> delegate,
                                std::shared_ptr<DispatchQueue> delegateQueue)
@@ -128,6 +135,40 @@ const std::shared_ptr<QNetworkAccessManager>& URLSessionCore::access()
     if (!access_)
         access_ = makeNetworkAccess();
     return access_;
+}
+
+void URLSessionCore::whenFree(const std::string& host, std::function<void(Slot)> go)
+{
+    hosts_[host].waiting.push_back(std::move(go));
+    startNext(host);
+}
+
+void URLSessionCore::startNext(const std::string& host)
+{
+    auto found = hosts_.find(host);
+    if (found == hosts_.end())
+        return;
+    auto& [active, waiting] = found->second;
+    if (active == 0 && waiting.empty()) {
+        hosts_.erase(found);
+        return;
+    }
+    auto most = std::clamp(configuration_.httpMaximumConnectionsPerHost, 1, mostConnections);
+    if (active >= most || waiting.empty())
+        return;
+    ++active;
+    auto go = std::move(waiting.front());
+    waiting.pop_front();
+    // Nothing of importance is kept in it: its end is its meaning. Later, as it may come in the middle of a load's work.
+    Slot slot(nullptr, [weak = weak_from_this(), host](void*) {
+        NetworkThread::shared().perform([weak, host] {
+            if (auto self = weak.lock()) {
+                --self->hosts_[host].active;
+                self->startNext(host);
+            }
+        });
+    });
+    go(std::move(slot));
 }
 
 void URLSessionCore::restoreTasks(const std::shared_ptr<URLSession>& session)

@@ -4,8 +4,11 @@
 #include "platform/network/URLSession.h"
 #include "platform/network/URLSessionTaskState_p.h"
 
+#include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
+#include <string>
 
 class QNetworkAccessManager;
 
@@ -58,6 +61,10 @@ public:
     // Network thread only. Made at the first load.
     const std::shared_ptr<QNetworkAccessManager>& access();
 
+    // Calls `go` as soon as the host may be asked once more; while the slot is held, that is taken. Network thread only.
+    using Slot = std::shared_ptr<void>;
+    void whenFree(const std::string& host, std::function<void(Slot)> go);
+
     // Of a background session whose files are free: null otherwise.
     const std::shared_ptr<BackgroundStore>& store() const { return store_; }
     // Makes the tasks that an earlier start left; they run on.
@@ -66,6 +73,7 @@ public:
 private:
     std::shared_ptr<URLSessionDelegate> anyDelegate(URLSessionTask& task);
     void enter(const std::shared_ptr<URLSessionTask>& task);
+    void startNext(const std::string& host);
     void tellInvalidated(const std::shared_ptr<URLSession>& session);
 
     // fixed after construction
@@ -83,7 +91,13 @@ private:
     bool invalidationIsDue_ = false;
     std::size_t restoredCount_ = 0; // those that have not ended
 
-    std::shared_ptr<QNetworkAccessManager> access_; // network thread only; let go of anywhere
+    struct Host {
+        int active = 0;
+        std::deque<std::function<void(Slot)>> waiting;
+    };
+    // network thread only; let go of anywhere
+    std::shared_ptr<QNetworkAccessManager> access_;
+    std::map<std::string, Host> hosts_;
 };
 
 } // namespace platform

@@ -43,8 +43,6 @@ struct URLSessionTaskTransactionMetrics {
     std::string networkProtocolName;
     // Of the body, decoded.
     std::int64_t countOfResponseBodyBytesAfterDecoding = 0;
-    // Over a metered connection.
-    bool isCellular = false;
 };
 
 struct URLSessionTaskMetrics {

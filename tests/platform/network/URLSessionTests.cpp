@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
-#include <thread>
 
 namespace platform {
 
@@ -150,6 +150,32 @@ TEST(URLSession, aTaskEndsOnceWhateverTheServerDoesAndLeavesNoFile)
             EXPECT_EQ(head ? head->statusCode() : 0, status);
         }
     }
+}
+
+TEST(URLSession, aCompressedBodyIsUnpackedUnlessItIsABomb)
+{
+    auto zipped = [](const std::string& source) {
+        std::string result;
+        auto* pipe = ::popen((source + " | gzip -c").c_str(), "r");
+        for (char bytes[65536]; auto count = std::fread(bytes, 1, sizeof bytes, pipe);)
+            result.append(bytes, count);
+        ::pclose(pipe);
+        return result;
+    };
+    const std::string small = zipped("printf hello");
+    const std::string bomb = zipped("head -c 200000000 /dev/zero");
+    ScriptedServer server([&](Connection& connection, const Request& request) {
+        connection.answer("200 OK", request.target == "/bomb" ? bomb : small, "Content-Encoding: gzip\r\n");
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    session->dataTask(URLRequest(server.url("/small")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds(1));
+    EXPECT_EQ(delegate->body(), "hello");
+    session->dataTask(URLRequest(server.url("/bomb")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds(2));
+    EXPECT_EQ(codeOf(delegate->error()), NSURLErrorCannotDecodeRawData);
+    EXPECT_LT(delegate->body().size(), 100'000'000u);
 }
 
 } // namespace platform
