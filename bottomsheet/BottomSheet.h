@@ -69,7 +69,10 @@ private:
     static constexpr double dimness = 0.4;
 
     SheetDrag drag() const { return {draggedOffset, previousDragValue, isPresented, height, onDismiss}; }
-    SheetMotion motion() const { return {animation, isPresented.get(), draggedOffset.get()}; }
+    SheetMotion motion() const
+    {
+        return {animation, isPresented.get(), draggedOffset.get(), platform::usableLength(height)};
+    }
 
     auto backdrop(const platform::GeometryProxy& proxy) const
     {

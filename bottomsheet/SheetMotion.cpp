@@ -36,7 +36,7 @@ void SheetMotion::Node::updateModifier(const SheetMotion& motion)
         host().changeTransactionOnce(
             *this, [animation](platform::Transaction& transaction) { transaction.animation = animation; });
     };
-    if (before.isPresented != motion.isPresented || isLetGo)
+    if (before.isPresented != motion.isPresented || before.height != motion.height || isLetGo)
         animate(motion.animation);
     else if (before.draggedOffset != motion.draggedOffset && isInFlight())
         animate(catching());

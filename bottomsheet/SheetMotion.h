@@ -5,13 +5,14 @@
 
 namespace bottomsheet {
 
-// How a sheet, or its backdrop, gets from where it is to where it belongs. It comes, goes and falls back with the
-// animation; under a finger it is where the finger is, unless it was caught in flight: then it comes to the finger from
+// How a sheet, or its backdrop, gets from where it is to where it belongs. It comes, goes, falls back and takes another
+// height with the animation; under a finger it is where the finger is, unless it was caught in flight: then it comes to the finger from
 // where it was.
 struct SheetMotion {
     platform::Animation animation;
     bool isPresented = false;
     platform::CGFloat draggedOffset = 0;
+    platform::CGFloat height = 0; // asked for
     class Node;
     bool operator==(const SheetMotion&) const = default;
 };
