@@ -2,6 +2,7 @@
 #pragma once
 
 #include "apps/zelk-gallery/frame/CodeLabel.h"
+#include "platform/swiftui/EnvironmentValues.h"
 #include "platform/swiftui/UIViewRepresentable.h"
 
 #include <memory>
@@ -28,7 +29,13 @@ struct CodeView : platform::UIViewRepresentable<CodeView> {
     {
         return label.sizeThatFits({});
     }
-    void updateUIView(CodeLabel& label, const auto&) const { update(label); }
+    void updateUIView(CodeLabel& label, const auto& context) const
+    {
+        // The label takes the text size from its traits; reading it here has it measured again.
+        (void)context.template environment<platform::SizeCategoryKey>();
+        (void)context.template environment<platform::TextScaleKey>();
+        update(label);
+    }
     bool operator==(const CodeView&) const = default;
 
 private:
