@@ -6,6 +6,9 @@
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UILabel.h"
 
+#include <QtCore/QList>
+#include <QtGui/QFontDatabase>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -15,6 +18,14 @@ namespace platform {
 namespace {
 
 constexpr CGFloat rowHeight = 44, inset = 16, fontSize = 19, headingSize = 13;
+
+// A family of signs cannot write its own name.
+UIFont faceOf(const std::string& family)
+{
+    auto face = UIFont::systemFont(fontSize);
+    auto systems = QFontDatabase::writingSystems(QString::fromStdString(family));
+    return systems.contains(QFontDatabase::Latin) ? face.withFamily(family) : face;
+}
 
 } // namespace
 
@@ -26,7 +37,7 @@ public:
     {
         label_->setText(row.text);
         label_->setFont(row.isHeading ? UIFont::systemFont(headingSize, FontWeight::semibold)
-                                      : UIFont::systemFont(fontSize).withFamily(row.text));
+                                      : faceOf(row.text));
         label_->setTextColor(row.isHeading ? UIColor::secondaryLabel() : UIColor::label());
         label_->accessibility().isHidden = !row.isHeading;
         addSubview(label_);
