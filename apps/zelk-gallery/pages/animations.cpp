@@ -62,7 +62,7 @@ struct Breathing {
     auto body() const
     {
         auto large = isLarge.binding();
-        return Circle{} | tinted()
+        return Circle{} | fill(UIColor::systemIndigo())
             | frame({.width = GridSize::_400, .height = GridSize::_400})
             | scaleEffect(*isLarge ? 1.0 : 0.6) | opacity(*isLarge ? 1.0 : 0.4)
             | animation(Animation::easeInOut(1.2).repeatForever(), *isLarge)

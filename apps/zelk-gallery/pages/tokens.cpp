@@ -28,8 +28,10 @@ struct Token {
 
 auto caption(const std::string& text)
 {
+    // Names of code read from the left in every language.
     return Text{text} | font(Font::caption().monospaced())
-        | foregroundColor(UIColor::secondaryLabel()) | lineLimit(1);
+        | foregroundColor(UIColor::secondaryLabel()) | lineLimit(1)
+        | environment<LayoutDirectionKey>(LayoutDirection::leftToRight);
 }
 
 // [Spacing]
