@@ -30,10 +30,10 @@ Page animationsPage();
 const std::vector<Page>& allPages()
 {
     static const std::vector<Page> pages{
-        colorsPage(),       tokensPage(),      textPage(),       symbolsPage(),    controlsPage(),
-        layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),     accessoryAlertsPage(),
-        presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(),   playerPage(), cachedImagePage(),
-        shimmerPage(),      particlesPage(),   gesturesPage(),   animationsPage(),
+        colorsPage(),       tokensPage(),      textPage(),       symbolsPage(),  controlsPage(),
+        layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),   accessoryAlertsPage(),
+        presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(), playerPage(),
+        cachedImagePage(),  shimmerPage(),     particlesPage(),  gesturesPage(), animationsPage(),
     };
     return pages;
 }
