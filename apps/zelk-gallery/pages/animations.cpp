@@ -83,15 +83,16 @@ struct ComingAndGoing {
         auto toggle = [there] {
             withAnimation(Animation::spring(), [&] { there.set(!there.get()); });
         };
-        return VStack{Button{*isThere ? "Let it go" : "Bring it back", toggle},
-                      when(*isThere,
-                           [] {
-                               return RoundedRectangle{CornerRadius::_200} | tinted()
-                                   | frame({.width = GridSize::_1000,
-                                            .height = GridSize::_400})
-                                   | transition(AnyTransition::scale().combined(
-                                       AnyTransition::opacity()));
-                           })}
+        return VStack{
+                   Button{*isThere ? "Let it go" : "Bring it back", toggle},
+                   when(*isThere,
+                        [] {
+                            return RoundedRectangle{CornerRadius::_200}
+                            | frame({.width = GridSize::_1000, .height = GridSize::_400})
+                                | transition(AnyTransition::scale().combined(
+                                    AnyTransition::opacity()));
+                        })
+                       | tinted()}
         | frame({.height = GridSize::_750, .alignment = Alignment::top()});
     }
     bool operator==(const ComingAndGoing&) const = default;
