@@ -204,6 +204,9 @@ void benchSheet()
 
 int main()
 {
+    // A window on a desktop keeps its surface; here each frame takes one, which shall not be new to the kernel every time.
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024 * 1024);
+    mallopt(M_TRIM_THRESHOLD, 256 * 1024 * 1024);
     benchRows(1'000);
     benchRows(10'000);
     benchScrolling();
