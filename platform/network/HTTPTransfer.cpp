@@ -121,7 +121,6 @@ HTTPTransfer::State::State(std::shared_ptr<QNetworkAccessManager> manager, const
         timeout = static_cast<qint64>(std::clamp(seconds * 1000, 1.0, longest));
 
     reply.reset(send(*access, request, encoding));
-    reply->setReadBufferSize(readBufferSize);
     auto* source = reply.get();
     QObject::connect(source, &QNetworkReply::metaDataChanged, &timer, [this] { handleHead(); });
     QObject::connect(source, &QNetworkReply::readyRead, &timer, [this] { pump(); });
@@ -157,9 +156,10 @@ void HTTPTransfer::State::handleHead()
         bool isChunked = !isHTTP2 && fields.contains("Transfer-Encoding");
         auto head = std::make_shared<HTTPURLResponse>(url, status.toInt(), isHTTP2 ? "HTTP/2" : "HTTP/1.1",
                                                       std::move(fields));
-        // Of a chunked body that breaks off, the library sometimes says that it ended well when it reads within a limit.
-        if (isChunked)
-            reply->setReadBufferSize(0);
+        // Only now, and not for chunks: of a chunked body that breaks off, the library sometimes says that it ended well
+        // when it reads within a limit.
+        if (!isChunked)
+            reply->setReadBufferSize(readBufferSize);
         bool hasBody = reply->operation() != QNetworkAccessManager::HeadOperation && status.toInt() != 204
             && status.toInt() != 304;
         if (hasBody && head->expectedContentLength() != URLResponseUnknownLength)

@@ -63,7 +63,7 @@ public:
                                                       const std::shared_ptr<URLSessionDataTask>& task,
                                                       const std::shared_ptr<const URLResponse>& response,
                                                       std::function<void(ResponseDisposition)> completion);
-    // The next bytes. A delegate that is slow slows the load down; no more than a fixed amount waits.
+    // The next bytes. A delegate that is slow slows the load down, but what waits for it has no firm bound.
     virtual void urlSessionDataTaskDidReceiveData(URLSession& session,
                                                   const std::shared_ptr<URLSessionDataTask>& task,
                                                   const std::string& data);

@@ -64,21 +64,6 @@ bool ScriptedServer::Connection::answer(std::string_view status, std::string_vie
     return send(text);
 }
 
-std::size_t ScriptedServer::Connection::sendUntilStuck(std::size_t length)
-{
-    timeval patience{0, 200'000};
-    ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-    std::string piece(64 * 1024, 'x');
-    std::size_t sent = 0;
-    while (sent < length) {
-        auto count = ::send(descriptor_, piece.data(), piece.size(), MSG_NOSIGNAL);
-        if (count <= 0)
-            break;
-        sent += static_cast<std::size_t>(count);
-    }
-    return sent;
-}
-
 void ScriptedServer::Connection::waitForClose()
 {
     char ignored[4096];

@@ -34,8 +34,6 @@ public:
         bool send(std::string_view bytes);
         // "HTTP/1.1 STATUS", a Content-Length, `fields` (each ended by CR LF) and the body.
         bool answer(std::string_view status, std::string_view body, std::string_view fields = {});
-        // Until `length` bytes are gone, or nobody has taken any for a fifth of a second; says how many went.
-        std::size_t sendUntilStuck(std::size_t length);
         // Returns when the other side has gone.
         void waitForClose();
         // Ends the connection as a crash would.

@@ -172,9 +172,13 @@ TEST(Download, resumeDataGoesOnWhereTheTaskWasCancelled)
 TEST(Download, aBackgroundSessionGoesOnWithWhatAnEarlierOneLeft)
 {
     std::atomic<bool> isSecondStart = false;
+    std::promise<std::string> description;
+    auto described = description.get_future().share();
     ScriptedServer server([&](Connection& connection, const Request& request) {
-        if (isSecondStart && request.field("Range"))
+        if (isSecondStart && request.field("Range")) {
+            described.wait(); // or it might be over before anybody asks
             return sendRange(connection, oldFile, 10, "\"1\"");
+        }
         connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(oldFile.size())
                         + "\r\n\r\n" + oldFile.substr(0, 10));
         connection.waitForClose();
@@ -202,11 +206,10 @@ TEST(Download, aBackgroundSessionGoesOnWithWhatAnEarlierOneLeft)
 
     isSecondStart = true;
     auto delegate = std::make_shared<RecordingDelegate>();
-    std::promise<std::string> description;
     auto session = URLSession::make(configuration, delegate);
     session->getAllTasks(
         [&](auto tasks) { description.set_value(tasks.empty() ? "no task" : tasks[0]->taskDescription()); });
-    EXPECT_EQ(description.get_future().get(), "kept");
+    EXPECT_EQ(described.get(), "kept");
     ASSERT_TRUE(delegate->waitForCall("events"));
     EXPECT_EQ(delegate->body(), oldFile);
     EXPECT_EQ(delegate->calls(),

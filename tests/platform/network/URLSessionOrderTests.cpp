@@ -184,28 +184,6 @@ TEST(URLSessionOrder, completionsAreCalledOnceOnTheDelegateQueue)
     EXPECT_EQ(cancelled.get_future().get().error(), errorOf(NSURLErrorCancelled));
 }
 
-TEST(URLSessionOrder, aSlowDelegateHoldsTheServerBack)
-{
-    std::promise<std::size_t> accepted;
-    ScriptedServer server([&](Connection& connection, const Request&) {
-        constexpr std::size_t length = 256 * 1024 * 1024;
-        connection.send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n");
-        accepted.set_value(connection.sendUntilStuck(length));
-        connection.waitForClose();
-    });
-    auto delegate = std::make_shared<RecordingDelegate>();
-    auto taken = accepted.get_future().share();
-    delegate->onData = [&](URLSessionTask& task) {
-        taken.wait();
-        task.cancel();
-    };
-    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
-    session->dataTask(URLRequest(server.url("/")))->resume();
-    ASSERT_TRUE(delegate->waitForEnds());
-    EXPECT_LT(taken.get(), 64u * 1024 * 1024);
-    EXPECT_EQ(delegate->error(), errorOf(NSURLErrorCancelled));
-}
-
 TEST(URLSessionCache, freshAnswersComeFromTheCacheAndStaleOnesAreAskedAbout)
 {
     ScriptedServer server([](Connection& connection, const Request& request) {
