@@ -4,6 +4,7 @@
 #include "platform/uikit/AnimationTiming.h"
 
 #include <limits>
+#include <utility>
 
 namespace platform {
 
@@ -43,14 +44,14 @@ public:
     }
     Animation repeatCount(int count, bool autoreverses = true) const
     {
-        auto changed = *this;
+        auto changed = cycle();
         changed.timing_.repeatCount = count;
         changed.timing_.autoreverses = autoreverses;
         return changed;
     }
     Animation repeatForever(bool autoreverses = true) const
     {
-        auto changed = *this;
+        auto changed = cycle();
         changed.timing_.repeatCount = std::numeric_limits<double>::infinity();
         changed.timing_.autoreverses = autoreverses;
         return changed;
@@ -60,6 +61,14 @@ public:
     bool operator==(const Animation&) const = default;
 
 private:
+    // What is repeated: a delay so far belongs to it, one that follows does not.
+    Animation cycle() const
+    {
+        auto changed = *this;
+        changed.timing_.cycleDelay += std::exchange(changed.timing_.delay, 0) * changed.timing_.speed;
+        return changed;
+    }
+
     AnimationTiming timing_;
 };
 

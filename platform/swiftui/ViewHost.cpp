@@ -58,6 +58,11 @@ void ViewHost::mount(const std::function<std::unique_ptr<ViewNode>(const NodeCon
 
 // --- Flush -----------------------------------------------------------------------------------------
 
+bool ViewHost::IsBefore::operator()(const ViewNode* a, const ViewNode* b) const
+{
+    return std::pair(a->depth(), a->number()) < std::pair(b->depth(), b->number());
+}
+
 void ViewHost::requestFlush()
 {
     if (!isFlushing_)
@@ -71,7 +76,7 @@ void ViewHost::addDirty(ViewNode& node)
     auto& transaction = Transaction::current();
     if (!transaction.isEmpty())
         pending_ = transaction;
-    dirty_.insert({node.depth(), &node});
+    dirty_.insert(&node);
     requestFlush();
 }
 
@@ -132,7 +137,7 @@ void ViewHost::bringUpToDate()
 {
     for (int round = 0; hasWork() && round < mostRounds; ++round) {
         while (!dirty_.empty()) {
-            auto* node = dirty_.begin()->second;
+            auto* node = *dirty_.begin();
             dirty_.erase(dirty_.begin());
             node->isDirty_ = false;
             ++statistics_.updates;
@@ -169,7 +174,7 @@ void ViewHost::performAfterFlush(std::function<void()> action)
 
 void ViewHost::addLayoutDirty(ViewNode& node)
 {
-    layoutDirty_.insert({node.depth(), &node});
+    layoutDirty_.insert(&node);
     if (isFlushing_ || isLayingOut_)
         return;
     if (auto view = controller_.viewIfLoaded())
@@ -178,8 +183,8 @@ void ViewHost::addLayoutDirty(ViewNode& node)
 
 void ViewHost::settleBelow(int depth)
 {
-    while (!layoutDirty_.empty() && layoutDirty_.rbegin()->first > depth) {
-        auto* node = layoutDirty_.rbegin()->second;
+    while (!layoutDirty_.empty() && (*layoutDirty_.rbegin())->depth() > depth) {
+        auto* node = *layoutDirty_.rbegin();
         layoutDirty_.erase(std::prev(layoutDirty_.end()));
         if (!node->isLayoutDirty_)
             continue; // it was placed meanwhile
@@ -299,8 +304,8 @@ void ViewHost::nodeUnmounted(ViewNode& node)
 void ViewHost::forget(ViewNode& node)
 {
     if (node.isDirty_)
-        dirty_.erase({node.depth(), &node});
-    layoutDirty_.erase({node.depth(), &node});
+        dirty_.erase(&node);
+    layoutDirty_.erase(&node);
     std::erase_if(appearing_, [&](auto& each) { return each.first == &node; });
     transactionChanges_.erase(&node);
     changesOnce_.erase(&node);

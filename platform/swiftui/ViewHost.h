@@ -111,7 +111,11 @@ public:
     void appendContents(std::vector<std::shared_ptr<UIView>>& views) const override;
 
 private:
-    using ByDepth = std::set<std::pair<int, ViewNode*>>;
+    // Parents before children, and siblings in the order in which they came.
+    struct IsBefore {
+        bool operator()(const ViewNode* a, const ViewNode* b) const;
+    };
+    using ByDepth = std::set<ViewNode*, IsBefore>;
     bool hasWork() const
     {
         return !dirty_.empty() || !dirtyContainers_.empty() || !afterSync_.empty() || !afterFlush_.empty();

@@ -18,6 +18,8 @@ CGSize usable(CGSize size)
     return {usableLength(size.width), usableLength(size.height)};
 }
 
+std::uint64_t nextNumber = 0; // main thread only
+
 // What cannot be placed takes what it was offered, or nothing.
 CGFloat finiteLength(CGFloat length, std::optional<CGFloat> offered)
 {
@@ -31,6 +33,7 @@ CGFloat finiteLength(CGFloat length, std::optional<CGFloat> offered)
 ViewNode::ViewNode(const NodeContext& context)
     : context_(context)
     , depth_(context.parent ? context.parent->depth_ + 1 : 0)
+    , number_(nextNumber++)
 {
     host().nodeMounted();
 }

@@ -7,6 +7,7 @@
 #include "platform/swiftui/ProposedSize.h"
 #include "platform/uikit/Forward.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -50,6 +51,7 @@ public:
     ViewContainer& container() const { return *context_.container; }
     const NodeContext& context() const { return context_; }
     int depth() const { return depth_; }
+    std::uint64_t number() const { return number_; } // of its mounting: one that came later has a larger one
 
     // --- Change -----------------------------------------------------------------------------------
     // Asks for `refresh` before the run loop sleeps.
@@ -117,6 +119,7 @@ private:
 
     const NodeContext context_;
     const int depth_;
+    const std::uint64_t number_;
     std::vector<std::shared_ptr<ChangeSource>> sources_;
     std::vector<Measured> measured_; // the offers since the last change, a few
     CGRect rect_;

@@ -173,8 +173,9 @@ AnimationTiming::Sample AnimationTiming::sample(double elapsed, double initialVe
     time = (time - std::max(finiteOr(delay, 0), 0.0)) * rate;
 
     Spring swing(*this, curve == Curve::spring ? initialVelocity / rate : 0);
-    auto cycle = curve == Curve::spring ? swing.settlingTime() : duration;
-    if (!(cycle > 0))
+    auto rest = std::max(finiteOr(cycleDelay, 0), 0.0);
+    auto cycle = rest + (curve == Curve::spring ? swing.settlingTime() : (duration > 0 ? duration : 0));
+    if (!(cycle > rest))
         return {.progress = time < 0 ? 0.0 : 1.0, .isFinished = time >= 0};
     auto cycles = repeatCount > 0 ? repeatCount : 1;
     if (time >= cycle * cycles && !autoreverses && cycles == std::floor(cycles))
@@ -188,6 +189,9 @@ AnimationTiming::Sample AnimationTiming::sample(double elapsed, double initialVe
     auto backwards = autoreverses && std::fmod(index, 2) == 1;
     if (backwards)
         within = cycle - within;
+    within -= rest;
+    if (within < 0)
+        return {};
     auto stroke = curve == Curve::spring ? swing.at(within) : cubicStroke(*this, within);
     return {.progress = stroke.progress,
             .velocity = isFinished ? 0 : stroke.velocity * rate * (backwards ? -1 : 1),

@@ -14,7 +14,8 @@ struct AnimationTiming {
     double x1 = 0.42, y1 = 0, x2 = 0.58, y2 = 1; // control points of the cubic; the default eases in and out
     double duration = 0.35; // seconds, without delay and repeats; springs settle by themselves
     double mass = 1, stiffness = 100, damping = 10; // of the spring
-    double delay = 0;                               // seconds
+    double delay = 0;                               // seconds, once
+    double cycleDelay = 0;                          // before the curve in each cycle; at speed 1
     double repeatCount = 1;                         // cycles; infinity repeats for ever
     bool autoreverses = false;                      // every second cycle runs backwards
     double speed = 1;

@@ -83,7 +83,17 @@ TEST(AnimationTiming, DelayRepeatsDirectionAndSpeedShapeTheCourse)
         timing.speed = speed;
         return timing;
     };
+    auto resting = [&](double repeats, bool reverses, double speed) {
+        auto timing = with(1, repeats, reverses, speed);
+        timing.cycleDelay = 0.5;
+        return timing;
+    };
     const std::tuple<std::string_view, AnimationTiming, double, double, bool> cases[] = {
+        {"each cycle rests first", resting(3, false, 1), 2.75, 0, false},
+        {"and goes on", resting(3, false, 1), 3.25, 0.25, false},
+        {"back, it rests last", resting(2, true, 1), 2.75, 0.75, false},
+        {"which is at the start", resting(2, true, 1), 3.75, 0, false},
+        {"rests are as fast as the rest", resting(1, false, 2), 1.5, 0.5, false},
         {"during the delay", with(2, 1, false, 1), 1.9, 0, false},
         {"after the delay", with(2, 1, false, 1), 2.25, 0.25, false},
         {"the second cycle starts anew", with(0, 3, false, 1), 1.25, 0.25, false},
