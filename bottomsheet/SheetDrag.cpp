@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bottomsheet/SheetDrag.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace bottomsheet {
@@ -40,7 +41,7 @@ void SheetDrag::change(const DragGesture::Value& value) const
 void SheetDrag::end(const DragGesture::Value& value) const
 {
     auto drag = *this; // what dismissing calls may remove the sheet that keeps this
-    if (value.translation.dy > farEnough * height)
+    if (value.translation.dy > farEnough * std::max(height, 0.0))
         dismiss();
     drag.draggedOffset.set(0);
 }

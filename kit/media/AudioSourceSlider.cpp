@@ -49,14 +49,15 @@ std::string clockText(double seconds, double longest)
 std::string elapsedTimeText(double value, const std::optional<CMTime>& duration)
 {
     auto length = secondsOf(duration).value_or(0);
-    return clockText(value * length, length);
+    return clockText(std::clamp(value, 0.0, 1.0) * length, length); // players run a little past their end
 }
 
 std::string remainingTimeText(double value, const std::optional<CMTime>& duration)
 {
     auto length = secondsOf(duration);
+    auto part = std::clamp(value, 0.0, 1.0);
     std::string text("-");
-    return text.append(length ? clockText(*length - value * *length, *length) : "00:00");
+    return text.append(length ? clockText(*length - part * *length, *length) : "00:00");
 }
 
 AnyView AudioSourceSlider::body() const

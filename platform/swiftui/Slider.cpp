@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/Slider.h"
 
+#include "platform/swiftui/ViewHost.h"
 #include "platform/uikit/UISlider.h"
 
 namespace platform {
@@ -23,6 +24,8 @@ Slider::Node::Node(const NodeContext& context, const Slider& view)
 Slider::Node::~Node()
 {
     slider_->removeAllActions(); // somebody may keep the view
+    if (auto tell = record_.options.onEditingChanged; tell && slider_->isTracking())
+        host().performAfterFlush([tell] { tell(false); }); // it goes in the middle of a drag
 }
 
 void Slider::Node::update(const Slider& view)

@@ -10,6 +10,9 @@
 #include "platform/uikit/UIWindow.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace platform {
 
@@ -82,6 +85,8 @@ public:
     }
 
     const std::shared_ptr<UIView> dimming;
+    bool madeDialog = false;          // the presented view was made one for the time being
+    std::optional<std::string> named; // and was given this name
 
 private:
     const std::weak_ptr<UIPresentationController> presentation_;
@@ -200,8 +205,11 @@ void UIPresentationController::present(UIWindow& window, Animated animated, Comp
     if (auto& properties = view->accessibility(); properties.role == AccessibilityRole::none) {
         properties.role = AccessibilityRole::dialog;
         properties.isModal = true;
-        if (properties.label.empty())
+        container_->madeDialog = true;
+        if (properties.label.empty()) {
             properties.label = presented_->title();
+            container_->named = properties.label;
+        }
     }
     presented_->holdsAppearance_ = true;
 
@@ -392,6 +400,13 @@ void UIPresentationController::finishDismissing()
     auto view = presentedView();
     auto container = std::exchange(container_, nullptr);
     container->removeFromSuperview();
+    if (container->madeDialog) {
+        auto& properties = view->accessibility();
+        properties.role = AccessibilityRole::none;
+        properties.isModal = false;
+        if (properties.label == container->named)
+            properties.label.clear();
+    }
     UIView::performWithoutAnimation([&] {
         view->removeFromSuperview();
         place(*view, Stage::shown);

@@ -141,7 +141,10 @@ bool UIStepper::beginTracking(UITouch& touch)
     if (autorepeats_)
         startRepeating();
     step(pressed_);
-    return isEnabled(); // an action may have switched it off
+    if (isEnabled() && window())
+        return true;
+    cancelTracking(); // an action has switched it off or removed it, before there was a touch to cancel
+    return false;
 }
 
 bool UIStepper::continueTracking(UITouch& touch)
@@ -153,8 +156,9 @@ bool UIStepper::continueTracking(UITouch& touch)
 
 void UIStepper::endTracking(UITouch&)
 {
+    auto before = std::exchange(firstValue_, value()); // what is left to be told
     cancelTracking();
-    if (!isContinuous() && value() != firstValue_)
+    if (!isContinuous() && value() != before)
         sendActions({UIControlEvents::valueChanged});
 }
 
@@ -163,6 +167,8 @@ void UIStepper::cancelTracking()
     stopRepeating();
     pressed_ = Half::none;
     isOver_ = false;
+    if (!isContinuous())
+        setValue(firstValue_); // nobody heard of the other
     setNeedsDisplay();
 }
 
