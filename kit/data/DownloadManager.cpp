@@ -239,7 +239,10 @@ void DownloadManager::urlSessionTaskDidComplete(URLSession&, const std::shared_p
         if (!self)
             return;
         auto& url = task->originalRequest()->url;
-        self->ongoingTasks_.erase(url);
+        // One that was cancelled may have a successor already.
+        if (auto found = self->ongoingTasks_.find(url);
+            found != self->ongoingTasks_.end() && found->second == task)
+            self->ongoingTasks_.erase(found);
         if (error)
             self->fail(url, *error);
         kitLogger().debug("Did complete: " + url.lastPathComponent());

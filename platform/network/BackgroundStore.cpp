@@ -71,6 +71,7 @@ PropertyListDictionary encode(const BackgroundStore::Entry& entry)
         {"request", encode(entry.request)},
         {"description", entry.description},
         {"validator", entry.validator},
+        {"source", entry.source},
     };
     if (entry.total)
         result.emplace("total", *entry.total);
@@ -89,6 +90,7 @@ std::optional<BackgroundStore::Entry> decodeEntry(const PropertyListValue& value
         .request = *decoded,
         .description = read<std::string>(value, "description").value_or(""),
         .validator = read<std::string>(value, "validator").value_or(""),
+        .source = read<std::string>(value, "source").value_or(""),
         .total = read<std::int64_t>(value, "total"),
     };
 }
@@ -196,6 +198,16 @@ void BackgroundStore::remove(std::size_t identifier)
         write();
 }
 
+void BackgroundStore::describe(std::size_t identifier, const std::string& description)
+{
+    std::lock_guard lock(mutex_);
+    auto found = entries_.find(identifier);
+    if (found == entries_.end())
+        return; // it has ended
+    found->second.description = description;
+    write();
+}
+
 std::string BackgroundStore::partialPath(std::size_t identifier) const
 {
     return directory_ + std::to_string(identifier) + ".part";
@@ -208,6 +220,7 @@ std::optional<std::string> encodeResumeData(const ResumeData& data)
         {"request", encode(data.request)},
         {"path", URL::fileURL(data.path).absoluteString()},
         {"validator", data.validator},
+        {"source", data.source},
     };
     if (data.total)
         list.emplace("total", *data.total);
@@ -232,6 +245,7 @@ std::optional<ResumeData> decodeResumeData(const std::string& text)
         .request = *decoded,
         .path = isOurs ? file->path() : std::string(),
         .validator = read<std::string>(*list, "validator").value_or(""),
+        .source = read<std::string>(*list, "source").value_or(""),
         .total = read<std::int64_t>(*list, "total"),
     };
 }

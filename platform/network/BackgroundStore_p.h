@@ -23,6 +23,7 @@ public:
         std::string description;
         // Of what the file has: empty when it cannot be continued.
         std::string validator;
+        std::string source; // the URL that the validator is of, after redirections
         std::optional<std::int64_t> total;
     };
 
@@ -37,6 +38,8 @@ public:
     // Adds it or replaces the one of its identifier.
     void put(const Entry& entry);
     void remove(std::size_t identifier);
+    // Of one that is there.
+    void describe(std::size_t identifier, const std::string& description);
     std::string partialPath(std::size_t identifier) const;
 
 private:
@@ -57,6 +60,7 @@ struct ResumeData {
     URLRequest request;
     std::string path;
     std::string validator;
+    std::string source;
     std::optional<std::int64_t> total;
 };
 std::optional<std::string> encodeResumeData(const ResumeData& data);

@@ -87,7 +87,7 @@ public:
         if (state_->dataCompletion || !core.delegateOf<URLSessionDataDelegate>(*task_))
             return false;
         core.delegateQueue()->async([state = state_, task = task_, response, proceed = std::move(proceed)] {
-            auto delegate = state->core->delegateOf<URLSessionDataDelegate>(*task);
+            auto delegate = state->core->listenerOf<URLSessionDataDelegate>(*task);
             if (!delegate) {
                 proceed(true);
                 return;
@@ -170,7 +170,7 @@ private:
         waiting_->bytes += chunk.size();
         core.delegateQueue()->async(
             [state = state_, task = task_, waiting = waiting_, chunk = std::move(chunk)] {
-                if (auto delegate = state->core->delegateOf<URLSessionDataDelegate>(*task))
+                if (auto delegate = state->core->listenerOf<URLSessionDataDelegate>(*task))
                     delegate->urlSessionDataTaskDidReceiveData(*state->session, task, chunk);
                 handled(waiting, chunk.size());
             });

@@ -91,6 +91,11 @@ Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
             return failure(writeError(reason, path));
         return failure(urlError(NSURLErrorCannotCreateFile, URL::fileURL(path)));
     }
+    // Another program that starts may have taken it for an abandoned one before it was locked.
+    if (::fstat(descriptor, &facts) == 0 && facts.st_nlink == 0) {
+        ::close(descriptor);
+        return open(std::move(path));
+    }
     return std::unique_ptr<DownloadFile>(new DownloadFile(descriptor, std::move(path), facts.st_size));
 }
 

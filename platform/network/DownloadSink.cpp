@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/LoadSink_p.h"
 
+#include "platform/foundation/UUID.h"
 #include "platform/network/BackgroundStore_p.h"
 #include "platform/network/DownloadFile_p.h"
 #include "platform/network/HTTPMessage_p.h"
@@ -37,6 +38,7 @@ public:
         }
         file_ = std::move(*file);
         validator_ = state_->partialValidator;
+        source_ = state_->partialSource;
         total_ = state_->partialTotal;
         // What may be whole already is asked for its last byte again: a range needs one.
         if (total_ && file_->size() >= *total_ && !file_->truncate(*total_ > 0 ? *total_ - 1 : 0))
@@ -68,7 +70,8 @@ public:
         if (isRanged_ && response->statusCode() == 206) {
             auto range = parseContentRange(response->value("Content-Range").value_or(""));
             auto tag = strongValidator(response->allHeaderFields());
-            bool continues = range && range->first == file_->size() && (!tag || *tag == validator_)
+            bool continues = range && range->first == file_->size() && tag == validator_
+                && response->url().absoluteString() == source_
                 && (!total_ || !range->total || *range->total == *total_);
             if (!continues)
                 return forget();
@@ -85,6 +88,7 @@ public:
             openError_ = urlError(NSURLErrorCannotWriteToFile, file_->url());
         bool isFile = response->statusCode() == 200 && !response->value("Content-Encoding");
         validator_ = isFile ? strongValidator(response->allHeaderFields()).value_or("") : "";
+        source_ = response->url().absoluteString(); // a tag is of one resource only
         auto length = response->expectedContentLength();
         total_ = isFile && length != URLResponseUnknownLength ? std::optional(length) : std::nullopt;
         setExpected(length);
@@ -108,6 +112,8 @@ public:
     }
 
     bool canContinue() const override { return file_ && file_->size() > 0 && !validator_.empty(); }
+
+    bool isWhole() const override { return !isRanged_ || !file_ || !total_ || file_->size() == *total_; }
 
     // Downloads come from the network.
     bool announce(const std::shared_ptr<const URLResponse>&, std::function<void(bool)>) override
@@ -152,10 +158,8 @@ public:
     {
         if (!canContinue())
             return std::nullopt;
-        auto path = file_->path();
-        auto stem = path.substr(path.rfind('/') + 1);
-        auto place = downloadDirectory() + stem.substr(0, stem.rfind('.')) + ".partial";
-        auto data = encodeResumeData({*state_->originalRequest, place, validator_, total_});
+        auto place = downloadDirectory() + UUID().string() + ".partial";
+        auto data = encodeResumeData({*state_->originalRequest, place, validator_, source_, total_});
         if (!data || !file_->moveTo(place))
             return std::nullopt;
         file_->setKept(true);
@@ -194,7 +198,8 @@ private:
             std::lock_guard lock(state_->mutex);
             description = state_->description;
         }
-        keeper_->put({state_->identifier, *state_->originalRequest, description, validator_, total_});
+        keeper_->put(
+            {state_->identifier, *state_->originalRequest, description, validator_, source_, total_});
     }
     void forgetEntry()
     {
@@ -234,7 +239,7 @@ private:
                 expected = progress->expected;
                 news = std::exchange(progress->unreported, 0);
             }
-            if (auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task))
+            if (auto delegate = state->core->listenerOf<URLSessionDownloadDelegate>(*task))
                 delegate->urlSessionDownloadTaskDidWriteData(*state->session, task, news, total, expected);
         });
     }
@@ -261,6 +266,7 @@ private:
     std::unique_ptr<DownloadFile> file_; // null when it could not be made, and after the end
     std::optional<Error> openError_;
     std::string validator_; // of what the file has; empty: it cannot be continued
+    std::string source_;    // what the validator is of
     std::optional<std::int64_t> total_;
     bool isRanged_ = false;
     bool isGivenAway_ = false;

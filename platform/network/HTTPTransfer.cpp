@@ -22,6 +22,8 @@ namespace {
 
 // Of bytes that have come and wait for their reader.
 constexpr qint64 readBufferSize = 4 * 1024 * 1024;
+// Of a chunked body that nobody reads.
+constexpr qint64 mostUnread = 16 * 1024 * 1024;
 // A body that unpacks to more than this and to more than 40 times its size is an attack.
 constexpr qint64 decompressedSizeThreshold = 64 * 1024 * 1024;
 
@@ -170,6 +172,8 @@ void HTTPTransfer::State::handleHead()
         if (stillThere.expired())
             return;
     }
+    if (reply->readBufferSize() == 0 && reply->bytesAvailable() > mostUnread)
+        reply->setReadBufferSize(readBufferSize);
     pump();
 }
 

@@ -35,6 +35,8 @@ public:
     virtual std::optional<Error> take(HTTPTransfer& transfer) = 0;
     // Whether, after a break, a next request can go on where this one ended.
     virtual bool canContinue() const = 0;
+    // Whether an answer that ended well has brought all there is: a range may be answered in part.
+    virtual bool isWhole() const { return true; }
     // A stored answer instead of one from the network: first its head, which the delegate may refuse (true: wait for
     // `proceed`), then its body.
     virtual bool announce(const std::shared_ptr<const URLResponse>& response,

@@ -5,14 +5,19 @@
 #include "platform/network/ProxyEnvironment_p.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QPointer>
 #include <QtCore/QThread>
+#include <QtNetwork/QHostInfo>
 #include <QtNetwork/QNetworkAccessManager>
 #include <QtNetwork/QNetworkProxy>
+#include <QtNetwork/QNetworkReply>
 
+#include <atomic>
 #include <cstdlib>
 #include <deque>
 #include <latch>
 #include <mutex>
+#include <vector>
 
 namespace platform {
 
@@ -82,6 +87,36 @@ class EnvironmentProxies final : public QNetworkProxyFactory {
     }
 };
 
+// What the library makes at first use and unmakes when the process ends: made before the thread's end is arranged for, it
+// outlives the thread, which may be in the middle of a connection then.
+void makeLibraryGlobals()
+{
+    QNetworkAccessManager();
+    QNetworkProxy::applicationProxy();
+    QHostInfo::abortHostLookup(-1);
+}
+
+std::atomic<bool> hasStopped = false;
+
+// The managers there are; network thread only. Never destroyed, as that thread may be there to the end.
+std::vector<QPointer<QNetworkAccessManager>>& managers()
+{
+    static auto& instance = *new std::vector<QPointer<QNetworkAccessManager>>;
+    return instance;
+}
+
+// Each manager has a thread of its own for its connections, which ends with it. What the replies belong to keeps them.
+void endConnections()
+{
+    for (auto& manager : managers()) {
+        if (!manager)
+            continue;
+        for (auto* reply : manager->findChildren<QNetworkReply*>(Qt::FindDirectChildrenOnly))
+            reply->setParent(nullptr);
+        delete manager.data();
+    }
+}
+
 } // namespace
 
 struct NetworkThread::State {
@@ -121,8 +156,10 @@ NetworkThread::NetworkThread()
             qInstallMessageHandler(handler);
         }
         state_->mailbox = new Mailbox;
+        makeLibraryGlobals();
         isRunning.count_down();
         static_cast<void>(QEventLoop().exec());
+        endConnections();
     });
     state_->thread->setObjectName("zelk-network");
     state_->thread->start();
@@ -131,6 +168,7 @@ NetworkThread::NetworkThread()
 
 void NetworkThread::stop()
 {
+    hasStopped = true;
     state_->thread->quit();
     state_->thread->wait();
 }
@@ -149,8 +187,13 @@ void NetworkThread::assertIsCurrent() const
 std::shared_ptr<QNetworkAccessManager> makeNetworkAccess()
 {
     // Let go of on any thread, or by the last of its own replies: it is deleted in its own time.
-    std::shared_ptr<QNetworkAccessManager> result(
-        new QNetworkAccessManager, [](QNetworkAccessManager* access) { access->deleteLater(); });
+    std::shared_ptr<QNetworkAccessManager> result(new QNetworkAccessManager,
+                                                  [](QNetworkAccessManager* access) {
+                                                      if (!hasStopped) // else it is gone
+                                                          access->deleteLater();
+                                                  });
+    std::erase_if(managers(), [](auto& manager) { return !manager; });
+    managers().emplace_back(result.get());
     result->setProxyFactory(new EnvironmentProxies); // the manager owns it
     result->setAutoDeleteReplies(false);
     return result;

@@ -49,6 +49,14 @@ bool isLoadable(const URL& url)
     return (scheme == "http" || scheme == "https") && !url.host().empty() && libraryURL(url).isValid();
 }
 
+bool mayBeTold(std::string_view field, const URL& first, const URL& url)
+{
+    HTTPFieldNameLess less;
+    bool isSecret =
+        std::ranges::any_of(secrets, [&](auto name) { return !less(name, field) && !less(field, name); });
+    return !isSecret || haveSameOrigin(libraryURL(first), libraryURL(url));
+}
+
 std::optional<std::expected<URLRequest, long>> redirection(const URLRequest& request,
                                                            const HTTPURLResponse& response)
 {

@@ -6,6 +6,7 @@
 
 #include <expected>
 #include <optional>
+#include <string_view>
 
 namespace platform {
 
@@ -20,5 +21,8 @@ bool isLoadable(const URL& url);
 // a target that cannot be read, that is neither http nor https, or that is insecure where the old one was secure.
 std::optional<std::expected<URLRequest, long>> redirection(const URLRequest& request,
                                                            const HTTPURLResponse& response);
+
+// Whether a field that the session adds may be told to `url` in a load that began at `first`.
+bool mayBeTold(std::string_view field, const URL& first, const URL& url);
 
 } // namespace platform

@@ -48,6 +48,7 @@ TaskLoad::TaskLoad(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSess
     : task_(std::move(task))
     , state_(std::move(state))
     , core_(state_->core)
+    , asked_(*state_->originalRequest)
     , request_(*state_->originalRequest)
 {
 }
@@ -109,7 +110,16 @@ void TaskLoad::consultCache(const URLRequest& request)
     if (asked.cachePolicy == URLRequestCachePolicy::useProtocolCachePolicy)
         asked.cachePolicy = configuration.requestCachePolicy;
     for (auto& [name, value] : configuration.httpAdditionalHeaders)
-        asked.allHTTPHeaderFields.emplace(name, value);
+        if (mayBeTold(name, state_->originalRequest->url, asked.url))
+            asked.allHTTPHeaderFields.emplace(name, value);
+    // Caches on the way are told too.
+    if (asked.cachePolicy == URLRequestCachePolicy::reloadIgnoringLocalAndRemoteCacheData) {
+        asked.allHTTPHeaderFields.emplace("Cache-Control", "no-cache");
+        asked.allHTTPHeaderFields.emplace("Pragma", "no-cache");
+    } else if (asked.cachePolicy == URLRequestCachePolicy::reloadRevalidatingCacheData) {
+        asked.allHTTPHeaderFields.emplace("Cache-Control", "max-age=0");
+    }
+    asked_ = asked;
 
     bool isCached = configuration.urlCache && state_->kind == URLSessionTaskState::Kind::data;
     auto stored = isCached && mayUseCache_ ? configuration.urlCache->cachedResponse(asked) : std::nullopt;
@@ -201,6 +211,10 @@ void TaskLoad::handleHead(std::shared_ptr<const HTTPURLResponse> response)
     transaction().networkProtocolName = transfer_->isHTTP2() ? "h2" : "http/1.1";
     if (validated_ && response->statusCode() == 304)
         return handleNotModified(*response);
+    if (auto& cache = core_->configuration().urlCache) {
+        for (auto& url : httpcaching::invalidatedBy(request_, *response))
+            cache->removeCachedResponse(URLRequest(url));
+    }
     auto next = redirection(request_, *response);
     if (!next)
         return receive(std::move(response));
@@ -217,7 +231,12 @@ void TaskLoad::handleNotModified(const HTTPURLResponse& response)
     endTransaction();
     HTTPExchangeTimes times{*transaction().requestStartDate, *transaction().responseStartDate};
     if (auto fresh = httpcaching::refreshed(*validated_, response, times)) {
-        core_->configuration().urlCache->storeCachedResponse(*fresh, request_);
+        auto& cache = *core_->configuration().urlCache;
+        auto* renewed = dynamic_cast<const HTTPURLResponse*>(fresh->response().get());
+        if (renewed && httpcaching::mayStore(asked_, *renewed))
+            cache.storeCachedResponse(*fresh, asked_);
+        else
+            cache.removeCachedResponse(asked_);
         beginTransaction();
         return deliver(*fresh);
     }
@@ -256,7 +275,7 @@ void TaskLoad::redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequ
         return follow(std::move(next));
     core_->delegateQueue()->async([core = core_, task = task_, state = state_, response,
                                    next = std::move(next), follow] {
-        if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
+        if (auto delegate = core->listenerOf<URLSessionTaskDelegate>(*task))
             delegate->urlSessionTaskWillPerformHTTPRedirection(*state->session, task, response, next, follow);
         else
             follow(next);
@@ -265,10 +284,6 @@ void TaskLoad::redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequ
 
 void TaskLoad::receive(std::shared_ptr<const HTTPURLResponse> response)
 {
-    if (auto& cache = core_->configuration().urlCache) {
-        for (auto& url : httpcaching::invalidatedBy(request_, *response))
-            cache->removeCachedResponse(URLRequest(url));
-    }
     {
         std::lock_guard lock(state_->mutex);
         state_->response = response;
@@ -286,7 +301,9 @@ void TaskLoad::receive(std::shared_ptr<const HTTPURLResponse> response)
                 self->cancel();
         });
     };
-    switch (sink_->receive(response, proceed)) {
+    auto reception = sink_->receive(response, proceed);
+    sizeAtSend_ = sink_->byteCount(); // it may have started anew
+    switch (reception) {
     case LoadSink::Reception::taken:
         break;
     case LoadSink::Reception::waits:
@@ -318,6 +335,8 @@ void TaskLoad::handleEnd(std::optional<long> code)
 {
     endTransaction();
     transaction().countOfResponseBodyBytesAfterDecoding = sink_->byteCount() - sizeAtSend_;
+    if (!code && !sink_->isWhole())
+        code = NSURLErrorNetworkConnectionLost;
     if (!code) {
         store();
         return finish(std::nullopt);
@@ -353,13 +372,13 @@ void TaskLoad::store()
 {
     auto& cache = core_->configuration().urlCache;
     if (!cache || state_->kind != URLSessionTaskState::Kind::data || !response_
-        || redirection(request_, *response_) || !httpcaching::mayStore(request_, *response_))
+        || redirection(request_, *response_) || !httpcaching::mayStore(asked_, *response_))
         return;
     if (auto body = sink_->storableBody())
         cache->storeCachedResponse(
             CachedURLResponse(response_, std::move(body), URLCacheStoragePolicy::allowed,
                               {*transaction().requestStartDate, *transaction().responseStartDate}),
-            request_);
+            asked_);
 }
 
 void TaskLoad::deliver(const CachedURLResponse& stored)
@@ -440,6 +459,12 @@ void TaskLoad::finish(std::optional<Error> reason)
     retryTimer_ = nullptr;
     conditionsToken_.cancel();
     metrics_.end = now();
+    {
+        std::lock_guard lock(state_->mutex);
+        // Of a load that was cancelled as its last byte came, not all was told.
+        if (state_->isCancelled && !reason)
+            reason = error(NSURLErrorCancelled);
+    }
     sink_->finish(reason);
     auto completion = sink_->takeCompletion();
     endTransfer();

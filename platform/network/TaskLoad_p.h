@@ -68,7 +68,8 @@ private:
     std::unique_ptr<HTTPTransfer> transfer_;
     std::unique_ptr<QTimer> resourceTimer_;
     std::unique_ptr<QTimer> retryTimer_;
-    URLRequest request_;                              // of this hop, as the caller sees it
+    URLRequest asked_;   // the present one with what the session adds: what the cache knows
+    URLRequest request_; // of this hop, as the caller sees it
     std::shared_ptr<const HTTPURLResponse> response_; // of this hop
     std::optional<CachedURLResponse> validated_;      // what the server is asked about
     std::shared_ptr<const HTTPURLResponse> refusedRedirection_;

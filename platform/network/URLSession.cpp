@@ -72,6 +72,7 @@ std::shared_ptr<URLSessionDownloadTask> URLSession::downloadTask(URLRequest requ
                     .request = *state->originalRequest,
                     .description = {},
                     .validator = {},
+                    .source = {},
                     .total = std::nullopt});
     }
     return task;
@@ -88,6 +89,7 @@ std::shared_ptr<URLSessionDownloadTask> URLSession::downloadTask(const std::stri
     if (data) {
         state->partialPath = data->path;
         state->partialValidator = data->validator;
+        state->partialSource = data->source;
         state->partialTotal = data->total;
     }
     return core_->addTask<URLSessionDownloadTask>(std::move(state));

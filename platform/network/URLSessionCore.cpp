@@ -97,14 +97,14 @@ URLSession::Tasks URLSessionCore::tasks()
 
 void URLSessionCore::describe(URLSessionTask& task, const std::string& description)
 {
-    if (!store_)
-        return;
-    for (auto& entry : store_->entries()) {
-        if (entry.identifier == task.taskIdentifier()) {
-            entry.description = description;
-            store_->put(entry);
-        }
-    }
+    if (store_)
+        store_->describe(task.taskIdentifier(), description);
+}
+
+bool URLSessionCore::isCancelled(URLSessionTask& task)
+{
+    std::lock_guard lock(task.state_->mutex);
+    return task.state_->isCancelled;
 }
 
 void URLSessionCore::invalidate(const std::shared_ptr<URLSession>& session)
@@ -184,6 +184,7 @@ void URLSessionCore::restoreTasks(const std::shared_ptr<URLSession>& session)
         state->core = shared_from_this();
         state->partialPath = store_->partialPath(entry.identifier);
         state->partialValidator = entry.validator;
+        state->partialSource = entry.source;
         state->partialTotal = entry.total;
         state->isRestored = true;
         restored.push_back(addTask<URLSessionDownloadTask>(state));

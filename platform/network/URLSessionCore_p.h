@@ -48,12 +48,18 @@ public:
     {
         return std::dynamic_pointer_cast<Delegate>(anyDelegate(task));
     }
+    // The same for what is told before the end: nobody once the task is cancelled.
+    template <class Delegate>
+    std::shared_ptr<Delegate> listenerOf(URLSessionTask& task)
+    {
+        return isCancelled(task) ? nullptr : delegateOf<Delegate>(task);
+    }
     // Calls `call(delegate)` on the delegate queue, if there is such a delegate then.
     template <class Delegate, class Call>
     void tell(const std::shared_ptr<URLSessionTask>& task, Call call)
     {
         delegateQueue_->async([self = shared_from_this(), task, call = std::move(call)]() mutable {
-            if (auto delegate = self->delegateOf<Delegate>(*task))
+            if (auto delegate = self->template listenerOf<Delegate>(*task))
                 call(*delegate);
         });
     }
@@ -71,6 +77,7 @@ public:
     void restoreTasks(const std::shared_ptr<URLSession>& session);
 
 private:
+    bool isCancelled(URLSessionTask& task);
     std::shared_ptr<URLSessionDelegate> anyDelegate(URLSessionTask& task);
     void enter(const std::shared_ptr<URLSessionTask>& task);
     void startNext(const std::string& host);

@@ -97,8 +97,8 @@ void URLSessionTask::resume()
         auto& state = self->state_;
         if (state->load)
             return state->load->setPaused(false);
-        if (self->state() == State::completed)
-            return;
+        if (self->state() == State::completed) // cancelled meanwhile
+            return state->core->taskDidEnd(self);
         state->load = std::make_shared<TaskLoad>(self, state);
         state->load->begin();
     });
@@ -131,8 +131,10 @@ void URLSessionTask::stop(std::function<void(std::optional<std::string>)> resume
     {
         std::lock_guard lock(state_->mutex);
         isLate = state_->state == State::canceling || state_->state == State::completed;
-        if (!isLate)
+        if (!isLate) {
             state_->state = State::canceling;
+            state_->isCancelled = true;
+        }
     }
     if (isLate) {
         if (resumeData)

@@ -26,6 +26,7 @@ public:
     // What is there already of a download that is continued; empty for none.
     std::string partialPath;
     std::string partialValidator;
+    std::string partialSource;
     std::optional<std::int64_t> partialTotal;
     bool isRestored = false; // an earlier start has left it
 
@@ -36,6 +37,7 @@ public:
     std::optional<Error> error;
     URLSessionTask::State state = URLSessionTask::State::suspended;
     int suspensions = 1;
+    bool isCancelled = false; // by its owner: only its end is told from then on
     std::int64_t received = 0;
     std::int64_t expected = URLResponseUnknownLength;
     std::string description;
