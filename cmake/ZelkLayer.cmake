@@ -60,10 +60,11 @@ function(zelk_check_headers name)
   endif()
 endfunction()
 
-# zelk_test(FOLDER LINKS <targets>): one test program of all sources of tests/FOLDER. Tests run in a
-# temporary home on the off-screen window system, without network.
+# zelk_test(FOLDER [SERIAL] LINKS <targets>): one test program of all sources of tests/FOLDER. Tests run in a
+# temporary home on the off-screen window system, without network. SERIAL: one of them at a time, as they share what
+# the program keeps in its home.
 function(zelk_test folder)
-  cmake_parse_arguments(TEST "" "" "LINKS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(TEST "SERIAL" "" "LINKS;LIBRARIES" ${ARGN})
   string(REPLACE "/" "_" name "tests_${folder}")
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
   if(NOT sources)
@@ -74,9 +75,13 @@ function(zelk_test folder)
   target_compile_definitions(${name} PRIVATE ZELK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" ZELK_BINARY_DIR="${CMAKE_BINARY_DIR}")
   target_link_libraries(${name} PRIVATE ${TEST_LINKS} ${TEST_LIBRARIES} zelk_tests_support GTest::gtest)
   zelk_precompile(${name})
+  set(locks)
+  if(TEST_SERIAL)
+    set(locks RESOURCE_LOCK ${name})
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${folder}: "
     PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_BINARY_DIR}/tests/home;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/tests/home;DBUS_SESSION_BUS_ADDRESS=disabled:;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp"
-               TIMEOUT 120)
+               TIMEOUT 120 ${locks})
 endfunction()
 
 # Puts a program's manifest where Bundle::main() looks for it: share/PROGRAM/Info.plist beside bin/.
