@@ -40,9 +40,8 @@ void prepareThemes()
     static const bool prepared = [] {
         guiApplication();
         // Not every window system tells the library where themes are.
-        QIcon::setThemeSearchPaths(QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
-                                                             QStringLiteral("icons"),
-                                                             QStandardPaths::LocateDirectory));
+        QIcon::setThemeSearchPaths(QStandardPaths::locateAll(
+            QStandardPaths::GenericDataLocation, QStringLiteral("icons"), QStandardPaths::LocateDirectory));
         QIcon::setThemeName(themeName());
         QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
         return true;

@@ -86,9 +86,9 @@ auto everyPhase()
         | foregroundColor(UIColor::secondaryLabel());
     };
     // Nobody listens at that port.
-    return CachedAsyncImage{{.url = URL::parse("http://127.0.0.1:9/none.png"),
-                             .urlCache = nullptr},
-                            describe}
+    return CachedAsyncImage{
+               {.url = URL::parse("http://127.0.0.1:9/none.png"), .urlCache = nullptr},
+               describe}
     | frame({.width = 320, .height = GridSize::_750});
 }
 // [/]
