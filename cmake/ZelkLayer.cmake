@@ -24,10 +24,15 @@ function(zelk_layer name)
   endif()
 endfunction()
 
-# The standard library is parsed once: every target takes the precompiled header of the first.
+# The standard library is parsed once: every target takes the precompiled header of the first, programs perhaps one that
+# has more: zelk_precompile(NAME [FROM TARGET]).
 function(zelk_precompile name)
-  if(TARGET zelk_standard_headers)
-    target_precompile_headers(${name} REUSE_FROM zelk_standard_headers)
+  cmake_parse_arguments(PRECOMPILE "" "FROM" "" ${ARGN})
+  if(NOT PRECOMPILE_FROM)
+    set(PRECOMPILE_FROM zelk_standard_headers)
+  endif()
+  if(TARGET ${PRECOMPILE_FROM})
+    target_precompile_headers(${name} REUSE_FROM ${PRECOMPILE_FROM})
     # The header was compiled with -fPIC, and the compiler refuses it to sources that are not.
     get_target_property(type ${name} TYPE)
     if(type STREQUAL "EXECUTABLE")
@@ -35,6 +40,17 @@ function(zelk_precompile name)
       target_compile_options(${name} PRIVATE -fPIC)
     endif()
   endif()
+endfunction()
+
+# zelk_precompiled(NAME HEADERS <more than the standard ones> LINKS <targets>): a header to take FROM.
+set(zelk_standard_header_list <algorithm> <array> <chrono> <concepts> <cstdint> <expected> <functional> <map> <memory> <optional>
+  <span> <string> <string_view> <tuple> <type_traits> <unordered_map> <utility> <variant> <vector>)
+function(zelk_precompiled name)
+  cmake_parse_arguments(PRECOMPILED "" "" "HEADERS;LINKS" ${ARGN})
+  add_library(${name} STATIC "${CMAKE_SOURCE_DIR}/cmake/standard_headers.cpp")
+  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${PRECOMPILED_LINKS})
+  target_precompile_headers(${name} PRIVATE ${zelk_standard_header_list} ${PRECOMPILED_HEADERS})
 endfunction()
 
 # Proves that each public header compiles alone: one source a header. Those that a source of their name includes first
@@ -60,11 +76,11 @@ function(zelk_check_headers name)
   endif()
 endfunction()
 
-# zelk_test(FOLDER [SERIAL] LINKS <targets>): one test program of all sources of tests/FOLDER. Tests run in a
+# zelk_test(FOLDER [SERIAL] [VIEWS] LINKS <targets>): one test program of all sources of tests/FOLDER. Tests run in a
 # temporary home on the off-screen window system, without network. SERIAL: one of them at a time, as they share what
-# the program keeps in its home.
+# the program keeps in its home. VIEWS: most of its sources describe views.
 function(zelk_test folder)
-  cmake_parse_arguments(TEST "SERIAL" "" "LINKS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(TEST "SERIAL;VIEWS" "" "LINKS;LIBRARIES" ${ARGN})
   string(REPLACE "/" "_" name "tests_${folder}")
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
   if(NOT sources)
@@ -74,7 +90,11 @@ function(zelk_test folder)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   target_compile_definitions(${name} PRIVATE ZELK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" ZELK_BINARY_DIR="${CMAKE_BINARY_DIR}")
   target_link_libraries(${name} PRIVATE ${TEST_LINKS} ${TEST_LIBRARIES} zelk_tests_support GTest::gtest)
-  zelk_precompile(${name})
+  if(TEST_VIEWS)
+    zelk_precompile(${name} FROM zelk_view_test_headers)
+  else()
+    zelk_precompile(${name} FROM zelk_test_headers)
+  endif()
   set(locks)
   if(TEST_SERIAL)
     set(locks RESOURCE_LOCK ${name})

@@ -3,7 +3,7 @@
 # docs/dependencies.md says why each library is there.
 
 packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
-  qt6-base-dev libqt6svg6-dev libhwy-dev libexpat1-dev libicu-dev libuchardet-dev libcld2-dev libseccomp-dev libsystemd-dev
+  qt6-base-dev qt6-svg-dev libhwy-dev libexpat1-dev libicu-dev libuchardet-dev libcld2-dev libseccomp-dev libsystemd-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev"
 packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal
