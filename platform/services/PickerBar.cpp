@@ -81,24 +81,28 @@ PickerPage::PickerPage()
     setBackgroundColor(UIColor::systemBackground());
 }
 
-bool PickerPage::takesEscape(const UIPress& press)
+bool PickerPage::take(const UIPress& press)
 {
-    if (press.key != UIKeyCode::escape || press.modifiers.rawValue != 0)
+    auto action = press.key == UIKeyCode::escape ? onEscape
+        : press.key == UIKeyCode::returnKey      ? onReturn
+        : press.key == UIKeyCode::space          ? onSpace
+                                                 : std::function<void()>();
+    if (!action || (press.modifiers.rawValue & ~UIKeyModifierFlags::keypad) != 0)
         return false;
-    if (auto escape = onEscape; escape && !press.isRepeat)
-        escape(); // this may be gone
+    if (!press.isRepeat)
+        action(); // this may be gone
     return true;
 }
 
 bool PickerPage::pressesBegan(const UIPress& press)
 {
-    return takesEscape(press) || UIView::pressesBegan(press);
+    return take(press) || UIView::pressesBegan(press);
 }
 
 // Of a page in which nothing has the keyboard.
 bool PickerPage::performKeyEquivalent(const UIPress& press)
 {
-    return takesEscape(press);
+    return take(press);
 }
 
 } // namespace platform

@@ -40,11 +40,13 @@ class PickerPage : public UIView {
 public:
     PickerPage();
     std::function<void()> onEscape;
+    // Keys that nothing on the page took. Empty: nobody's.
+    std::function<void()> onReturn, onSpace;
     bool pressesBegan(const UIPress& press) override;
     bool performKeyEquivalent(const UIPress& press) override;
 
 private:
-    bool takesEscape(const UIPress& press);
+    bool take(const UIPress& press);
 };
 
 } // namespace platform

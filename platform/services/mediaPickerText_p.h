@@ -20,7 +20,10 @@ enum class MediaPickerText {
     beginning,
     end,
     position,
-    play
+    play,
+    moveAndScale,
+    choose,
+    zoom
 };
 
 // In the language of the user's that comes first of those known here; English when none is. Any thread.

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "platform/services/PhotoCropController.h"
+
+#include "platform/dispatch/DispatchQueue.h"
+#include "platform/services/CroppablePhoto_p.h"
+#include "platform/services/PhotoCropView.h"
+#include "platform/services/PickerBar.h"
+#include "platform/services/mediaPickerText_p.h"
+#include "platform/uikit/UIActivityIndicatorView.h"
+#include "platform/uikit/UIButton.h"
+#include "platform/uikit/UIEvent.h"
+#include "platform/uikit/UILabel.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr CGFloat margin = 24, wheelSide = 32;
+constexpr int shownSide = 2048; // pixels of the shorter side
+
+} // namespace
+
+PhotoCropController::PhotoCropController(std::shared_ptr<const CroppablePhoto> photo, Completion completion)
+    : photo_(std::move(photo))
+    , queue_(DispatchQueue::make("org.zelk.platform.photo-crop"))
+    , completion_(std::move(completion))
+{
+    setTitle(mediaPickerText(MediaPickerText::moveAndScale));
+}
+
+PhotoCropController::PhotoCropController(UIImage photo, Completion completion)
+    : PhotoCropController(std::make_shared<CroppablePhoto>(std::move(photo)), std::move(completion))
+{
+}
+
+PhotoCropController::PhotoCropController(std::string path, Completion completion)
+    : PhotoCropController(std::make_shared<CroppablePhoto>(std::move(path)), std::move(completion))
+{
+}
+
+PhotoCropController::~PhotoCropController() = default;
+
+void PhotoCropController::loadView()
+{
+    page_ = std::make_shared<PickerPage>();
+    // A photo is judged on black, whatever the program looks like.
+    page_->setOverrideUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    page_->setBackgroundColor(UIColor::black());
+    setView(page_);
+}
+
+void PhotoCropController::viewDidLoad()
+{
+    bar_ = std::make_shared<PickerBar>();
+    bar_->setTitle(title());
+    bar_->setDoneTitle(mediaPickerText(MediaPickerText::choose));
+    bar_->doneButton()->setEnabled(false);
+    crop_ = std::make_shared<PhotoCropView>();
+    message_ = std::make_shared<UILabel>();
+    message_->setTextColor(UIColor::secondaryLabel());
+    message_->setTextAlignment(TextAlignment::center);
+    message_->setNumberOfLines(0);
+    message_->setHidden(true);
+    wheel_ = std::make_shared<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::large);
+    wheel_->startAnimating();
+    for (const auto& view : {std::shared_ptr<UIView>(crop_), std::shared_ptr<UIView>(message_),
+                             std::shared_ptr<UIView>(wheel_), std::shared_ptr<UIView>(bar_)})
+        page_->addSubview(view);
+    // The views do not outlive the controller's own.
+    auto primary = UIControlEvents{UIControlEvents::primaryActionTriggered};
+    page_->onEscape = [this] { finish(std::nullopt); };
+    page_->onReturn = [this] { choose(); };
+    bar_->cancelButton()->addAction([this](UIControl&) { finish(std::nullopt); }, primary);
+    bar_->doneButton()->addAction([this](UIControl&) { choose(); }, primary);
+    prepare();
+}
+
+void PhotoCropController::prepare()
+{
+    auto self = std::static_pointer_cast<PhotoCropController>(shared_from_this());
+    queue_->async([weak = std::weak_ptr(self), photo = photo_] {
+        auto shown = photo->shown(shownSide);
+        DispatchQueue::main()->async([weak, shown = std::move(shown)] {
+            auto page = weak.lock();
+            if (!page)
+                return;
+            page->wheel_->stopAnimating();
+            if (!shown)
+                return page->fail(shown.error());
+            page->crop_->setPicture(shown->image, shown->fullSize);
+            page->bar_->doneButton()->setEnabled(true);
+            if (page->page_->window())
+                page->crop_->becomeFirstResponder();
+        });
+    });
+}
+
+void PhotoCropController::choose()
+{
+    if (crop_->cropRect().isEmpty() || std::exchange(isCutting_, true))
+        return;
+    bar_->doneButton()->setEnabled(false);
+    crop_->setUserInteractionEnabled(false);
+    wheel_->startAnimating();
+    auto self = std::static_pointer_cast<PhotoCropController>(shared_from_this());
+    queue_->async([weak = std::weak_ptr(self), photo = photo_, part = crop_->cropRect()] {
+        auto cut = photo->cut(part);
+        DispatchQueue::main()->async([weak, part, cut = std::move(cut)]() mutable {
+            auto page = weak.lock();
+            if (!page)
+                return;
+            page->wheel_->stopAnimating();
+            if (cut)
+                page->finish(PhotoCrop{std::move(cut->part), part, std::move(cut->whole)});
+            else
+                page->fail(cut.error());
+        });
+    });
+}
+
+void PhotoCropController::fail(const Error& error)
+{
+    crop_->setPicture({}, {});
+    bar_->doneButton()->setEnabled(false);
+    message_->setText(error.localizedDescription());
+    message_->setHidden(false);
+    page_->setNeedsLayout();
+}
+
+void PhotoCropController::finish(std::optional<PhotoCrop> crop)
+{
+    auto kept = shared_from_this();
+    if (auto completion = std::exchange(completion_, nullptr))
+        completion(std::move(crop));
+}
+
+void PhotoCropController::viewDidAppear(Animated animated)
+{
+    UIViewController::viewDidAppear(animated);
+    crop_->becomeFirstResponder();
+}
+
+void PhotoCropController::viewWillLayoutSubviews()
+{
+    UIViewController::viewWillLayoutSubviews();
+    auto area = page_->bounds().inset(page_->safeAreaInsets());
+    if (area.isNull())
+        area = page_->bounds();
+    bar_->setFrame(CGRect::make(area.minX(), area.minY(), area.width(), PickerBar::height));
+    auto top = bar_->frame().maxY();
+    auto below = CGRect::make(area.minX(), top, area.width(), std::max(area.maxY() - top, 0.0));
+    crop_->setFrame(below);
+    auto inner = below.insetBy(margin, margin);
+    message_->setFrame(inner.isNull() ? below : inner);
+    wheel_->setFrame(
+        CGRect::make(below.midX() - wheelSide / 2, below.midY() - wheelSide / 2, wheelSide, wheelSide));
+}
+
+} // namespace platform
