@@ -17,6 +17,18 @@ std::string_view description(AVError code)
         return "There is not enough memory to work on this media.";
     case AVError::sessionNotRunning:
         return "The media session is not running.";
+    case AVError::noDataCaptured:
+        return "Nothing was recorded.";
+    case AVError::deviceWasDisconnected:
+        return "The device was disconnected.";
+    case AVError::maximumDurationReached:
+        return "The recording reached its longest duration.";
+    case AVError::deviceNotConnected:
+        return "The device is not connected.";
+    case AVError::deviceInUseByAnotherApplication:
+        return "The device is in use by another program.";
+    case AVError::applicationIsNotAuthorizedToUseDevice:
+        return "The program is not allowed to use the device.";
     case AVError::diskFull:
         return "There is not enough space on the disk to write the media.";
     case AVError::mediaServicesWereReset:

@@ -14,7 +14,12 @@ enum class AVError : long {
     unknown = -11800,
     outOfMemory = -11801,
     sessionNotRunning = -11803,
+    noDataCaptured = -11805,
     diskFull = -11807,
+    deviceWasDisconnected = -11808,
+    maximumDurationReached = -11810,
+    deviceNotConnected = -11814,
+    deviceInUseByAnotherApplication = -11815,
     mediaServicesWereReset = -11819,
     exportFailed = -11820,
     decodeFailed = -11821,
@@ -37,10 +42,15 @@ enum class AVError : long {
     encoderTemporarilyUnavailable = -11840,
     invalidVideoComposition = -11841,
     operationInterrupted = -11847,
+    applicationIsNotAuthorizedToUseDevice = -11852,
     noLongerPlayable = -11867,
     noSourceTrack = -11872,
     operationCancelled = -11878,
 };
+
+// In the texts of the error that ended a recording: "true" when the file holds all until then all the same.
+inline constexpr std::string_view AVErrorRecordingSuccessfullyFinishedKey =
+    "AVErrorRecordingSuccessfullyFinishedKey";
 
 // The error of that code, which is what `failure(AVError::diskFull)` and an Error made from one hold. Without a
 // description in `userInfo` it is described by a sentence for people that names the kind of fault; texts of `userInfo`

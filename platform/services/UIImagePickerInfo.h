@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/foundation/PropertyList.h"
 #include "platform/foundation/URL.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/graphics/UIImage.h"
 
 #include <map>
 #include <string>
@@ -15,7 +18,7 @@ inline constexpr std::string_view kUTTypeImage = "public.image";
 inline constexpr std::string_view kUTTypeMovie = "public.movie";
 
 // What a picker tells of the item picked, by the keys below. Each value is there only where it makes sense.
-using UIImagePickerInfoValue = std::variant<std::string, URL>;
+using UIImagePickerInfoValue = std::variant<std::string, URL, UIImage, CGRect, PropertyListDictionary>;
 using UIImagePickerInfo = std::map<std::string, UIImagePickerInfoValue, std::less<>>;
 
 namespace UIImagePickerInfoKey {
@@ -25,6 +28,12 @@ inline constexpr std::string_view mediaURL =
     "UIImagePickerControllerMediaURL"; // the file of a video, edited or not
 inline constexpr std::string_view referenceURL =
     "UIImagePickerControllerReferenceURL"; // the file in the library
+inline constexpr std::string_view originalImage = "UIImagePickerControllerOriginalImage"; // a photo as taken
+inline constexpr std::string_view editedImage = "UIImagePickerControllerEditedImage";     // what was cut out
+inline constexpr std::string_view cropRect =
+    "UIImagePickerControllerCropRect"; // of that, in pixels of the original
+inline constexpr std::string_view mediaMetadata =
+    "UIImagePickerControllerMediaMetadata"; // a dictionary, of a photo that was just taken
 } // namespace UIImagePickerInfoKey
 
 } // namespace platform

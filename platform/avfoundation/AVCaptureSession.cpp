@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: MIT
+#include "platform/avfoundation/AVCaptureSession.h"
+
+#include "platform/avfoundation/CaptureHardware.h"
+#include "platform/avfoundation/captureWish_p.h"
+#include "platform/dispatch/DispatchQueue.h"
+#include "platform/dispatch/RunLoop.h"
+#include "platform/foundation/Precondition.h"
+
+#include <algorithm>
+#include <chrono>
+#include <future>
+#include <map>
+#include <mutex>
+#include <stop_token>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+// How long a device that is being closed is waited for by who opens it next.
+constexpr std::chrono::seconds patience{5};
+
+// Which use of each device was the last, in all sessions: a device is opened again only when it is closed.
+class LastUses {
+public:
+    struct Use {
+        std::stop_token stop;
+        std::shared_future<void> end;
+    };
+    static LastUses& shared()
+    {
+        static auto& uses = *new LastUses; // threads ask until the process ends
+        return uses;
+    }
+    // The one before, when there was one.
+    Use replace(const std::string& device, Use use)
+    {
+        std::lock_guard lock(mutex_);
+        return std::exchange(uses_[device], std::move(use));
+    }
+
+private:
+    std::mutex mutex_;
+    std::map<std::string, Use> uses_;
+};
+
+} // namespace
+
+CaptureWish captureWish(AVCaptureSessionPreset preset)
+{
+    switch (preset) {
+    case AVCaptureSessionPreset::photo:
+        return {.width = 2560, .height = 1440, .frameRate = 24};
+    case AVCaptureSessionPreset::high:
+        return {.width = 1920, .height = 1080};
+    case AVCaptureSessionPreset::hd1280x720:
+    case AVCaptureSessionPreset::medium:
+        return {.width = 1280, .height = 720};
+    case AVCaptureSessionPreset::vga640x480:
+    case AVCaptureSessionPreset::low:
+        break;
+    }
+    return {.width = 640, .height = 480};
+}
+
+struct AVCaptureSession::Outputs {
+    std::mutex mutex;
+    std::vector<std::shared_ptr<AVCaptureOutput>> all; // guarded by mutex
+
+    std::vector<std::shared_ptr<AVCaptureOutput>> now()
+    {
+        std::lock_guard lock(mutex);
+        return all;
+    }
+};
+
+// One device while it runs.
+struct AVCaptureSession::Feed {
+    CaptureDeviceInfo device;
+    CaptureWish wish;
+    std::shared_ptr<CaptureHardware> hardware;
+    std::shared_ptr<Outputs> outputs;
+    std::function<void(const Error&)> onFailure; // on its thread
+    LastUses::Use before;
+    std::promise<void> ended;
+    std::jthread thread;
+
+    void run(const std::stop_token& stop)
+    {
+        if (before.end.valid() && before.stop.stop_requested())
+            before.end.wait_for(patience);
+        auto error = capture(stop);
+        for (const auto& output : outputs->now())
+            output->handleEnd(device.mediaType, error);
+        if (error)
+            onFailure(*error);
+        ended.set_value();
+    }
+
+    std::optional<Error> capture(const std::stop_token& stop)
+    {
+        if (stop.stop_requested())
+            return std::nullopt;
+        auto stream = hardware->open(device, wish, stop);
+        CMTime last = CMTime::negativeInfinity();
+        while (stream && !stop.stop_requested()) {
+            auto sample = (*stream)->read(stop);
+            if (!sample)
+                return sample.error();
+            if (!*sample)
+                break;
+            // The calendar's clock may be set back.
+            if ((*sample)->presentationTimeStamp <= last)
+                continue;
+            last = (*sample)->presentationTimeStamp;
+            for (const auto& output : outputs->now())
+                output->take(device.mediaType, **sample);
+        }
+        return stream || stop.stop_requested() ? std::nullopt : std::optional(stream.error());
+    }
+};
+
+AVCaptureSession::AVCaptureSession()
+    : outputs_(std::make_shared<Outputs>())
+{
+    assertOnMainThread();
+}
+
+AVCaptureSession::~AVCaptureSession()
+{
+    stopRunning();
+}
+
+void AVCaptureSession::setSessionPreset(AVCaptureSessionPreset preset)
+{
+    assertOnMainThread();
+    preset_ = preset;
+}
+
+bool AVCaptureSession::canAddInput(const AVCaptureDeviceInput& input) const
+{
+    return std::ranges::none_of(entries_, [&](const Entry& entry) {
+        return entry.input->device()->mediaType() == input.device()->mediaType();
+    });
+}
+
+void AVCaptureSession::addInput(std::shared_ptr<AVCaptureDeviceInput> input)
+{
+    assertOnMainThread();
+    precondition(canAddInput(*input), "a session has one device of each kind; canAddInput tells");
+    entries_.push_back({std::move(input), nullptr});
+    if (isRunning_)
+        start(entries_.back());
+}
+
+void AVCaptureSession::removeInput(const AVCaptureDeviceInput& input)
+{
+    assertOnMainThread();
+    auto found = std::ranges::find(entries_, &input, [](const Entry& entry) { return entry.input.get(); });
+    if (found == entries_.end())
+        return;
+    stop(*found);
+    entries_.erase(found);
+}
+
+std::vector<std::shared_ptr<AVCaptureDeviceInput>> AVCaptureSession::inputs() const
+{
+    std::vector<std::shared_ptr<AVCaptureDeviceInput>> inputs;
+    for (const auto& entry : entries_)
+        inputs.push_back(entry.input);
+    return inputs;
+}
+
+void AVCaptureSession::addOutput(std::shared_ptr<AVCaptureOutput> output)
+{
+    assertOnMainThread();
+    std::lock_guard lock(outputs_->mutex);
+    outputs_->all.push_back(std::move(output));
+}
+
+void AVCaptureSession::removeOutput(const AVCaptureOutput& output)
+{
+    assertOnMainThread();
+    std::lock_guard lock(outputs_->mutex);
+    std::erase_if(outputs_->all, [&](const auto& each) { return each.get() == &output; });
+}
+
+void AVCaptureSession::startRunning()
+{
+    assertOnMainThread();
+    if (std::exchange(isRunning_, true))
+        return;
+    for (auto& entry : entries_)
+        start(entry);
+}
+
+void AVCaptureSession::stopRunning()
+{
+    assertOnMainThread();
+    isRunning_ = false;
+    for (auto& entry : entries_)
+        stop(entry);
+}
+
+void AVCaptureSession::start(Entry& entry)
+{
+    auto device = entry.input->device();
+    auto feed = std::make_shared<Feed>();
+    feed->device = {device->uniqueID(), device->localizedName(), device->mediaType(), device->position()};
+    feed->wish = captureWish(preset_);
+    feed->hardware = CaptureHardware::current();
+    feed->outputs = outputs_;
+    auto self = sharedFrom(this);
+    feed->onFailure = [weak = std::weak_ptr(self), device](const Error& error) {
+        DispatchQueue::main()->async([weak, device, error] {
+            auto session = weak.lock();
+            if (auto told = session ? session->onRuntimeError : nullptr)
+                told(*device, error);
+        });
+    };
+    entry.feed = feed;
+    // The thread begins when all else of the feed is there.
+    std::promise<void> isSet;
+    feed->thread =
+        std::jthread([raw = feed.get(), ready = isSet.get_future()](std::stop_token token) mutable {
+            ready.wait();
+            raw->run(token);
+        });
+    feed->before = LastUses::shared().replace(
+        device->uniqueID(), {feed->thread.get_stop_token(), feed->ended.get_future().share()});
+    isSet.set_value();
+}
+
+void AVCaptureSession::stop(Entry& entry)
+{
+    auto feed = std::exchange(entry.feed, nullptr);
+    if (!feed)
+        return;
+    feed->thread.request_stop();
+    // Closing may take a while; whoever opens it next waits for it there.
+    DispatchQueue::make("org.zelk.avfoundation.capture-closing")->async([feed = std::move(feed)]() mutable {
+        feed.reset();
+    });
+}
+
+} // namespace platform

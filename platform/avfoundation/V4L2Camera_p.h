@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/avfoundation/AVCaptureDevice.h"
+#include "platform/avfoundation/CaptureFormat_p.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+// A device file that gives pictures.
+struct V4L2Camera {
+    std::string path;
+    std::string name; // for people
+    std::string bus;  // where it is plugged in
+    AVCaptureDevicePosition position = AVCaptureDevicePosition::unspecified;
+};
+
+// Nothing unless `path` is a device file of the kernel's video devices that captures pictures and streams them: no converter,
+// no receiver of metadata, no tuner for radio; nor a directory, a pipe, an ordinary file. Never waits. Any thread.
+std::optional<V4L2Camera> v4l2CameraAt(const std::string& path);
+
+// Those of a folder of devices, by number.
+std::vector<V4L2Camera> v4l2Cameras(const std::string& folder = "/dev");
+
+// What it offers of what is understood here; empty where it does not say.
+std::vector<CaptureFormat> v4l2Formats(const std::string& path);
+
+// By what people and machines say of it: "front" and "back" of the firmware's own word for the panel it sits in, else what its
+// name tells.
+AVCaptureDevicePosition cameraPosition(std::string_view name, std::string_view panel);
+
+} // namespace platform
