@@ -15,8 +15,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
-#include <string>
 
 namespace endtoend {
 namespace {

@@ -2,7 +2,6 @@
 // The previewer as file managers call it: a real bus, real windows, real keys.
 #include "tests/endtoend/FilesClient.h"
 
-#include <algorithm>
 #include <csignal>
 
 namespace endtoend {

@@ -3,7 +3,6 @@
 #include "tests/endtoend/Desktop.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 

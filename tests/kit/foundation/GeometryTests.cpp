@@ -8,9 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-#include <string>
-
 namespace zelk {
 
 using namespace platform;

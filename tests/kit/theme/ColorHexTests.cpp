@@ -7,10 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-#include <string>
-#include <string_view>
-
 namespace zelk {
 namespace {
 

@@ -4,7 +4,6 @@
 #include "tests/support/MediaFixtures.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include <algorithm>
 #include <cmath>
 
 using namespace platform;

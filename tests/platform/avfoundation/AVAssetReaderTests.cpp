@@ -5,7 +5,6 @@
 #include "tests/support/MediaFixtures.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include <algorithm>
 #include <thread>
 
 using namespace platform;

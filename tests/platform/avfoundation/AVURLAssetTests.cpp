@@ -6,7 +6,6 @@
 #include "tests/support/MediaFixtures.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include <algorithm>
 #include <sys/stat.h>
 
 using namespace platform;

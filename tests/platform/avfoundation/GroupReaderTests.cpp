@@ -4,8 +4,6 @@
 #include "platform/avfoundation/CMFormatDescription_p.h"
 #include "tests/support/MediaFixtures.h"
 
-#include <map>
-
 using namespace platform;
 using namespace tests;
 

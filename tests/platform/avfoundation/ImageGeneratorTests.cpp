@@ -4,7 +4,6 @@
 #include "platform/avfoundation/AVComposition.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include <map>
 #include <random>
 
 using namespace platform;

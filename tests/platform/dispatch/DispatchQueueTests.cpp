@@ -6,11 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <future>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace platform {
 namespace {

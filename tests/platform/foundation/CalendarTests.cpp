@@ -7,7 +7,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <limits>
 
 namespace platform {
 

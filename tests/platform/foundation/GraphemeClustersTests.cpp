@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 using namespace platform;
 
 TEST(GraphemeClusters, A_character_is_what_a_person_counts)

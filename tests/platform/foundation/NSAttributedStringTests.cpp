@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <string>
-#include <vector>
 
 using namespace platform;
 

@@ -5,12 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <climits>
 #include <condition_variable>
-#include <functional>
-#include <map>
 #include <mutex>
 #include <numeric>
 #include <random>

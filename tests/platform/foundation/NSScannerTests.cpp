@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <string_view>
-
 namespace platform {
 namespace {
 

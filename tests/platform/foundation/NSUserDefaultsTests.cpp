@@ -11,7 +11,6 @@
 #include <atomic>
 #include <condition_variable>
 #include <csignal>
-#include <limits>
 #include <mutex>
 #include <thread>
 

@@ -5,7 +5,6 @@
 
 #include <bit>
 #include <cmath>
-#include <limits>
 
 namespace platform {
 

@@ -6,11 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <csignal>
 #include <cstdlib>
-#include <map>
 
 #include <fcntl.h>
 #include <poll.h>

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace platform {
 
 using namespace std::string_view_literals;

@@ -9,7 +9,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <limits>
 #include <sys/stat.h>
 #include <unistd.h>
 

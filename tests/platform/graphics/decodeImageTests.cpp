@@ -6,8 +6,6 @@
 #include <QtCore/QBuffer>
 #include <QtGui/QImage>
 
-#include <string>
-
 using namespace platform;
 
 namespace {

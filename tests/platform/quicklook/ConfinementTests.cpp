@@ -7,11 +7,7 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <functional>
-#include <string>
-#include <string_view>
 #include <thread>
-#include <vector>
 
 #include <csignal>
 #include <fcntl.h>

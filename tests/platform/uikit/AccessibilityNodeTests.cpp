@@ -4,7 +4,6 @@
 #include "platform/uikit/AccessibilityNodes_p.h"
 #include "tests/support/harness/ViewHarness.h"
 
-#include <array>
 #include <cmath>
 #include <gtest/gtest.h>
 

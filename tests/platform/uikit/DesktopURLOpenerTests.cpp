@@ -16,9 +16,6 @@
 #include <QtDBus/QDBusObjectPath>
 #include <QtDBus/QDBusVirtualObject>
 
-#include <map>
-#include <optional>
-
 namespace {
 
 using namespace platform;

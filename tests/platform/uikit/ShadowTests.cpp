@@ -7,9 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <limits>
-
 namespace {
 
 using namespace platform;
