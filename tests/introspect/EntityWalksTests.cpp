@@ -65,17 +65,6 @@ TEST(EntityWalks, DescendantsComeDepthFirstWithoutTheEntityItself)
     EXPECT_EQ(names(ancestors(*root)), "");
 }
 
-TEST(EntityWalks, WorkOnHierarchiesOfAnyDepth)
-{
-    const auto leaf = named("x");
-    auto root = leaf;
-    std::vector<std::shared_ptr<UIView>> all; // views do not keep those above them
-    for (int depth = 0; depth < 300; ++depth)
-        all.push_back(root = named("y", {root}));
-    EXPECT_EQ(names(allDescendants(*root)).size(), 300u);
-    EXPECT_EQ(names(ancestors(*leaf)).size(), 300u);
-}
-
 TEST(EntityWalks, AViewIsItsOwnDescendantAndAControllerIsNot)
 {
     const auto view = named("i");

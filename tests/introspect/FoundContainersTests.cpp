@@ -1,22 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Views that hold others are found as what the catalogue says they are, on each version of the system.
-#include "introspect/ViewTypes.h"
-#include "introspect/introspect.h"
 #include "platform/foundation/ProcessInfo.h"
-#include "platform/swiftui/Form.h"
-#include "platform/swiftui/List.h"
-#include "platform/swiftui/NavigationView.h"
-#include "platform/swiftui/TabView.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/sheet.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UICollectionViewCell.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIPopoverPresentationController.h"
-#include "platform/uikit/UISheetPresentationController.h"
-#include "platform/uikit/UITabBarController.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UITableViewCell.h"
+#include "tests/introspect/Catalogue.h"
+#include "tests/introspect/Representables.h"
 #include "tests/introspect/Reruns.h"
 #include "tests/introspect/Screen.h"
 
@@ -168,6 +154,84 @@ TEST(FoundContainers, AreFoundOnEverySystem)
 {
     for (const char* version : {"13.0", "14.0", "15.0", "16.0", "17.0"})
         EXPECT_TRUE(passesOnSystem(version, "FoundContainers.*RunningSystem*")) << version;
+}
+
+// What a type finds from inside, in surroundings that a test makes.
+
+using platform::UIView;
+using platform::UIViewController;
+
+namespace {
+
+template <class Entity>
+auto into(std::shared_ptr<Entity>& found)
+{
+    return [&found](Entity& entity) { found = std::static_pointer_cast<Entity>(entity.shared_from_this()); };
+}
+
+// What `type` finds from inside of surroundings that the controllers and views around it make.
+template <class ViewType, class Entity, class Surround>
+std::shared_ptr<Entity>
+foundInside(ViewType type, const PlatformViewVersion<iOSVersion, ViewType, Entity>& v17,
+            const Surround& surround, std::optional<IntrospectionScope> scope = std::nullopt)
+{
+    std::shared_ptr<Entity> found;
+    Screen screen(shown<UIView>() | introspect(type, iOS(v17), scope, into(found)), surround);
+    return found;
+}
+
+} // namespace
+
+TEST(FoundViewTypes, FindTheContainersThatTheModifiedViewStandsIn)
+{
+    std::shared_ptr<platform::UINavigationController> navigation;
+    std::shared_ptr<platform::UISplitViewController> split;
+    std::shared_ptr<platform::UITabBarController> tabs;
+    const auto inAll = [&](const std::shared_ptr<UIViewController>& host) {
+        navigation = platform::UINavigationController::make(host);
+        split = std::make_shared<platform::UISplitViewController>();
+        split->setViewController(navigation, platform::UISplitViewController::Column::secondary);
+        tabs = std::make_shared<platform::UITabBarController>();
+        tabs->setViewControllers({split});
+        return tabs;
+    };
+    constexpr auto inAncestors = IntrospectionScope::ancestor;
+    EXPECT_EQ(foundInside(navigationStack, navigationStack.iOS.v17, inAll, inAncestors), navigation);
+    EXPECT_EQ(foundInside(navigationSplitView, navigationSplitView.iOS.v17, inAll, inAncestors), split);
+    EXPECT_EQ(foundInside(tabView, tabView.iOS.v17, inAll, inAncestors), tabs);
+    EXPECT_EQ(foundInside(tabView, tabView.iOS.v17, inAll), nullptr);
+}
+
+// The window is there only once the view appears: the probe finds it at a later event than the others.
+TEST(FoundViewTypes, FindTheWindow)
+{
+    std::shared_ptr<platform::UIWindow> found;
+    Screen screen(shown<UIView>() | introspect(window, iOS(window.iOS.v17), into(found)));
+    EXPECT_EQ(found, screen.window);
+}
+
+TEST(FoundViewTypes, FindTheControllerOfTheViewElseTheOneAround)
+{
+    std::shared_ptr<UIViewController> found;
+    const auto any = iOS(startingAt(viewController.iOS.v13));
+    Screen(shown<platform::UITabBarController>() | introspect(viewController, any, into(found)));
+    EXPECT_NE(std::dynamic_pointer_cast<platform::UITabBarController>(found), nullptr);
+    found.reset();
+    Screen screen(shown<UIView>() | introspect(viewController, any, into(found)));
+    EXPECT_EQ(found, screen.host);
+}
+
+TEST(FoundViewTypes, FindAScrollViewFromOutsideAndFromInside)
+{
+    std::shared_ptr<platform::UIScrollView> fromOutside, fromInside;
+    const auto any = iOS(startingAt(scrollView.iOS.v13));
+    Screen screen(
+        platform::ScrollView(platform::Text{"line"}
+                             | introspect(scrollView, any, IntrospectionScope::ancestor, into(fromInside)))
+        | introspect(scrollView, any, into(fromOutside)));
+    ASSERT_NE(fromOutside, nullptr);
+    EXPECT_EQ(fromOutside->window(), screen.window);
+    EXPECT_EQ(fromInside, fromOutside);
 }
 
 } // namespace introspect

@@ -1,18 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "introspect/introspect.h"
-
 #include "introspect/EntityWalks.h"
 #include "introspect/IntrospectionMarkers.h"
-#include "introspect/ViewTypes/ScrollViewType.h"
-#include "introspect/ViewTypes/SliderType.h"
-#include "introspect/ViewTypes/TextEditorType.h"
-#include "introspect/ViewTypes/ViewType.h"
-#include "platform/swiftui/State.h"
-#include "platform/swiftui/TextEditor.h"
-#include "platform/swiftui/stacks.h"
-#include "platform/uikit/UIScrollView.h"
-#include "platform/uikit/UISlider.h"
-#include "platform/uikit/UITextView.h"
+#include "tests/introspect/Catalogue.h"
 #include "tests/introspect/Representables.h"
 #include "tests/introspect/Screen.h"
 

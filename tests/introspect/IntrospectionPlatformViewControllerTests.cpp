@@ -84,19 +84,4 @@ TEST(IntrospectionProbe, MarksItselfAndItsViewAndIsKeptAliveByNeither)
     EXPECT_TRUE(reference->expired());
 }
 
-TEST(IntrospectionProbe, LeavesTheStatusBarToItsParent)
-{
-    struct Light : UIViewController {
-        platform::UIStatusBarStyle preferredStatusBarStyle() const override
-        {
-            return platform::UIStatusBarStyle::lightContent;
-        }
-    };
-    const auto host = std::make_shared<Light>();
-    const auto probe = IntrospectionPlatformViewController::make({}, {});
-    EXPECT_EQ(probe->preferredStatusBarStyle(), platform::UIStatusBarStyle::automatic);
-    host->addChild(probe);
-    EXPECT_EQ(probe->preferredStatusBarStyle(), platform::UIStatusBarStyle::lightContent);
-}
-
 } // namespace introspect

@@ -24,6 +24,10 @@ namespace {
 constexpr auto inReceiver = IntrospectionScope::receiver;
 constexpr auto inAncestors = IntrospectionScope::ancestor;
 constexpr IntrospectionScope inBoth{inReceiver, inAncestors};
+static_assert(inBoth.rawValue == 3 && (inBoth ^ inReceiver) == inAncestors
+              && inBoth - inReceiver == inAncestors && (inBoth & inReceiver) == inReceiver
+              && (inReceiver | inAncestors) == inBoth && IntrospectionScope() - inBoth == IntrospectionScope()
+              && !inReceiver.contains(inBoth));
 
 } // namespace
 

@@ -56,18 +56,6 @@ TEST(PlatformVersion, MembersAreCurrentUntilTheNextMajorVersion)
         EXPECT_EQ(conditionsOn(system.running), system.conditions) << system.name;
 }
 
-TEST(PlatformVersion, AConditionDecidesWhatIsCurrentAndPast)
-{
-    using enum PlatformVersionCondition;
-    for (std::optional<PlatformVersionCondition> condition :
-         {std::optional(past), std::optional(current), std::optional(future),
-          std::optional<PlatformVersionCondition>()}) {
-        const iOSVersion version([condition] { return condition; });
-        EXPECT_EQ(version.isCurrent(), condition == current);
-        EXPECT_EQ(version.isCurrentOrPast(), condition == current || condition == past);
-    }
-}
-
 TEST(PlatformVersion, VersionsOfOtherPlatformsAreNeverCurrent)
 {
     const PlatformVersion others[] = {
