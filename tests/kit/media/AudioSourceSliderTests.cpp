@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace zelk {
 namespace {
 
@@ -95,32 +93,14 @@ TEST(AudioSourceSlider, pauses_while_it_is_dragged_and_goes_on_however_that_ends
 {
     using Act = std::function<void(Stage&)>;
     const std::tuple<std::string_view, bool, Act, std::string> cases[] = {
-        {"let go", true,
-         [](auto& s) {
-             s.harness.moveTo({200, 90});
-             s.harness.up();
-         },
-         "pauses plays "},
+        {"let go", true, [](auto& s) { s.harness.moveTo({200, 90}), s.harness.up(); }, "pauses plays "},
         {"a press alone", true, [](auto& s) { s.harness.up(); }, "pauses plays "},
         {"taken away", true, [](auto& s) { s.harness.cancel(); }, "pauses plays "},
-        {"it did not play", false,
-         [](auto& s) {
-             s.harness.moveTo({200, 90});
-             s.harness.up();
-         },
-         ""},
-        {"again", true,
-         [](auto& s) {
-             s.harness.up();
-             s.harness.tap({60, s.y()});
-         },
+        {"it did not play", false, [](auto& s) { s.harness.moveTo({200, 90}), s.harness.up(); }, ""},
+        {"again", true, [](auto& s) { s.harness.up(), s.harness.tap({60, s.y()}); },
          "pauses plays pauses plays "},
         {"the player starts by itself", true,
-         [](auto& s) {
-             s.isPlaying = true;
-             s.harness.moveTo({200, 90});
-             s.harness.up();
-         },
+         [](auto& s) { s.isPlaying = true, s.harness.moveTo({200, 90}), s.harness.up(); },
          "pauses pauses plays "},
     };
     for (auto& [name, plays, act, log] : cases) {

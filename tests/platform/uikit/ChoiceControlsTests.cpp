@@ -11,8 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace platform {
 namespace {
 
@@ -45,41 +43,12 @@ TEST(UISwitch, is_turned_by_clicks_keys_drags_and_assistive_technology)
         {"twice", [](auto& h) { h.tap({160, 45}, {.tapCount = 2}); }, false},
         {"dragged over", [](auto& h) { h.drag({145, 45}, {180, 45}); }, true},
         {"dragged over and on", [](auto& h) { h.drag({145, 45}, {310, 45}); }, true},
-        {"dragged over and back",
-         [](auto& h) {
-             h.down({145, 45});
-             h.moveTo({180, 45});
-             h.moveTo({145, 45});
-             h.up();
-         },
-         false},
-        {"let go beside",
-         [](auto& h) {
-             h.down({160, 45});
-             h.moveTo({160, 90});
-             h.up();
-         },
-         false},
-        {"taken away",
-         [](auto& h) {
-             h.down({145, 45});
-             h.moveTo({180, 45});
-             h.cancel();
-         },
-         false},
-        {"Space",
-         [](auto& h) {
-             h.press(UIKeyCode::tab);
-             h.press(UIKeyCode::space);
-         },
-         true},
+        {"dragged over and back", [](auto& h) { h.pull({{145, 45}, {180, 45}, {145, 45}}).up(); }, false},
+        {"let go beside", [](auto& h) { h.pull({{160, 45}, {160, 90}}).up(); }, false},
+        {"taken away", [](auto& h) { h.pull({{145, 45}, {180, 45}}).cancel(); }, false},
+        {"Space", [](auto& h) { h.press({UIKeyCode::tab, UIKeyCode::space}); }, true},
         {"a drag that ends outside, then Space",
-         [](auto& h) {
-             h.drag({145, 45}, {310, 45});
-             h.press(UIKeyCode::tab);
-             h.press(UIKeyCode::space);
-         },
-         false},
+         [](auto& h) { h.drag({145, 45}, {310, 45}), h.press({UIKeyCode::tab, UIKeyCode::space}); }, false},
         {"assistive technology", [](auto& h) { h.find(AccessibilityRole::toggle).activate(); }, true},
     };
     for (auto& [name, act, isOn] : cases) {
@@ -112,44 +81,12 @@ TEST(UISegmentedControl, chooses_by_pointer_and_keys_and_passes_over_what_is_dis
         {"from the other side", true, [](auto& h) { h.tap({80, 45}); }, 3},
         {"dragged to the next", false, [](auto& h) { h.drag({80, 45}, {130, 45}); }, 1},
         {"one that is disabled", false, [](auto& h) { h.tap({185, 45}); }, 0},
-        {"let go outside", false,
-         [](auto& h) {
-             h.down({135, 45});
-             h.moveTo({135, 95});
-             h.up();
-         },
-         0},
-        {"on", false,
-         [](auto& h) {
-             h.press(tab);
-             h.press(right);
-         },
-         1},
-        {"over the disabled one", false,
-         [](auto& h) {
-             h.press(tab);
-             h.press(right);
-             h.press(right);
-         },
-         3},
-        {"on is left from right to left", true,
-         [](auto& h) {
-             h.press(tab);
-             h.press(left);
-         },
-         1},
-        {"no further than the first", false,
-         [](auto& h) {
-             h.press(tab);
-             h.press(left);
-         },
-         0},
-        {"to the last", false,
-         [](auto& h) {
-             h.press(tab);
-             h.press(end);
-         },
-         3},
+        {"let go outside", false, [](auto& h) { h.pull({{135, 45}, {135, 95}}).up(); }, 0},
+        {"on", false, [](auto& h) { h.press({tab, right}); }, 1},
+        {"over the disabled one", false, [](auto& h) { h.press({tab, right, right}); }, 3},
+        {"on is left from right to left", true, [](auto& h) { h.press({tab, left}); }, 1},
+        {"no further than the first", false, [](auto& h) { h.press({tab, left}); }, 0},
+        {"to the last", false, [](auto& h) { h.press({tab, end}); }, 3},
         {"by name", false, [](auto& h) { h.find(AccessibilityRole::radioButton, "d").activate(); }, 3},
         {"by the name of a disabled one", false,
          [](auto& h) { h.find(AccessibilityRole::radioButton, "c").activate(); }, 0},
@@ -235,37 +172,15 @@ TEST(UITextField, a_secret_is_edited_as_a_text_and_never_leaves_by_the_clipboard
     constexpr auto control = UIKeyModifierFlags::control;
     const std::tuple<std::string_view, Act, std::string> cases[] = {
         {"typed", [](auto& h) { h.type("h\u00e9"); }, "secreth\u00e9"},
-        {"typed in the middle",
-         [](auto& h) {
-             h.press(home);
-             h.press(right);
-             h.type("\u00e9!");
-         },
-         "s\u00e9!ecret"},
+        {"typed in the middle", [](auto& h) { h.press({home, right}), h.type("\u00e9!"); }, "s\u00e9!ecret"},
         {"one deleted", [](auto& h) { h.press(deleteBackward); }, "secre"},
-        {"one deleted after wide ones",
-         [](auto& h) {
-             h.type("\u20ac\u20ac");
-             h.press(deleteBackward);
-         },
+        {"one deleted after wide ones", [](auto& h) { h.type("\u20ac\u20ac"), h.press(deleteBackward); },
          "secret\u20ac"},
-        {"replaced",
-         [&](auto& h) {
-             h.press("a", control);
-             h.type("x");
-         },
-         "x"},
+        {"replaced", [&](auto& h) { h.press("a", control), h.type("x"); }, "x"},
         {"pasted without line ends",
-         [&](auto& h) {
-             UIPasteboard::general().setString(String("a\nb"));
-             h.press("v", control);
-         },
+         [&](auto& h) { UIPasteboard::general().setString(String("a\nb")), h.press("v", control); },
          "secreta b"},
-        {"undone: the dots alone would come back",
-         [&](auto& h) {
-             h.type("x");
-             h.press("z", control);
-         },
+        {"undone: the dots alone would come back", [&](auto& h) { h.type("x"), h.press("z", control); },
          "secretx"},
     };
     for (auto& [name, act, expected] : cases) {

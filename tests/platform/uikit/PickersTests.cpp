@@ -9,8 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace platform {
 namespace {
 
@@ -51,38 +49,11 @@ TEST(UIPickerView, comes_to_rest_on_a_row_however_it_is_turned)
         {"flung it goes further", [](auto& h) { h.drag({160, 140}, {160, 60}, {.time = 60ms}); }, 14, 60},
         {"a row that is pressed", [](auto& h) { h.tap({160, 140}); }, 11, 12},
         {"the wheel of the mouse", [](auto& h) { h.scroll({160, 100}, {0, -110}); }, 12, 14},
-        {"down",
-         [](auto& h) {
-             h.press(tab);
-             h.press(down);
-         },
-         11, 11},
-        {"up",
-         [](auto& h) {
-             h.press(tab);
-             h.press(up);
-         },
-         9, 9},
-        {"the last",
-         [](auto& h) {
-             h.press(tab);
-             h.press(end);
-         },
-         999'999, 999'999},
-        {"before the first",
-         [](auto& h) {
-             h.press(tab);
-             h.press(home);
-             h.press(up);
-         },
-         0, 0},
-        {"taken away",
-         [](auto& h) {
-             h.down({160, 140});
-             h.moveTo({160, 60});
-             h.cancel();
-         },
-         10, 10},
+        {"down", [](auto& h) { h.press({tab, down}); }, 11, 11},
+        {"up", [](auto& h) { h.press({tab, up}); }, 9, 9},
+        {"the last", [](auto& h) { h.press({tab, end}); }, 999'999, 999'999},
+        {"before the first", [](auto& h) { h.press({tab, home, up}); }, 0, 0},
+        {"taken away", [](auto& h) { h.pull({{160, 140}, {160, 60}}).cancel(); }, 10, 10},
     };
     for (auto& [name, act, least, most] : cases) {
         auto numbers = std::make_shared<Numbers>();
@@ -118,36 +89,11 @@ TEST(UIMenuButton, opens_a_menu_in_which_keys_and_clicks_choose)
 {
     const std::tuple<std::string_view, Act, int> cases[] = {
         {"a click", [](auto& h) { h.find(AccessibilityRole::menuItem, "Mint").tap(); }, 1},
-        {"down and Return",
-         [](auto& h) {
-             h.press(down);
-             h.press(returnKey);
-         },
-         1},
-        {"up goes round",
-         [](auto& h) {
-             h.press(up);
-             h.press(returnKey);
-         },
-         2},
-        {"its first letter",
-         [](auto& h) {
-             h.type("r");
-             h.press(returnKey);
-         },
-         2},
-        {"a letter of none",
-         [](auto& h) {
-             h.type("x");
-             h.press(returnKey);
-         },
-         0},
-        {"Escape",
-         [](auto& h) {
-             h.press(down);
-             h.press(escape);
-         },
-         0},
+        {"down and Return", [](auto& h) { h.press({down, returnKey}); }, 1},
+        {"up goes round", [](auto& h) { h.press({up, returnKey}); }, 2},
+        {"its first letter", [](auto& h) { h.type("r"), h.press(returnKey); }, 2},
+        {"a letter of none", [](auto& h) { h.type("x"), h.press(returnKey); }, 0},
+        {"Escape", [](auto& h) { h.press({down, escape}); }, 0},
         {"a press beside", [](auto& h) { h.tap({310, 390}); }, 0},
     };
     for (auto& [name, act, selected] : cases) {
@@ -242,20 +188,8 @@ TEST(UISearchBar, tells_what_is_typed_searched_cleared_and_cancelled)
     const std::tuple<std::string_view, Act, std::string> cases[] = {
         {"typed", [](auto& h) { h.type("ab"); }, "a|ab|"},
         {"searched", [](auto& h) { h.press(returnKey); }, "search|"},
-        {"Escape empties, then ends",
-         [](auto& h) {
-             h.type("a");
-             h.press(escape);
-             h.press(escape);
-         },
-         "a||cancel|"},
-        {"the button that empties",
-         [](auto& h) {
-             h.type("a");
-             h.tap({220, 34});
-             h.type("b");
-         },
-         "a||b|"},
+        {"Escape empties, then ends", [](auto& h) { h.type("a"), h.press({escape, escape}); }, "a||cancel|"},
+        {"the button that empties", [](auto& h) { h.type("a"), h.tap({220, 34}), h.type("b"); }, "a||b|"},
         {"nothing to empty", [](auto& h) { h.tap({220, 34}); }, ""},
         {"ended", [](auto& h) { h.find(AccessibilityRole::button, "Cancel").tap(); }, "cancel|"},
     };

@@ -188,6 +188,14 @@ void ViewHarness::moveTo(CGPoint place)
     send(UITouchPhase::moved, place);
 }
 
+ViewHarness& ViewHarness::pull(std::initializer_list<CGPoint> places)
+{
+    down(*places.begin());
+    for (const auto* place = places.begin() + 1; place != places.end(); ++place)
+        moveTo(*place);
+    return *this;
+}
+
 void ViewHarness::up()
 {
     send(UITouchPhase::ended, touch_ ? touch_->windowLocation : CGPoint{});
@@ -261,6 +269,12 @@ bool ViewHarness::press(UIKeyCode key, std::uint8_t modifiers)
     if (key == UIKeyCode::space)
         press.characters = press.charactersIgnoringModifiers = " ";
     return send(std::move(press));
+}
+
+void ViewHarness::press(std::initializer_list<UIKeyCode> keys)
+{
+    for (auto key : keys)
+        press(key);
 }
 
 bool ViewHarness::press(std::string_view character, std::uint8_t modifiers)

@@ -11,6 +11,7 @@
 #include "tests/support/harness/pixels.h"
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -78,7 +79,9 @@ public:
     void down(platform::CGPoint place) { down(place, Press{}); }
     void down(platform::CGPoint place, const Press& press);
     void moveTo(platform::CGPoint place); // what is down
-    void up();                            // where it is
+    // Down at the first place and over the others: pull({{10, 10}, {40, 10}}).up().
+    ViewHarness& pull(std::initializer_list<platform::CGPoint> places);
+    void up(); // where it is
     void cancel();
     // Down, there in ten steps over the time given (200 ms), up.
     void drag(platform::CGPoint from, platform::CGPoint to);
@@ -90,6 +93,7 @@ public:
 
     // --- Keyboard --------------------------------------------------------------------------------
     bool press(platform::UIKeyCode key, std::uint8_t modifiers = 0);
+    void press(std::initializer_list<platform::UIKeyCode> keys);    // one after the other
     bool press(std::string_view character, std::uint8_t modifiers); // "c" with control
     void type(std::string_view text);                               // one key for each character
 

@@ -2,9 +2,6 @@
 #include "tests/support/harness/Element.h"
 #include "tests/support/harness/accessibilityTree.h"
 
-#include <array>
-#include <utility>
-
 namespace harness {
 
 using namespace platform;

@@ -3,13 +3,9 @@
 
 #include "platform/foundation/Precondition.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
-#include <vector>
 
 namespace harness {
 
