@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/dispatch/UserPermission.h"
 #include "platform/services/PHAuthorizationStatus.h"
 #include "platform/services/PHPhotosQuestion.h"
 
 #include <functional>
-#include <map>
 #include <memory>
-#include <vector>
 
 namespace platform {
 
@@ -38,17 +37,13 @@ public:
     void setQuestion(std::shared_ptr<PHPhotosQuestion> question);
 
 private:
-    struct Waiting {
-        std::shared_ptr<DispatchQueue> queue;
-        Handler handler;
-    };
     PHPhotosAuthorization();
-    void ask(PHAccessLevel level, Waiting waiting);
-    void answer(PHAccessLevel level, PHAuthorizationStatus status);
+    const UserPermission& of(PHAccessLevel level) const;
+    UserPermission& of(PHAccessLevel level);
 
-    // main thread only
-    std::shared_ptr<PHPhotosQuestion> question_;
-    std::map<PHAccessLevel, std::vector<Waiting>> waiting_; // those whose question stands
+    UserPermission reading_;
+    UserPermission adding_;
+    std::shared_ptr<PHPhotosQuestion> question_; // main thread only
 };
 
 } // namespace platform

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/services/PHPhotosText_p.h"
 
-#include "platform/foundation/Locale.h"
-#include "platform/foundation/LocalizationMatching.h"
+#include "platform/services/chosenWords_p.h"
 
 #include <array>
-#include <vector>
 
 namespace platform {
 
@@ -78,25 +76,12 @@ constexpr std::array words{
            "허용", "추가한 항목만", "허용 안 함"}},
 };
 
-const Words& chosenWords()
-{
-    std::vector<std::string> known;
-    for (const auto& each : words)
-        known.emplace_back(each.language);
-    auto matches = matchLocalizations(known, Locale::preferredLanguages());
-    for (const auto& each : words) {
-        if (!matches.empty() && each.language == matches.front())
-            return each;
-    }
-    return words.front();
-}
-
 } // namespace
 
 std::string photosText(PHPhotosText text, std::string_view program)
 {
-    static const auto& chosen = chosenWords();
-    std::string result(chosen.texts[static_cast<std::size_t>(text)]);
+    static const auto chosen = chosenWords(words);
+    auto result = chosen[static_cast<std::size_t>(text)];
     if (auto place = result.find("%@"); place != result.npos)
         result.replace(place, 2, program);
     return result;

@@ -25,16 +25,6 @@ bool offers(const std::vector<std::string>& types, std::string_view type)
 UIImagePickerController::UIImagePickerController() = default;
 UIImagePickerController::~UIImagePickerController() = default;
 
-bool UIImagePickerController::isSourceTypeAvailable(Source type)
-{
-    return type != Source::camera;
-}
-
-bool UIImagePickerController::isCameraDeviceAvailable(UIImagePickerControllerCameraDevice)
-{
-    return false;
-}
-
 std::vector<std::string> UIImagePickerController::availableMediaTypes(Source type)
 {
     if (!isSourceTypeAvailable(type))
@@ -52,7 +42,7 @@ void UIImagePickerController::viewDidLoad()
 {
     UINavigationController::viewDidLoad();
     setNavigationBarHidden(true); // the pages have bars of their own
-    showLibrary();
+    sourceType == Source::camera ? showCamera() : showLibrary();
 }
 
 void UIImagePickerController::viewWillAppear(Animated animated)

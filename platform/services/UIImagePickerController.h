@@ -42,7 +42,7 @@ public:
     UIImagePickerController();
     ~UIImagePickerController() override;
 
-    // The library always is; there is no camera yet.
+    // The library always is; a camera when one is connected, which is looked for each time.
     static bool isSourceTypeAvailable(UIImagePickerControllerSourceType type);
     static bool isCameraDeviceAvailable(UIImagePickerControllerCameraDevice device);
     // What that source can offer; empty for one that is not available.
@@ -55,7 +55,7 @@ public:
     bool allowsEditing = false;
     std::string videoExportPreset{AVAssetExportPresetPassthrough}; // of what is trimmed
     UIImagePickerControllerQualityType videoQuality = UIImagePickerControllerQualityType::medium;
-    double videoMaximumDuration = 600; // seconds, of what is trimmed; 0: any
+    double videoMaximumDuration = 600; // seconds, of what is recorded or trimmed; 0: any
     UIImagePickerControllerCameraDevice cameraDevice = UIImagePickerControllerCameraDevice::rear;
     UIImagePickerControllerCameraCaptureMode cameraCaptureMode =
         UIImagePickerControllerCameraCaptureMode::photo;
@@ -68,6 +68,7 @@ public:
 
 private:
     void showLibrary();
+    void showCamera();
     void pick(const LibraryFile& file);
     void finish(const UIImagePickerInfo& info);
     void cancel();
