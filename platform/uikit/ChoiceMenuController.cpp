@@ -4,6 +4,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/TextLayout.h"
+#include "platform/uikit/ControlLook.h"
 #include "platform/uikit/UIControl.h"
 #include "platform/uikit/UIEvent.h"
 #include "platform/uikit/UIPopoverPresentationController.h"
@@ -65,7 +66,7 @@ public:
         bool isLit = isFirstResponder() || isHighlighted();
         if (isLit)
             context.fill(UIBezierPath::roundedRect(area, cornerRadiusOfRow), tintColor());
-        auto ink = isLit ? UIColor::white() : UIColor::label();
+        auto ink = isLit ? legibleColor(tintColor()) : UIColor::label();
         bool mirrored = isMirrored(*this);
         TextLayout text(accessibility().label, styleOf(*this),
                         std::max(area.width() - markWidth - sideInset, 1.0));

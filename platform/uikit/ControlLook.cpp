@@ -5,6 +5,7 @@
 #include "platform/graphics/UIBezierPath.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace platform {
@@ -48,6 +49,34 @@ bool isHighContrast(const UIView& view)
 UIColor grooveColor(const UIView& view)
 {
     return isHighContrast(view) ? UIColor::systemGray() : UIColor::systemFill();
+}
+
+namespace {
+
+// The relative luminance of the web's accessibility guidelines, of what is opaque in that appearance.
+double luminance(const UIColor& color, const ColorAppearance& appearance)
+{
+    auto parts = color.components(appearance);
+    auto page = appearance.isDark ? 0.0 : 1.0;
+    auto linear = [&](double part) {
+        part = std::clamp(part * parts.alpha + page * (1 - parts.alpha), 0.0, 1.0);
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(parts.red) + 0.7152 * linear(parts.green) + 0.0722 * linear(parts.blue);
+}
+
+} // namespace
+
+UIColor legibleColor(const UIColor& ground)
+{
+    auto over = [&](bool isDark, bool highContrast) {
+        auto light = luminance(ground, {.isDark = isDark, .highContrast = highContrast}) + 0.05;
+        auto white = 1.05 / light, black = light / 0.05;
+        constexpr double enough = 3, enoughForText = 4.5;
+        return white >= (highContrast ? enoughForText : enough) || white >= black ? UIColor::white()
+                                                                                 : UIColor::black();
+    };
+    return UIColor::dynamic(over(false, false), over(true, false), over(false, true), over(true, true));
 }
 
 ControlKnob::ControlKnob()

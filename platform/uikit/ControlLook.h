@@ -29,6 +29,10 @@ bool isHighContrast(const UIView& view);
 // What a control's empty part is made of: the groove of a slider, the ground of a switch that is off.
 UIColor grooveColor(const UIView& view);
 
+// What is written on a ground of that colour, in each appearance: white, as long as it has the contrast of 3 to 1 that large
+// text and controls need at least, else the better one of black and white. What shows through the ground counts as the page.
+UIColor legibleColor(const UIColor& ground);
+
 // The white disc that is dragged: the thumb of a slider, the knob of a switch. Its view has room for the shadow around.
 class ControlKnob : public UIView {
 public:

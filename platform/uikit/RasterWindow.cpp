@@ -5,6 +5,7 @@
 #include "platform/graphics/CGContext_p.h"
 #include "platform/uikit/AccessibilityNodes_p.h"
 #include "platform/uikit/EventTranslation_p.h"
+#include "platform/uikit/ScreenSight.h"
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QInputMethod>
@@ -95,6 +96,7 @@ void RasterWindow::exposed(UIWindow& owner)
     if (!isExposed())
         return;
     followScale(owner);
+    screenDidChange();
     paintFrame(owner);
     if (!owner_.expired())
         flush(owner, QRect({}, size()));

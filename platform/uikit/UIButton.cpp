@@ -4,6 +4,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/UIBezierPath.h"
+#include "platform/uikit/ControlLook.h"
 #include "platform/uikit/UIImageView.h"
 #include "platform/uikit/UILabel.h"
 
@@ -107,7 +108,7 @@ void UIButton::traitCollectionDidChange(const UITraitCollection& previous)
 void UIButton::updateColors()
 {
     auto foreground = !isEnabled()        ? UIColor::tertiaryLabel()
-        : style_ == UIButtonStyle::filled ? UIColor::white()
+        : style_ == UIButtonStyle::filled ? legibleColor(tintColor())
                                           : tintColor();
     label_->setTextColor(foreground);
     imageView_->setTintColor(foreground);

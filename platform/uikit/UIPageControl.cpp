@@ -16,7 +16,8 @@ namespace {
 
 constexpr CGFloat dot = 7;
 constexpr CGFloat pitchOfDots = 16;
-constexpr CGFloat usualHeight = 26;
+constexpr CGFloat usualHeight = 26, capsuleHeight = 22;
+constexpr CGFloat capsuleMargin = 6; // beside the outer dots' share
 constexpr int edgeDots = 1; // that are small where more follow
 
 } // namespace
@@ -75,13 +76,43 @@ void UIPageControl::setCurrentPageIndicatorTintColor(std::optional<UIColor> colo
     setNeedsDisplay();
 }
 
+void UIPageControl::setBackgroundStyle(UIPageControlBackgroundStyle style)
+{
+    assertOnMainThread();
+    if (std::exchange(backgroundStyle_, style) == style)
+        return;
+    invalidateIntrinsicContentSize();
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void UIPageControl::setHovered(bool isHovered)
+{
+    if (std::exchange(isHovered_, isHovered) != isHovered)
+        setNeedsDisplay();
+}
+
+bool UIPageControl::hasCapsule() const
+{
+    return backgroundStyle_ == UIPageControlBackgroundStyle::prominent
+        || (backgroundStyle_ == UIPageControlBackgroundStyle::automatic && isEnabled()
+            && (isHovered_ || isFirstResponder()));
+}
+
+CGRect UIPageControl::capsule() const
+{
+    auto width = std::min(row().count * pitchOfDots + 2 * capsuleMargin, bounds().width());
+    auto height = std::min(capsuleHeight, bounds().height());
+    return CGRect::make(bounds().midX() - width / 2, bounds().midY() - height / 2, width, height);
+}
+
 // --- Where the dots are --------------------------------------------------------------------------
 
 UIPageControl::Row UIPageControl::row() const
 {
     auto area = bounds();
     Row row;
-    auto room = static_cast<int>(std::clamp(area.width() / pitchOfDots, 1.0, 1e6));
+    auto room = static_cast<int>(std::clamp((area.width() - margins()) / pitchOfDots, 1.0, 1e6));
     row.count = std::min(pages_, room);
     row.first = std::clamp(currentPage() - row.count / 2, 0, std::max(pages_ - row.count, 0));
     row.pitch = isRightToLeft() ? -pitchOfDots : pitchOfDots;
@@ -125,6 +156,12 @@ void UIPageControl::draw(CGContext& context, CGRect)
     auto present = currentColor_.value_or(UIColor::label());
     auto other =
         color_.value_or(isHighContrast(*this) ? UIColor::secondaryLabel() : UIColor::tertiaryLabel());
+    if (hasCapsule()) {
+        auto shape = UIBezierPath::roundedRect(capsule(), capsule().height() / 2);
+        auto ground = UIColor::dynamic(UIColor::gray(1, 0.78), UIColor::gray(0.16, 0.78), UIColor::white(),
+                                       UIColor::black());
+        context.fill(shape, ground);
+    }
     for (int index = 0; index < place.count; ++index) {
         auto page = place.first + index;
         bool isAtEdge = (index < edgeDots && place.first > 0)
@@ -143,10 +180,7 @@ void UIPageControl::draw(CGContext& context, CGRect)
 void UIPageControl::layoutSubviews()
 {
     NumericControl::layoutSubviews();
-    auto width = std::min(sizeForNumberOfPages(pages_).width, bounds().width());
-    ring_->showAround(
-        CGRect::make(bounds().midX() - width / 2, bounds().midY() - usualHeight / 2, width, usualHeight),
-        usualHeight / 2);
+    ring_->showAround(capsule(), capsule().height() / 2);
 }
 
 void UIPageControl::controlStateChanged()
@@ -157,7 +191,13 @@ void UIPageControl::controlStateChanged()
 
 CGSize UIPageControl::intrinsicContentSize() const
 {
-    return sizeForNumberOfPages(pages_);
+    auto size = sizeForNumberOfPages(pages_);
+    return {size.width + margins(), size.height};
+}
+
+CGFloat UIPageControl::margins() const
+{
+    return backgroundStyle_ == UIPageControlBackgroundStyle::prominent ? 2 * capsuleMargin : 0;
 }
 
 CGSize UIPageControl::sizeThatFits(CGSize available) const

@@ -10,6 +10,12 @@ namespace platform {
 
 class FocusRing;
 
+enum class UIPageControlBackgroundStyle {
+    automatic, // prominent while somebody uses it: the pointer is over it or it has the keyboard
+    prominent, // dots on a capsule, to be seen on anything
+    minimal,   // the dots alone
+};
+
 // A row of dots that says which page is seen; a click on a dot, or a drag along them, goes there. Where there are more
 // dots than room those around the present one are shown. Sends valueChanged when the user goes to another page.
 // Main thread only.
@@ -27,6 +33,8 @@ public:
     void setHidesForSinglePage(bool hides);
     void setPageIndicatorTintColor(std::optional<UIColor> color);
     void setCurrentPageIndicatorTintColor(std::optional<UIColor> color); // null: label
+    UIPageControlBackgroundStyle backgroundStyle() const { return backgroundStyle_; }
+    void setBackgroundStyle(UIPageControlBackgroundStyle style); // default automatic
     // Of the dots alone.
     CGSize sizeForNumberOfPages(int pages) const;
 
@@ -35,6 +43,8 @@ public:
     CGSize intrinsicContentSize() const override;
     CGSize sizeThatFits(CGSize available) const override;
     AccessibilityProperties accessibilityNow() const override;
+    void pointerEntered() override { setHovered(true); }
+    void pointerExited() override { setHovered(false); }
     bool accessibilitySetValue(double page) override
     {
         return NumericControl::accessibilitySetValue(page - 1);
@@ -55,11 +65,17 @@ private:
     };
     Row row() const;
     void goTo(CGFloat x);
+    void setHovered(bool isHovered);
+    bool hasCapsule() const;
+    CGRect capsule() const;
+    CGFloat margins() const; // beside the dots
 
     std::shared_ptr<FocusRing> ring_;
     std::optional<UIColor> color_, currentColor_;
     int pages_ = 0;
     bool hidesForSinglePage_ = false;
+    bool isHovered_ = false;
+    UIPageControlBackgroundStyle backgroundStyle_ = UIPageControlBackgroundStyle::automatic;
 };
 
 } // namespace platform

@@ -80,8 +80,6 @@ public:
     explicit Bubble(std::shared_ptr<UIView> content)
         : content_(std::move(content))
     {
-        content_->setCornerRadius(bubbleRadius);
-        content_->setClipsToBounds(true);
         addSubview(content_);
         setShadow(UIViewShadow{.opacity = 0.22, .radius = 12, .offset = {0, 4}});
     }
@@ -261,6 +259,10 @@ CGRect UIPopoverPresentationController::frameOfPresentedViewInContainerView() co
 void UIPopoverPresentationController::containerViewWillLayoutSubviews()
 {
     presentedView(); // made by now
+    auto content = presentedViewController()->view();
+    content->setCornerRadius(bubbleRadius);
+    content->setMaskedCorners(UIRectCorner::allCorners);
+    content->setClipsToBounds(true);
     auto placed = placement();
     bubble_->point(placed.arrow, placed.arrowCenter);
 }

@@ -76,11 +76,15 @@ public:
     }
     void touchesCancelled(UITouch&) override { }
     bool scrollWheel(const UIScrollWheel&) override { return true; }
+    // Of what is presented, something inside may want to end first.
     bool pressesBegan(const UIPress& press) override
     {
         auto presentation = presentation_.lock();
-        return (presentation && press.key == UIKeyCode::escape && press.modifiers.rawValue == 0
-                && presentation->escapePressed())
+        if (!presentation || press.key != UIKeyCode::escape || press.modifiers.rawValue != 0)
+            return UIView::pressesBegan(press);
+        if (press.isRepeat)
+            return true; // held down it is still about what was there before
+        return UIWindow::offerShortcut(*presentation->presentedView(), press) || presentation->escapePressed()
             || UIView::pressesBegan(press);
     }
 
@@ -197,6 +201,9 @@ void UIPresentationController::present(UIWindow& window, Animated animated, Comp
     state_ = State::presenting;
     completions_.push_back(std::move(completion));
     beginPresentation();
+    auto content = presented_->view();
+    formerLook_ = {content->cornerRadius(), content->maskedCorners(), content->clipsToBounds(),
+                   content->autoresizingMask()};
     auto view = presentedView();
     container_ = std::make_shared<Container>(sharedFrom(this));
     container_->setFrame(window.bounds());
@@ -379,6 +386,15 @@ void UIPresentationController::dismiss(Animated animated, Completion completion)
         move(Stage::outside, animated);
 }
 
+void UIPresentationController::restoreLook()
+{
+    auto content = presented_->view();
+    content->setCornerRadius(formerLook_.cornerRadius);
+    content->setMaskedCorners(formerLook_.maskedCorners);
+    content->setClipsToBounds(formerLook_.clips);
+    content->setAutoresizingMask(formerLook_.autoresizing);
+}
+
 void UIPresentationController::abandon()
 {
     if (state_ == State::idle)
@@ -410,6 +426,7 @@ void UIPresentationController::finishDismissing()
     UIView::performWithoutAnimation([&] {
         view->removeFromSuperview();
         place(*view, Stage::shown);
+        restoreLook();
     });
     endPresentation();
     if (presenter && presenter->presentation_.get() == this)

@@ -4,6 +4,7 @@
 #include "platform/foundation/NSObject.h"
 #include "platform/graphics/Geometry.h"
 #include "platform/uikit/AnimationTiming.h"
+#include "platform/uikit/UIView.h"
 #include "platform/uikit/UIViewController.h"
 
 #include <functional>
@@ -84,6 +85,7 @@ private:
     void removePresenter();
     void restorePresenter();
     void settle(UIViewController& controller);
+    void restoreLook();
 
     // fixed after construction
     std::shared_ptr<UIViewController> presented_;
@@ -94,6 +96,14 @@ private:
         0; // counts them: an animation that is over asks whether it is still about this one
     std::shared_ptr<Container> container_;
     std::vector<Completion> completions_;
+    // Of the presented controller's view, before this shaped it: it may be shown elsewhere afterwards.
+    struct Look {
+        CGFloat cornerRadius = 0;
+        UIRectCorner maskedCorners;
+        bool clips = false;
+        UIViewAutoresizing autoresizing;
+    };
+    Look formerLook_;
     std::weak_ptr<UIView> presentersPlace_; // the superview that it was taken out of
     std::size_t presentersIndex_ = 0;
 };

@@ -332,7 +332,7 @@ void UISegmentedControl::updateColors()
         auto& segment = *segments_[static_cast<std::size_t>(index)];
         bool isLight = index == selected_ && pill_->color;
         segment.setTextColor(!isEnabled() || !segment.isOn ? UIColor::tertiaryLabel()
-                                 : isLight                 ? UIColor::white()
+                                 : isLight                 ? legibleColor(*pill_->color)
                                                            : UIColor::label());
         segment.setAlpha(index == pressed_ && index != selected_ ? pressedAlpha : 1);
     }

@@ -45,23 +45,42 @@ void UISplitViewController::viewWillLayoutSubviews()
 void UISplitViewController::arrange()
 {
     const auto own = viewIfLoaded();
-    if (!own || contained_.empty())
+    if (!own || isArranging_)
         return;
-    const CGRect whole = own->bounds();
+    if (std::exchange(wasCollapsed_, isCollapsed()) != isCollapsed() && onCollapseChange) {
+        isArranging_ = true;
+        const auto action = onCollapseChange;
+        action();
+        isArranging_ = false;
+    }
+    placeColumns(*own);
+}
+
+void UISplitViewController::placeColumns(UIView& own)
+{
+    if (contained_.empty())
+        return;
     if (isCollapsed() || contained_.size() == 1) {
         containment::showFilling(*this, contained_, contained_.back());
         return;
     }
+    const CGRect whole = own.bounds();
     const CGFloat primaryWidth = std::min(primaryColumnWidth, whole.size.width * 0.4);
-    const CGFloat secondaryWidth = whole.size.width - primaryWidth;
+    const CGFloat hair = 1 / std::max(traitCollection().displayScale, 1.0);
+    const CGFloat secondaryWidth = whole.size.width - primaryWidth - hair;
     const bool rightToLeft =
-        own->effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
-    const auto place = [&](UIViewController& controller, CGFloat x, CGFloat width) {
-        controller.view()->setAutoresizingMask({});
-        controller.view()->setFrame({{whole.origin.x + x, whole.origin.y}, {width, whole.size.height}});
+        own.effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+    const auto rect = [&](CGFloat x, CGFloat width) {
+        return CGRect::make(whole.minX() + (rightToLeft ? whole.width() - x - width : x), whole.minY(), width,
+                            whole.height());
     };
-    place(*contained_[0], rightToLeft ? secondaryWidth : 0, primaryWidth);
-    place(*contained_[1], rightToLeft ? 0 : primaryWidth, secondaryWidth);
+    const auto place = [&](UIViewController& controller, CGRect frame) {
+        controller.view()->setAutoresizingMask({});
+        controller.view()->setFrame(frame);
+    };
+    place(*contained_[0], rect(0, primaryWidth));
+    place(*contained_[1], rect(primaryWidth + hair, secondaryWidth));
+    own.setBackgroundColor(UIColor::separator()); // seen between the columns
     containment::show(*this, contained_, contained_);
 }
 

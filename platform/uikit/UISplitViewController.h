@@ -4,6 +4,7 @@
 #include "platform/uikit/UIViewController.h"
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -28,12 +29,19 @@ public:
     // Whether there is room for one column only. True before the view is loaded.
     bool isCollapsed() const;
 
+    // Called when there is room for both columns, and was not, or the other way round: during layout, before the columns
+    // get their places, so that what is in them can be moved.
+    std::function<void()> onCollapseChange;
+
     void viewDidLoad() override;
     void viewWillLayoutSubviews() override;
 
 private:
     void arrange();
+    void placeColumns(UIView& own);
 
+    bool wasCollapsed_ = true;
+    bool isArranging_ = false;
     std::array<std::shared_ptr<UIViewController>, 2> columns_;
     std::vector<std::shared_ptr<UIViewController>> contained_;
 };

@@ -5,6 +5,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
 #include "platform/uikit/AccessibilityEvents.h"
+#include "platform/uikit/ScreenSight.h"
 #include "platform/uikit/UIWindow.h"
 #include "platform/uikit/ViewAnimator.h"
 #include "platform/uikit/ViewLayout.h"
@@ -184,8 +185,12 @@ void UIView::setNeedsDisplay(CGRect rect)
 
 void UIView::markPlaceDirty()
 {
+    if (!window_ || isHidden_)
+        return;
     // While all of the window is dirty, as it is at first, there is nothing to find out.
-    if (window_ && !isHidden_ && !window_->isAllDirty())
+    if (window_->isAllDirty())
+        screenDidChange();
+    else
         markDirty(visualBounds());
 }
 

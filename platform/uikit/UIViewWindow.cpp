@@ -42,7 +42,7 @@ void UIView::setWindow(UIWindow* window)
     if (!window) {
         AccessibilityBridge::forget(*this);
         if (animations_)
-            ViewAnimator::removeAll(*this);
+            ViewAnimator::viewLeftWindow(*this);
     }
     for (const auto& subview : subviews_)
         subview->setWindow(window);

@@ -119,8 +119,10 @@ void UIWindow::show()
     layoutObserver_ = RunLoop::main().addBeforeSleepObserver(BeforeSleepPhase::layout, [this] {
         if (!wantsLayout() && appearing_.empty())
             return false;
-        layoutNow(); // this window may be gone
-        return true;
+        auto keptAlive = weak_from_this().lock();
+        layoutNow();
+        // What did not come to rest waits for the next turn, so that the rest goes on.
+        return !wantsLayout();
     });
     inheritTraits();
     // Views that were put in before it could be seen.
@@ -168,6 +170,11 @@ void UIWindow::close()
         handler();
     if (wasOnDesktop)
         UIApplication::shared().remove(*this);
+}
+
+bool UIWindow::isOnScreen() const
+{
+    return isVisible_ && (!backend_ || backend_->isExposed());
 }
 
 bool UIWindow::isKeyWindow() const

@@ -39,6 +39,8 @@ public:
     // painted with `paint`. For pictures and for tests.
     void showOffscreen();
     bool isVisible() const { return isVisible_; }
+    // Visible, and where it is on the desktop the window system shows it: it is not minimised.
+    bool isOnScreen() const;
     bool isKeyWindow() const; // has the keyboard
     // Closes it: disappearance events, then the backing is dropped. onClose is called once. The window may be deleted
     // by its owner inside onClose.
@@ -58,7 +60,7 @@ public:
     std::shared_ptr<UIResponder> firstResponder() const { return firstResponder_.lock(); }
     // Null gives it up. False when the present one refuses to let go or the other does not want it.
     bool makeFirstResponder(std::shared_ptr<UIResponder> responder);
-    // Moves the keyboard to the next view that wants it, in reading order.
+    // Moves the keyboard to the next view that wants it, in reading order, and scrolls so that it is seen.
     enum class FocusDirection { forward, backward };
     void advanceFocus(FocusDirection direction);
 
@@ -69,6 +71,8 @@ public:
     void beginModal(const std::shared_ptr<UIView>& view);
     void endModal(const UIView& view);
     std::shared_ptr<UIView> modalView() const; // null when there is none
+    // Offers the press as a shortcut to a view and those in it that are on screen, the innermost first. True when it was used.
+    static bool offerShortcut(UIView& view, const UIPress& press);
 
     // Edges that the window's own furniture covers.
     void setBaseSafeAreaInsets(UIEdgeInsets insets);

@@ -4,6 +4,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/AccessibilityEvents.h"
+#include "platform/uikit/UIScrollView.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindowDispatch_p.h"
 #include "platform/uikit/WindowBackend.h"
@@ -216,6 +217,25 @@ void collectFocusable(UIView& view, std::vector<std::shared_ptr<UIView>>& found)
         collectFocusable(*subview, found);
 }
 
+// The innermost scroll view first: where the view stands in those around it follows from that.
+void scrollIntoSight(const UIView& view)
+{
+    constexpr CGFloat margin = 12; // points around it
+    std::vector<std::shared_ptr<UIScrollView>> scrollViews;
+    for (auto above = view.superview(); above; above = above->superview()) {
+        if (auto scrollView = std::dynamic_pointer_cast<UIScrollView>(above))
+            scrollViews.push_back(std::move(scrollView));
+    }
+    for (const auto& scrollView : scrollViews) {
+        if (!view.isDescendant(*scrollView))
+            return; // a delegate has taken it away
+        auto place = view.convertTo(view.bounds(), scrollView.get());
+        auto seen = scrollView->bounds().inset(scrollView->adjustedContentInset());
+        if (!seen.contains(place))
+            scrollView->scrollRectToVisible(place.insetBy(-margin, -margin));
+    }
+}
+
 } // namespace
 
 void UIWindow::advanceFocus(FocusDirection direction)
@@ -242,8 +262,9 @@ void UIWindow::advanceFocus(FocusDirection direction)
     auto start = present != order.end() ? present - order.begin() : backwards ? count : -1;
     for (std::ptrdiff_t step = 1; step <= count; ++step) {
         auto index = ((start + (backwards ? -step : step)) % count + count) % count;
-        if (order[static_cast<std::size_t>(index)]->becomeFirstResponder())
-            return;
+        auto& view = order[static_cast<std::size_t>(index)];
+        if (view->becomeFirstResponder())
+            return scrollIntoSight(*view);
     }
 }
 

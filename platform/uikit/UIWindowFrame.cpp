@@ -4,6 +4,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/uikit/ScreenSight.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindowDispatch_p.h"
 #include "platform/uikit/ViewPainter.h"
@@ -31,6 +32,7 @@ void UIWindow::addDirty(CGRect rect)
     auto right = std::ceil(rect.maxX()) + margin, bottom = std::ceil(rect.maxY()) + margin;
     dirty_.add(CGRect::make(left, top, right - left, bottom - top).intersection(all));
     requestFrame();
+    screenDidChange();
 }
 
 void UIWindow::requestFrame()
@@ -56,7 +58,10 @@ void UIWindow::layoutNow()
             PhaseScope scope(*this, Phase::layout);
             layoutIfNeeded();
         }
+        auto cameToRest = !wantsLayout();
         completeAppearances();
+        if (!cameToRest)
+            return; // it has been said; another try has the same end
     }
 }
 

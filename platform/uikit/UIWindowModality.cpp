@@ -67,6 +67,12 @@ std::shared_ptr<UIView> UIWindow::modalView() const
     return nullptr;
 }
 
+bool UIWindow::offerShortcut(UIView& view, const UIPress& press)
+{
+    assertOnMainThread();
+    return view.offerKeyEquivalent(press);
+}
+
 void UIWindow::endModalsBelow(const UIView& view)
 {
     for (const auto& modal : std::vector(dispatch_->modals)) {

@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/DisplayLink.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/ScreenSight.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,6 +38,17 @@ struct ViewAnimator::Engine {
     };
 
     void step(Instant time);
+    void run();
+    void pause(); // until the screen changes, or something ends
+    void setFrameTime(Instant time);
+    std::vector<UIView*> removeFinished();
+    bool isSeen(const UIView::Animations& animations) const;
+    std::optional<Instant> endOf(const UIView::Animations::Movement& movement) const; // none: never
+    bool isFinished(const UIView::Animations::Movement& movement, double elapsed) const
+    {
+        return movement.timing.sample(elapsed).isFinished
+            && (movement.speed == std::array<double, 6>{} || movement.timing.sample(elapsed, 1).isFinished);
+    }
     // The value on screen at the time of the frame, or how fast it moves.
     AnimatableNumbers value(const UIView::Animations::Movement& movement) const;
     std::array<double, 6> speed(const UIView::Animations::Movement& movement) const;
@@ -48,6 +60,8 @@ struct ViewAnimator::Engine {
     std::vector<Scope> scopes;
     std::vector<UIView::Animations*> active;
     Token frames;
+    Token changes; // of the screen, while nothing that moves is seen
+    Token ending;  // of what ends meanwhile
     Instant frameTime{};
 };
 
@@ -62,11 +76,9 @@ UIView::Animations::Animations(UIView& owner)
     : view(owner)
 {
     auto& engine = ViewAnimator::engine();
-    if (engine.active.empty())
-        engine.frameTime = RunLoop::main().clock().now(); // the last frame is long past
-    engine.active.push_back(this);
     if (!engine.frames)
-        engine.frames = DisplayLink::shared().request([&engine](Instant time) { engine.step(time); });
+        engine.run();
+    engine.active.push_back(this);
 }
 
 UIView::Animations::~Animations()
@@ -75,8 +87,85 @@ UIView::Animations::~Animations()
         movement.group->finished = false;
     auto& engine = ViewAnimator::engine();
     std::erase(engine.active, this);
-    if (engine.active.empty())
-        engine.frames.cancel();
+    if (!engine.active.empty())
+        return;
+    for (auto* token : {&engine.frames, &engine.changes, &engine.ending})
+        token->cancel();
+}
+
+void ViewAnimator::Engine::run()
+{
+    changes.cancel();
+    ending.cancel();
+    setFrameTime(RunLoop::main().clock().now()); // the last frame is long past
+    frames = DisplayLink::shared().request([this](Instant time) { step(time); });
+    for (auto* animations : active)
+        animations->view.markPlaceDirty();
+}
+
+// What moves is elsewhere from now on.
+void ViewAnimator::Engine::setFrameTime(Instant time)
+{
+    frameTime = time;
+}
+
+void ViewAnimator::Engine::pause()
+{
+    frames.cancel();
+    changes = whenScreenChanges([this] { run(); });
+    std::optional<Instant> first;
+    for (auto* animations : active) {
+        for (auto& movement : animations->movements) {
+            if (auto end = endOf(movement); end && (!first || *end < *first))
+                first = end;
+        }
+    }
+    if (first)
+        ending = RunLoop::main().schedule(*first, [this] { run(); });
+}
+
+std::optional<Instant> ViewAnimator::Engine::endOf(const UIView::Animations::Movement& movement) const
+{
+    constexpr double longest = 1e8; // seconds
+    double early = 0, late = 1;
+    while (!isFinished(movement, late)) {
+        early = std::exchange(late, late * 2);
+        if (late > longest)
+            return std::nullopt;
+    }
+    constexpr double exactness = 1e-3;
+    while (late - early > exactness) {
+        auto middle = (early + late) / 2;
+        (isFinished(movement, middle) ? late : early) = middle;
+    }
+    return movement.start + std::chrono::ceil<Duration>(std::chrono::duration<double>(late));
+}
+
+// Anywhere on its way: a movement may lead out of the window and back. Springs that swing further than that come back too.
+bool ViewAnimator::Engine::isSeen(const UIView::Animations& animations) const
+{
+    auto& view = animations.view;
+    auto way = placeOnScreen(view);
+    auto reach = std::hypot(way.width(), way.height());
+    for (auto& movement : animations.movements) {
+        for (auto& [x, y, width, height, right, down] : {movement.from.components, movement.to.components}) {
+            if (movement.property == Property::center)
+                way = way.unionWith({{x, y}, {}});
+            else if (movement.property == Property::bounds)
+                reach = std::max(reach, std::hypot(width, height));
+            else if (movement.property == Property::transform) {
+                auto bounds = view.presentationBounds();
+                auto growth = std::hypot(x, y) + std::hypot(width, height); // the columns of the map
+                reach = std::max(
+                    reach, std::hypot(bounds.width(), bounds.height()) * growth + std::hypot(right, down));
+            }
+        }
+    }
+    auto isInPlace = std::ranges::none_of(animations.movements, [](auto& movement) {
+        return movement.property == Property::center || movement.property == Property::bounds
+            || movement.property == Property::transform;
+    });
+    return isInSight(view, isInPlace ? way : way.insetBy(-reach, -reach));
 }
 
 // A spring is linear in its initial speed, so each component moves by its distance times the movement from
@@ -109,23 +198,34 @@ std::array<double, 6> ViewAnimator::Engine::speed(const UIView::Animations::Move
 // are follows `frameTime`, so all report before it moves and all after.
 void ViewAnimator::Engine::step(Instant time)
 {
+    if (std::ranges::none_of(active, [this](auto* animations) { return isSeen(*animations); })) {
+        setFrameTime(time);
+        removeFinished();
+        if (!active.empty())
+            pause();
+        return;
+    }
     for (auto* animations : active)
         animations->view.markPlaceDirty();
-    frameTime = time;
+    setFrameTime(time);
+    for (auto* view : removeFinished())
+        view->markPlaceDirty();
+}
+
+// Gives the views that moved until now.
+std::vector<UIView*> ViewAnimator::Engine::removeFinished()
+{
     std::vector<UIView*> views;
     for (auto* animations : active) {
-        std::erase_if(animations->movements, [&](auto& movement) {
-            return movement.timing.sample(elapsed(movement)).isFinished
-                && (movement.speed == std::array<double, 6>{}
-                    || movement.timing.sample(elapsed(movement), 1).isFinished);
-        });
+        std::erase_if(animations->movements,
+                      [&](auto& movement) { return isFinished(movement, elapsed(movement)); });
         views.push_back(&animations->view);
     }
     for (auto* view : views) {
         if (view->animations_->movements.empty())
             view->animations_.reset();
-        view->markPlaceDirty();
     }
+    return views;
 }
 
 std::optional<AnimatableNumbers> ViewAnimator::presented(const UIView& view, Property property)
@@ -173,6 +273,19 @@ void ViewAnimator::valueChanged(UIView& view, Property property, const Animatabl
 void ViewAnimator::removeAll(UIView& view)
 {
     view.animations_.reset();
+}
+
+void ViewAnimator::viewLeftWindow(UIView& view)
+{
+    auto& movements = view.animations_->movements;
+    std::erase_if(movements, [](auto& movement) {
+        if (std::isinf(movement.timing.repeatCount))
+            return false;
+        movement.group->finished = false;
+        return true;
+    });
+    if (movements.empty())
+        view.animations_.reset();
 }
 
 void UIView::animate(const AnimationTiming& timing, const std::function<void()>& changes,

@@ -20,7 +20,8 @@ struct AnimatableNumbers {
 
 // What is on screen while views move. The views' setters report each change of an animatable value here; from
 // then on the value on screen is a function of the frame's time between the two, until it has arrived. The
-// time is that of the frame being drawn, so all of one frame shows one moment. Main thread only.
+// time is that of the frame being drawn, so all of one frame shows one moment. While nothing that moves is in sight no
+// frames are asked for; what comes back into sight is where it would be by then. Main thread only.
 class ViewAnimator {
 public:
     enum class Property { bounds, center, transform, alpha, backgroundColor, cornerRadius };
@@ -34,9 +35,10 @@ public:
     static void valueChanged(UIView& view, Property property, const AnimatableNumbers& before,
                              const AnimatableNumbers& after);
 
-    // Everything that moves in this view is where it was set; completions are told `false`, later. Called
-    // too when the view leaves its window.
+    // Everything that moves in this view is where it was set; completions are told `false`, later.
     static void removeAll(UIView& view);
+    // The view leaves its window: the same, but for what repeats for ever. That goes on unseen.
+    static void viewLeftWindow(UIView& view); // Requires: something moves in it
 
 private:
     friend class UIView;

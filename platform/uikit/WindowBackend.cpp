@@ -45,6 +45,7 @@ public:
         window_->raise();
         window_->requestActivate();
     }
+    bool isExposed() const override { return window_->isExposed(); }
     void setTitle(const std::string& title) override { window_->setTitle(QString::fromStdString(title)); }
     void setMinimumSize(CGSize size) override
     {

@@ -25,6 +25,7 @@ public:
     // here on.
     virtual void drop() = 0;
     virtual void raise() = 0;
+    virtual bool isExposed() const = 0; // it is mapped, and neither minimised nor on another workspace
     virtual void setTitle(const std::string& title) = 0;
     virtual void setMinimumSize(CGSize size) = 0;
     virtual void setPointer(UIView::Cursor cursor) = 0;

@@ -195,11 +195,11 @@ TEST(UISplitViewController, ShowsBothColumnsWhereThereIsRoom)
     constexpr auto left = Direction::forceLeftToRight;
     constexpr auto right = Direction::forceRightToLeft;
     const std::tuple<const char*, CGFloat, Direction, std::optional<CGRect>, CGRect> cases[] = {
-        {"wide", 1000, left, CGRect::make(0, 0, 320, 400), CGRect::make(320, 0, 680, 400)},
-        {"just wide enough", 600, left, CGRect::make(0, 0, 240, 400), CGRect::make(240, 0, 360, 400)},
-        {"right to left", 1000, right, CGRect::make(680, 0, 320, 400), CGRect::make(0, 0, 680, 400)},
+        {"wide", 1000, left, CGRect::make(0, 0, 320, 400), CGRect::make(321, 0, 679, 400)},
+        {"just wide enough", 600, left, CGRect::make(0, 0, 240, 400), CGRect::make(241, 0, 359, 400)},
+        {"right to left", 1000, right, CGRect::make(680, 0, 320, 400), CGRect::make(0, 0, 679, 400)},
         {"narrow", 599, left, std::nullopt, CGRect::make(0, 0, 599, 400)},
-        {"wide again", 700, left, CGRect::make(0, 0, 280, 400), CGRect::make(280, 0, 420, 400)},
+        {"wide again", 700, left, CGRect::make(0, 0, 280, 400), CGRect::make(281, 0, 419, 400)},
     };
     for (const auto& [name, width, direction, listFrame, detailFrame] : cases) {
         SCOPED_TRACE(name);
