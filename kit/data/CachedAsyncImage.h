@@ -70,9 +70,11 @@ concept MakesViewOfPhase = std::invocable<const MakeContent&, const platform::As
 //
 // It loads when it appears and anew when the request changes, and stops when it leaves the screen. Phases after the first
 // frame come in the transaction's animation, except where the cache has answered. Views that want the same at the same time
-// load it once. Pictures are decoded off the main thread, with as many pixels as the view shows; that of the first frame
-// on it, softer where it is large, until the sharp one is there. Failures (those of the session, AsyncImage::LoadingError)
-// are in the phase only. Main thread only.
+// load it once. Failures (those of the session, AsyncImage::LoadingError) are in the phase only. Main thread only.
+//
+// Pictures are decoded with as many pixels as the view shows, off the main thread; painting waits for one that the cache has
+// had from the first frame on. That is softer for a moment where a JPEG is shown large, and the failure of one that is
+// damaged within can come after that frame. What was decoded last is kept for the views to come, up to 16 MB.
 template <MakesViewOfPhase MakeContent>
 class CachedAsyncImage {
 public:

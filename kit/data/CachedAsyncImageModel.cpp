@@ -13,7 +13,6 @@
 #include <cmath>
 #include <map>
 #include <mutex>
-#include <span>
 #include <utility>
 
 namespace zelk {
@@ -22,21 +21,8 @@ using namespace platform;
 
 namespace {
 
-// A picture of more pixels is refused: 256 MB when decoded whole.
-constexpr long long maximumPixelCount = 64LL * 1024 * 1024;
-// What the first frame has time for: so many pixels as they are, and of a larger picture so many that making fewer of them
-// does not take longer than decoding them.
-constexpr long long firstFramePixelCount = 600'000;
-constexpr double reducedPixelCount = 100'000;
-// A picture is decoded again when it is shown larger than this, compared with what it was decoded for,
-constexpr double toleratedMagnification = 1.25;
-// or when it has so many times the pixels that it needs.
-constexpr long long toleratedWaste = 6;
-
-std::span<const std::byte> bytes(const std::string& data)
-{
-    return std::as_bytes(std::span(data.data(), data.size()));
-}
+// What the first frame has time for, of a picture that comes faster with fewer pixels; all it needs comes a moment later.
+constexpr double firstFramePixelCount = 600'000;
 
 // Two at a time: more would only take memory.
 DispatchQueue& nextDecodingQueue()
@@ -71,6 +57,21 @@ int pixels(CGFloat points, double displayScale)
     return static_cast<int>(std::clamp(std::ceil(points * displayScale - 1e-6), 1.0, most));
 }
 
+AsyncImagePhase phaseOf(const std::optional<ShownPicture>& picture)
+{
+    return picture ? picture->phase() : AsyncImagePhase::failure(AsyncImage::LoadingError());
+}
+
+PixelSize forFirstFrame(const ShownPicture& shown, const std::optional<PixelSize>& needed)
+{
+    auto wanted = needed.value_or(shown.picture->fullSize());
+    auto count = static_cast<double>(wanted.count());
+    if (!shown.picture->isFasterWithFewerPixels() || count <= firstFramePixelCount)
+        return wanted;
+    auto factor = std::sqrt(firstFramePixelCount / count);
+    return {static_cast<int>(wanted.width * factor), static_cast<int>(wanted.height * factor)};
+}
+
 } // namespace
 
 CachedAsyncImageSource makeCachedAsyncImageSource(std::optional<URL> url,
@@ -85,48 +86,25 @@ CachedAsyncImageSource makeCachedAsyncImageSource(std::optional<URL> url,
 }
 
 CachedAsyncImageModel::CachedAsyncImageModel(const CachedAsyncImageSource& source)
+    : phase_(std::make_shared<StateCell<AsyncImagePhase>>(AsyncImagePhase()))
 {
     assertOnMainThread();
     const auto& cache = source.session->configuration().urlCache;
     auto cached = source.request && cache ? cache->cachedResponse(*source.request) : std::nullopt;
-    Decoded first;
-    if (cached)
-        first = decodeForFirstFrame(cached->sharedData(), source.scale);
-    phase_ = std::make_shared<StateCell<AsyncImagePhase>>(std::move(first.phase));
-    shown_ = std::move(first.shown);
-}
-
-CachedAsyncImageModel::Decoded CachedAsyncImageModel::decode(const std::shared_ptr<const std::string>& data,
-                                                             CGFloat scale,
-                                                             std::optional<PixelSize> sufficientSize)
-{
-    auto decoded = decodeImage(
-        bytes(*data),
-        {.scale = scale, .sufficientSize = sufficientSize, .maximumPixelCount = maximumPixelCount});
-    if (!decoded)
-        return {AsyncImagePhase::failure(AsyncImage::LoadingError()), std::nullopt};
-    PixelSize size{decoded->image.pixelWidth(), decoded->image.pixelHeight()};
-    return {AsyncImagePhase::success({.image = std::move(decoded->image)}),
-            Shown{data, scale, decoded->fullSize, size}};
-}
-
-// Nothing is known of the layout yet: a large picture comes with fewer pixels, and all it needs a moment later.
-CachedAsyncImageModel::Decoded
-CachedAsyncImageModel::decodeForFirstFrame(const std::shared_ptr<const std::string>& data, CGFloat scale)
-{
-    auto full = imagePixelSize(bytes(*data));
-    if (!full || full->count() <= firstFramePixelCount)
-        return decode(data, scale, std::nullopt);
-    auto factor = std::sqrt(reducedPixelCount / static_cast<double>(full->count()));
-    return decode(data, scale,
-                  PixelSize{static_cast<int>(full->width * factor), static_cast<int>(full->height * factor)});
+    if (!cached)
+        return;
+    auto& data = cached->sharedData();
+    shown_ = rememberedPicture(data, source.scale);
+    if (!shown_)
+        shown_ = deferredPicture(data, source.scale, std::nullopt);
+    phase_->set(phaseOf(shown_));
 }
 
 void CachedAsyncImageModel::load(const CachedAsyncImageSource& source, std::stop_token token)
 {
     assertOnMainThread();
     if (!source.request)
-        return setPhase({}, source.transaction.animation);
+        return setPhase({}, std::nullopt, source.transaction.animation);
     loadImageData(*source.request, source.session, token,
                   [weakSelf = weak_from_this(), source, token](const ImageLoadOutcome& outcome) {
                       if (auto self = weakSelf.lock())
@@ -137,33 +115,43 @@ void CachedAsyncImageModel::load(const CachedAsyncImageSource& source, std::stop
 void CachedAsyncImageModel::handleOutcome(const CachedAsyncImageSource& source,
                                           const ImageLoadOutcome& outcome, const std::stop_token& token)
 {
+    auto animation = source.transaction.animation;
     if (!outcome.data)
-        return setPhase({AsyncImagePhase::failure(outcome.data.error()), std::nullopt},
-                        source.transaction.animation);
-    auto animation = outcome.isFromLocalCache ? std::nullopt : source.transaction.animation;
+        return setPhase(AsyncImagePhase::failure(outcome.data.error()), std::nullopt, animation);
     // What is shown already came from the same bytes, as a rule, when the cache has answered: then nothing changes.
-    auto shown = shown_ && shown_->scale == source.scale && fits(sufficientSize()) ? shown_ : std::nullopt;
-    nextDecodingQueue().async([weakSelf = weak_from_this(), data = *outcome.data, shown = std::move(shown),
+    auto shown = shown_ && shown_->scale == source.scale ? shown_ : std::nullopt;
+    nextDecodingQueue().async([weakSelf = weak_from_this(), outcome, shown = std::move(shown),
                                needed = sufficientSize(), scale = source.scale, animation, token] {
+        const auto& data = *outcome.data;
         if (token.stop_requested() || (shown && *shown->data == *data))
             return;
-        RunLoop::main().perform(
-            [weakSelf, decoded = decode(data, scale, needed), animation, token]() mutable {
-                if (auto self = weakSelf.lock(); self && !token.stop_requested())
-                    self->setPhase(std::move(decoded), animation);
-            });
+        auto picture = decodedPicture(data, scale, needed);
+        auto isQuiet = outcome.isFromLocalCache && picture;
+        RunLoop::main().perform([weakSelf, picture = std::move(picture),
+                                 animation = isQuiet ? std::nullopt : animation, token]() mutable {
+            if (auto self = weakSelf.lock(); self && !token.stop_requested())
+                self->show(std::move(picture), animation);
+        });
     });
 }
 
-void CachedAsyncImageModel::setPhase(Decoded decoded, const std::optional<Animation>& animation)
+void CachedAsyncImageModel::setPhase(AsyncImagePhase phase, std::optional<ShownPicture> shown,
+                                     const std::optional<Animation>& animation)
 {
     ++change_;
-    shown_ = std::move(decoded.shown);
-    auto set = [this, phase = std::move(decoded.phase)]() mutable { phase_->set(std::move(phase)); };
+    shown_ = std::move(shown);
+    auto set = [this, &phase] { phase_->set(std::move(phase)); };
     if (animation)
         withAnimation(animation, set);
     else
         set();
+}
+
+void CachedAsyncImageModel::show(std::optional<ShownPicture> picture,
+                                 const std::optional<Animation>& animation)
+{
+    auto phase = phaseOf(picture);
+    setPhase(std::move(phase), std::move(picture), animation);
 }
 
 void CachedAsyncImageModel::notePlaced(const ProposedSize& offer, CGSize size, double displayScale)
@@ -171,15 +159,15 @@ void CachedAsyncImageModel::notePlaced(const ProposedSize& offer, CGSize size, d
     offer_ = offer;
     placedSize_ = size;
     displayScale_ = displayScale;
-    if (shown_ && !fits(sufficientSize()))
-        refit();
+    refitIfNeeded();
 }
 
 // In pixels; none means all of them.
 std::optional<PixelSize> CachedAsyncImageModel::sufficientSize() const
 {
-    if (shown_) // the picture is there, and the layout knows it
-        return PixelSize{pixels(placedSize_.width, displayScale_), pixels(placedSize_.height, displayScale_)};
+    if (shown_ && placedSize_) // the picture is there, and the layout knows it
+        return PixelSize{pixels(placedSize_->width, displayScale_),
+                         pixels(placedSize_->height, displayScale_)};
     auto isKnown = [](const std::optional<CGFloat>& length) { return length && std::isfinite(*length); };
     if (!isKnown(offer_.width) && !isKnown(offer_.height))
         return std::nullopt;
@@ -187,39 +175,33 @@ std::optional<PixelSize> CachedAsyncImageModel::sufficientSize() const
                      isKnown(offer_.height) ? pixels(*offer_.height, displayScale_) : 1};
 }
 
-// Whether what is shown has the pixels that are needed, and not many more. Requires: a picture is shown.
-bool CachedAsyncImageModel::fits(const std::optional<PixelSize>& needed) const
-{
-    auto suffices = [](int has, int full, int wanted) {
-        return has >= full || wanted <= has * toleratedMagnification;
-    };
-    auto wanted = needed.value_or(shown_->fullSize);
-    // Of what covers the place on both axes.
-    auto factor = std::max(static_cast<double>(wanted.width) / shown_->fullSize.width,
-                           static_cast<double>(wanted.height) / shown_->fullSize.height);
-    auto enough = factor * factor * static_cast<double>(shown_->fullSize.count());
-    return suffices(shown_->size.width, shown_->fullSize.width, wanted.width)
-        && suffices(shown_->size.height, shown_->fullSize.height, wanted.height)
-        && static_cast<double>(shown_->size.count()) <= toleratedWaste * std::max(enough, 1.0);
-}
-
 // Called during layout: changes nothing at once.
-void CachedAsyncImageModel::refit()
+void CachedAsyncImageModel::refitIfNeeded()
 {
-    if (std::exchange(isRefitting_, true))
+    auto needed = sufficientSize();
+    if (!shown_ || (shown_->size && shown_->fits(needed)) || std::exchange(refitting_, change_) == change_)
         return;
-    nextDecodingQueue().async(
-        [weakSelf = weak_from_this(), shown = *shown_, needed = sufficientSize(), change = change_] {
-            RunLoop::main().perform(
-                [weakSelf, decoded = decode(shown.data, shown.scale, needed), change]() mutable {
-                    auto self = weakSelf.lock();
-                    if (!self)
-                        return;
-                    self->isRefitting_ = false;
-                    if (self->change_ == change && decoded.shown)
-                        self->setPhase(std::move(decoded), std::nullopt);
-                });
+    auto isFirst = !shown_->size;
+    if (isFirst)
+        shown_->picture->setSufficientSize(forFirstFrame(*shown_, needed));
+    nextDecodingQueue().async([weakSelf = weak_from_this(), shown = *shown_, needed, isFirst,
+                               change = change_]() mutable {
+        if (weakSelf.expired())
+            return; // it has scrolled by
+        auto picture = isFirst ? decoded(std::move(shown)) : decodedPicture(shown.data, shown.scale, needed);
+        RunLoop::main().perform([weakSelf, picture = std::move(picture), isFirst, change]() mutable {
+            auto self = weakSelf.lock();
+            if (!self || self->change_ != change)
+                return;
+            if (isFirst && picture) {
+                self->shown_ = std::move(picture); // as it is on screen
+                self->refitting_.reset();
+            } else if (isFirst || picture) {
+                self->show(std::move(picture), std::nullopt);
+            }
+            self->refitIfNeeded();
         });
+    });
 }
 
 void CachedAsyncImageState::connect(ViewNode& node, std::shared_ptr<void>& storage)

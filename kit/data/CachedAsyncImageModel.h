@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/graphics/decodeImage.h"
+#include "kit/data/ShownPicture.h"
+
 #include "platform/network/URLSession.h"
 #include "platform/swiftui/AsyncImagePhase.h"
 #include "platform/swiftui/ProposedSize.h"
@@ -56,36 +57,22 @@ public:
     void notePlaced(const platform::ProposedSize& offer, platform::CGSize size, double displayScale);
 
 private:
-    // A picture and what it was decoded from.
-    struct Shown {
-        std::shared_ptr<const std::string> data;
-        platform::CGFloat scale = 1;
-        platform::PixelSize fullSize;
-        platform::PixelSize size;
-    };
-    struct Decoded {
-        platform::AsyncImagePhase phase;
-        std::optional<Shown> shown; // none: a failure
-    };
-    static Decoded decode(const std::shared_ptr<const std::string>& data, platform::CGFloat scale,
-                          std::optional<platform::PixelSize> sufficientSize);
-    static Decoded decodeForFirstFrame(const std::shared_ptr<const std::string>& data,
-                                       platform::CGFloat scale);
-
     void handleOutcome(const CachedAsyncImageSource& source, const ImageLoadOutcome& outcome,
                        const std::stop_token& token);
-    void setPhase(Decoded decoded, const std::optional<platform::Animation>& animation);
+    void setPhase(platform::AsyncImagePhase phase, std::optional<ShownPicture> shown,
+                  const std::optional<platform::Animation>& animation);
+    // Nothing: it is damaged.
+    void show(std::optional<ShownPicture> picture, const std::optional<platform::Animation>& animation);
     std::optional<platform::PixelSize> sufficientSize() const;
-    bool fits(const std::optional<platform::PixelSize>& needed) const;
-    void refit();
+    void refitIfNeeded();
 
     std::shared_ptr<platform::StateCell<platform::AsyncImagePhase>> phase_;
-    std::optional<Shown> shown_;
+    std::optional<ShownPicture> shown_; // none: the phase has no picture
     platform::ProposedSize offer_;
-    platform::CGSize placedSize_;
+    std::optional<platform::CGSize> placedSize_; // none: it never was, as among the views of a list of them
     double displayScale_ = 1;
-    bool isRefitting_ = false;
-    std::uint64_t change_ = 0; // of the phase; what was begun before the last one is forgotten
+    std::uint64_t change_ = 0;               // of the phase; what was begun before the last one is forgotten
+    std::optional<std::uint64_t> refitting_; // the change that is being decoded for its place
 };
 
 // The state of the view: its model, made when the view is mounted. A dynamic property.

@@ -34,23 +34,23 @@ UIImage UIImage::fromPixels(std::span<const std::byte> rgba, int width, int heig
 
 CGSize UIImage::size() const
 {
-    return {pixelWidth() / scale_, pixelHeight() / scale_};
+    return bitmap_ ? CGSize{bitmap_->size().width() / scale_, bitmap_->size().height() / scale_} : CGSize();
 }
 
 int UIImage::pixelWidth() const
 {
-    return bitmap_ ? bitmap_->image.width() : 0;
+    return bitmap_ ? bitmap_->image().width() : 0;
 }
 
 int UIImage::pixelHeight() const
 {
-    return bitmap_ ? bitmap_->image.height() : 0;
+    return bitmap_ ? bitmap_->image().height() : 0;
 }
 
 UIColor UIImage::pixel(int x, int y) const
 {
     precondition(x >= 0 && y >= 0 && x < pixelWidth() && y < pixelHeight(), "pixel outside of the picture");
-    auto color = bitmap_->image.pixelColor(x, y);
+    auto color = bitmap_->image().pixelColor(x, y);
     return {color.redF(), color.greenF(), color.blueF(), color.alphaF()};
 }
 
@@ -74,12 +74,13 @@ bool operator==(const UIImage& a, const UIImage& b)
         return false;
     if (a.bitmap_ == b.bitmap_)
         return true;
-    return a.bitmap_ && b.bitmap_ && a.bitmap_->image == b.bitmap_->image;
+    auto isComparable = [](const UIImage& each) { return each.bitmap_ && !each.bitmap_->isPending(); };
+    return isComparable(a) && isComparable(b) && a.bitmap_->image() == b.bitmap_->image();
 }
 
 QImage qImage(const UIImage& image)
 {
-    return image.bitmap() ? image.bitmap()->image : QImage();
+    return image.bitmap() ? image.bitmap()->image() : QImage();
 }
 
 UIImage imageFrom(QImage image, CGFloat scale)
@@ -88,7 +89,7 @@ UIImage imageFrom(QImage image, CGFloat scale)
         return {};
     image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
     image.setDevicePixelRatio(1);
-    return UIImage(std::make_shared<const Bitmap>(Bitmap{std::move(image)}), scale);
+    return UIImage(std::make_shared<const Bitmap>(std::move(image)), scale);
 }
 
 Result<UIImage> makeImage(CGSize size, CGFloat scale, const std::function<void(CGContext&)>& draw,

@@ -2,8 +2,9 @@
 // Pictures from files and to files. The bytes are a stranger's.
 #include "platform/graphics/UIImage_p.h"
 
+#include "platform/graphics/decodeImage.h"
+
 #include <QtCore/QBuffer>
-#include <QtGui/QImageReader>
 
 #include <atomic>
 #include <cerrno>
@@ -66,14 +67,6 @@ std::unexpected<Error> writeFailure(int code, std::string_view path)
     return failure(NSError(NSPOSIXErrorDomain, code, about(path, std::strerror(code))));
 }
 
-// Formats that hold pixels and nothing else. Drawings can name other files, so they are not among them.
-bool isPixelFormat(const QByteArray& format)
-{
-    constexpr const char* formats[]{"png", "jpeg", "jpg", "gif", "bmp", "ico", "webp"};
-    return std::any_of(std::begin(formats), std::end(formats),
-                       [&format](const char* name) { return format == name; });
-}
-
 bool writeAll(int descriptor, std::string_view bytes)
 {
     while (!bytes.empty()) {
@@ -91,23 +84,7 @@ bool writeAll(int descriptor, std::string_view bytes)
 
 Result<UIImage> UIImage::fromData(std::span<const std::byte> data, CGFloat scale)
 {
-    auto bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(data.data()),
-                                         static_cast<qsizetype>(data.size()));
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    if (!reader.canRead() || !isPixelFormat(reader.format()))
-        return failure(NSCocoaError::fileReadCorruptFile, about({}, "The data is no picture."));
-    // Asked before anything is decoded: a few bytes can promise a terabyte.
-    auto size = reader.size();
-    if (static_cast<long long>(size.width()) * size.height() > maximumPixelCount)
-        return failure(NSCocoaError::fileReadTooLarge, about({}, "The picture has too many pixels."));
-    auto image = reader.read();
-    if (image.isNull())
-        return failure(NSCocoaError::fileReadCorruptFile, about({}, "The picture is damaged."));
-    return imageFrom(std::move(image), scale);
+    return TRY(decodeImage(data, {.scale = scale})).image;
 }
 
 Result<UIImage> UIImage::fromFile(std::string_view path, CGFloat scale)
@@ -149,7 +126,7 @@ std::string UIImage::pngData() const
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     // Light compression: a third larger than the best, and five times as fast.
-    bitmap_->image.save(&buffer, "PNG", 80);
+    bitmap_->image().save(&buffer, "PNG", 80);
     return std::string(bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }
 

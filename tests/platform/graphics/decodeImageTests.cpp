@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/graphics/decodeImage.h"
+#include "platform/graphics/DeferredImage.h"
 
 #include <gtest/gtest.h>
 
@@ -108,6 +108,50 @@ TEST(DecodeImageTests, WhatClaimsTooMuchIsRefusedByItsHeadAndWhatIsBrokenIsRefus
                                    {.sufficientSize = PixelSize{10, 10}, .maximumPixelCount = test.limit});
         ASSERT_FALSE(decoded) << test.name;
         EXPECT_EQ(decoded.error().bridged(), NSError(test.expected)) << test.name;
+    }
+}
+
+TEST(DecodeImageTests, ADeferredPictureIsLaidOutFirstAndDecodedOnceForItsPlace)
+{
+    struct Case {
+        const char* name;
+        std::string data;
+        std::optional<NSCocoaError> refusal; // at once
+        std::optional<PixelSize> decoded;    // nothing: it is damaged
+    };
+    const auto png = picture(800, 400, "PNG");
+    auto crooked = png;
+    crooked[png.size() / 2] ^= 0x55;
+    const Case cases[] = {
+        {"PNG", png, std::nullopt, PixelSize{200, 100}},
+        {"JPEG, on its side", onItsSide(picture(400, 800, "JPEG")), std::nullopt, PixelSize{200, 100}},
+        {"a bitmap, of which the end says nothing", picture(800, 400, "BMP"), std::nullopt,
+         PixelSize{800, 400}},
+        {"damaged within", crooked, std::nullopt, std::nullopt},
+        {"half a picture", png.substr(0, png.size() / 2), NSCocoaError::fileReadCorruptFile, {}},
+        {"a chunk that is longer than all", std::string(png).replace(33, 4, "\xff\xff\xff\xff"),
+         NSCocoaError::fileReadCorruptFile, std::nullopt},
+        {"nothing", "", NSCocoaError::fileReadCorruptFile, std::nullopt},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.name);
+        auto made = DeferredImage::make(std::make_shared<const std::string>(test.data), {.scale = 2});
+        ASSERT_EQ(made.has_value(), !test.refusal);
+        if (test.refusal) {
+            EXPECT_EQ(made.error().bridged(), NSError(*test.refusal));
+            continue;
+        }
+        auto& deferred = **made;
+        EXPECT_EQ(deferred.image().size(), (CGSize{400, 200})) << "though nothing is decoded";
+        deferred.setSufficientSize(PixelSize{200, 100});
+        std::optional<PixelSize> other;
+        std::thread thread([&] { other = deferred.decode(); });
+        EXPECT_EQ(deferred.decode(), test.decoded);
+        thread.join();
+        EXPECT_EQ(other, test.decoded);
+        deferred.setSufficientSize(std::nullopt);
+        EXPECT_EQ(deferred.decode(), test.decoded) << "that comes too late";
+        EXPECT_EQ(deferred.image().size(), (CGSize{400, 200}));
     }
 }
 
