@@ -19,7 +19,7 @@ CGRect placeOnScreen(const UIView& view);
 // coordinates. Conversions of UIView go by where views are going instead.
 CGRect rectOnScreen(const UIView& view, CGRect rect);
 
-// Whether a part of `place` (the superview's coordinates) may be seen: the view is in a window that the window system shows,
+// Whether a part of `place` (the superview's coordinates) may be seen: the view is in a window that is not minimised,
 // neither it nor one around it is hidden or clear, and nothing clips the place away or stands before all of it. The view's
 // own alpha does not count: it may be what moves.
 bool isInSight(const UIView& view, CGRect place);

@@ -174,7 +174,7 @@ void UIWindow::close()
 
 bool UIWindow::isOnScreen() const
 {
-    return isVisible_ && (!backend_ || backend_->isExposed());
+    return !isClosed_ && (!backend_ || backend_->isExposed());
 }
 
 bool UIWindow::isKeyWindow() const

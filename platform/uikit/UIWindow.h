@@ -39,7 +39,7 @@ public:
     // painted with `paint`. For pictures and for tests.
     void showOffscreen();
     bool isVisible() const { return isVisible_; }
-    // Visible, and where it is on the desktop the window system shows it: it is not minimised.
+    // Not closed and, where it has a place on the desktop, shown there: neither minimised nor still to be mapped.
     bool isOnScreen() const;
     bool isKeyWindow() const; // has the keyboard
     // Closes it: disappearance events, then the backing is dropped. onClose is called once. The window may be deleted
