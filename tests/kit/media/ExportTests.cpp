@@ -10,13 +10,13 @@
 #include "platform/avfoundation/AVError.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/foundation/FileManager.h"
+#include "tests/support/EnvironmentOverride.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/MediaInspection.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <atomic>
-#include <csignal>
 #include <future>
-#include <sys/resource.h>
 
 using namespace platform;
 using namespace tests;
@@ -33,9 +33,6 @@ const std::string film = "-f lavfi -i testsrc2=s=96x64:r=25:d=2 -f lavfi -i sine
 
 // Exports to a temporary folder of its own.
 struct Exports {
-    Exports() { ::setenv("TMPDIR", folder.path().c_str(), 1); }
-    ~Exports() { ::unsetenv("TMPDIR"); }
-
     static Outcome run(Export* operation, const std::shared_ptr<AVAsset>& asset,
                        const CMTimeRange& range = everything)
     {
@@ -51,6 +48,7 @@ struct Exports {
     }
 
     TemporaryDirectory folder;
+    EnvironmentOverride environment{"TMPDIR", folder.path()};
 };
 
 std::shared_ptr<AVAsset> assetAt(const std::string& path)
@@ -241,22 +239,15 @@ TEST(ExportTests, A_folder_that_takes_no_file_and_a_disk_that_is_full_are_one_er
 {
     auto asset = assetAt(mediaFixture("mov", film + "-c:v mjpeg -c:a pcm_s16le"));
     Exports exports;
-    ::setenv("TMPDIR", "/proc/self", 1); // where nobody can make one
+    {
+        EnvironmentOverride environment("TMPDIR", "/proc/self"); // where nobody can make one
+        EXPECT_FALSE(exports.run(exportAudio, asset));
+        EXPECT_FALSE(exports.run(exportVideo, asset));
+    }
+
+    FullDisk disk(20'000);
     EXPECT_FALSE(exports.run(exportAudio, asset));
     EXPECT_FALSE(exports.run(exportVideo, asset));
-    ::setenv("TMPDIR", exports.folder.path().c_str(), 1);
-
-    auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small{20'000, before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    auto audio = exports.run(exportAudio, asset);
-    auto video = exports.run(exportVideo, asset);
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_FALSE(audio);
-    EXPECT_FALSE(video);
     EXPECT_EQ(exports.fileCount(), 1); // what was written of the sound; the movie is gone
     EXPECT_LE(std::filesystem::file_size(std::filesystem::directory_iterator(exports.place())->path()),
               20'000U);

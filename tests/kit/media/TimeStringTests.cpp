@@ -8,9 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <limits>
 #include <thread>
-#include <vector>
 
 namespace zelk {
 
@@ -97,13 +95,6 @@ TEST(TimeStringTests, Positions_that_have_no_layout_stop_the_process)
     EXPECT_DEATH(positionalString(1, {milliseconds, {}, ".", -1}), "negative number of digits");
     EXPECT_DEATH(toTimeString(notANumber, {}), "cannot be written");
     EXPECT_DEATH(toTimeString(1, {.allowedUnits = Unit::era}), "cannot be written");
-}
-
-TEST(TimeStringTests, A_length_is_written_by_its_three_settings)
-{
-    using Zeros = platform::DateComponentsFormatter::ZeroFormattingBehavior;
-    EXPECT_EQ(toTimeString(3605, {Unit::minute | Unit::second, Style::full}), "60 minutes, 5 seconds");
-    EXPECT_EQ(toTimeString(65, {Unit::minute | Unit::second, Style::positional, Zeros::pad}), "01:05");
 }
 
 TEST(TimeStringTests, Unit_titles_are_the_words_beside_a_count)

@@ -5,6 +5,7 @@
 #include "platform/graphics/GraphicsRuntime_p.h"
 #include "platform/uikit/OpenURIPortal_p.h"
 #include "platform/uikit/UIApplication.h"
+#include "tests/support/EnvironmentOverride.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -20,28 +21,7 @@ namespace {
 
 using namespace platform;
 
-// The environment of one test, put back with it.
-class Environment {
-public:
-    explicit Environment(const std::map<std::string, std::string>& variables)
-    {
-        for (const auto& [name, value] : variables) {
-            const char* present = std::getenv(name.c_str());
-            former_[name] = present ? std::optional<std::string>(present) : std::nullopt;
-            ::setenv(name.c_str(), value.c_str(), 1);
-        }
-    }
-    ~Environment()
-    {
-        for (const auto& [name, value] : former_)
-            value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
-    }
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-
-private:
-    std::map<std::string, std::optional<std::string>> former_;
-};
+using Environment = tests::EnvironmentOverride;
 
 void makeProgram(const tests::TemporaryDirectory& folder, std::string_view name, std::string_view script)
 {
