@@ -75,9 +75,9 @@ TEST(Snapshot, shows_the_controller_as_a_window_would_and_lets_it_go)
         CGSize laidOut;
     };
     auto subject = std::make_shared<Subject>();
-    UITraitCollection dark;
-    dark.userInterfaceStyle = UIUserInterfaceStyle::dark;
-    auto image = snapshot(subject, {.size = {40, 30}, .scale = 2, .traits = dark});
+    auto image = snapshot(
+        subject,
+        {.size = {40, 30}, .scale = 2, .traits = {.userInterfaceStyle = UIUserInterfaceStyle::dark}});
     ASSERT_TRUE(image.has_value());
     EXPECT_EQ(subject->log, "appeared disappeared ");
     EXPECT_EQ(subject->laidOut, (CGSize{40, 30}));

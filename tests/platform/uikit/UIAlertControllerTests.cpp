@@ -235,9 +235,7 @@ TEST(UIAlertController, tells_readers_what_it_is_and_lets_them_press)
 TEST(UIAlertController, moves_only_where_motion_is_welcome)
 {
     for (auto isReduced : {false, true}) {
-        UITraitCollection traits;
-        traits.prefersReducedMotion = isReduced;
-        Shown shown({"OK"}, Style::alert, {480, 400}, traits);
+        Shown shown({"OK"}, Style::alert, {480, 400}, {.prefersReducedMotion = isReduced});
         auto root = shown.alert->presentingViewController();
         root->dismiss(Animated::no);
         root->present(shown.alert, Animated::yes);

@@ -17,9 +17,7 @@ constexpr auto nan = std::numeric_limits<CGFloat>::quiet_NaN();
 
 UITraitCollection still()
 {
-    UITraitCollection traits;
-    traits.prefersReducedMotion = true;
-    return traits;
+    return {.prefersReducedMotion = true};
 }
 
 struct Scrolling : Stage {

@@ -106,9 +106,7 @@ TEST(UIWindow, does_not_draw_what_an_opaque_view_covers)
 
 TEST(UIWindow, gives_a_view_the_dirty_part_of_it_and_marks_made_meanwhile_to_the_next_frame)
 {
-    UITraitCollection traits;
-    traits.displayScale = 1.25; // a pixel is no whole part of a point
-    ViewHarness harness({100, 100}, traits);
+    ViewHarness harness({100, 100}, {.displayScale = 1.25}); // a pixel is no whole part of a point
     auto root = std::make_shared<UIView>();
     auto drawn = std::make_shared<DrawnView>(CGRect::make(10, 10, 50, 50));
     drawn->setBounds(CGRect::make(0, 300, 50, 50)); // scrolled
@@ -261,9 +259,7 @@ TEST(UIWindow, moves_the_keyboard_by_tab_in_reading_order)
     press(0, 4);
     press(UIKeyModifierFlags::shift, 3);
     EXPECT_EQ(order, "abcacba");
-    UITraitCollection mirrored;
-    mirrored.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
-    harness.window().setBaseTraits(mirrored);
+    harness.window().setBaseTraits({.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft});
     press(0, 1);
     EXPECT_EQ(order.back(), 'c') << "a is the last of its line now";
 }
