@@ -54,6 +54,15 @@ void MediaLibraryController::showMessage(std::string text)
         showFiles();
 }
 
+void MediaLibraryController::setWaiting(bool waiting)
+{
+    isWaiting_ = waiting;
+    if (!isViewLoaded())
+        return;
+    startListing();
+    showFiles();
+}
+
 void MediaLibraryController::viewDidLoad()
 {
     // The views do not outlive the controller's own.
@@ -96,7 +105,7 @@ void MediaLibraryController::viewDidLoad()
 
 void MediaLibraryController::startListing()
 {
-    if (message_)
+    if (message_ || isWaiting_ || std::exchange(isListing_, true))
         return;
     auto self = std::static_pointer_cast<MediaLibraryController>(shared_from_this());
     DispatchQueue::make("org.zelk.platform.media-listing")
@@ -127,9 +136,9 @@ void MediaLibraryController::showFiles()
         std::ranges::copy_if(files_, std::back_inserter(shown), [&](const LibraryFile& file) {
             return file.isVideo ? kinds.videos : kinds.photos;
         });
-    auto isWaiting = !isListed_ && !message_;
-    isWaiting ? wheel_->startAnimating() : wheel_->stopAnimating();
-    empty_->setHidden(isWaiting || !shown.empty());
+    auto isBusy = !isListed_ && !message_;
+    isBusy ? wheel_->startAnimating() : wheel_->stopAnimating();
+    empty_->setHidden(isBusy || !shown.empty());
     empty_->setText(message_.value_or(mediaPickerText(MediaPickerText::noMedia)));
     auto hasKeyboard = grid_->isFirstResponder();
     grid_->setHidden(shown.empty());

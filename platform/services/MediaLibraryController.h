@@ -33,6 +33,8 @@ public:
 
     // Says this in place of any media.
     void showMessage(std::string text);
+    // While it waits it shows that it is busy, and looks for no media.
+    void setWaiting(bool waiting);
 
     void loadView() override;
     void viewDidLoad() override;
@@ -53,7 +55,7 @@ private:
     std::shared_ptr<UILabel> empty_;
     std::shared_ptr<UIActivityIndicatorView> wheel_;
     std::vector<LibraryFile> files_;
-    bool isListed_ = false;
+    bool isWaiting_ = false, isListing_ = false, isListed_ = false;
     std::stop_source listing_;
 };
 

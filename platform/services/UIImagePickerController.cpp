@@ -2,7 +2,10 @@
 #include "platform/services/UIImagePickerController.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/services/MediaFileChooser.h"
 #include "platform/services/MediaLibraryController.h"
+#include "platform/services/PhotoCropController.h"
+#include "platform/services/PortalFileChooser_p.h"
 #include "platform/services/VideoTrimController.h"
 #include "platform/services/mediaPickerText_p.h"
 
@@ -18,6 +21,21 @@ namespace {
 bool offers(const std::vector<std::string>& types, std::string_view type)
 {
     return std::ranges::find(types, type) != types.end();
+}
+
+std::shared_ptr<MediaFileChooser>& givenChooser()
+{
+    static std::shared_ptr<MediaFileChooser> chooser;
+    return chooser;
+}
+
+UIImagePickerInfo infoOf(const LibraryFile& file, const URL& given)
+{
+    UIImagePickerInfo info;
+    info.emplace(UIImagePickerInfoKey::mediaType, std::string(file.isVideo ? kUTTypeMovie : kUTTypeImage));
+    info.emplace(file.isVideo ? UIImagePickerInfoKey::mediaURL : UIImagePickerInfoKey::imageURL, given);
+    info.emplace(UIImagePickerInfoKey::referenceURL, URL::fileURL(file.path));
+    return info;
 }
 
 } // namespace
@@ -51,39 +69,128 @@ void UIImagePickerController::viewWillAppear(Animated animated)
     isOver_ = false;
 }
 
+void UIImagePickerController::setFileChooser(std::shared_ptr<MediaFileChooser> chooser)
+{
+    assertOnMainThread();
+    givenChooser() = std::move(chooser);
+}
+
+MediaKinds UIImagePickerController::kinds() const
+{
+    return {.photos = offers(mediaTypes, kUTTypeImage), .videos = offers(mediaTypes, kUTTypeMovie)};
+}
+
 void UIImagePickerController::showLibrary()
 {
-    auto kinds =
-        MediaKinds{.photos = offers(mediaTypes, kUTTypeImage), .videos = offers(mediaTypes, kUTTypeMovie)};
-    auto library = std::make_shared<MediaLibraryController>(kinds);
-    if (!isSourceTypeAvailable(sourceType))
-        library->showMessage(mediaPickerText(MediaPickerText::noCamera));
+    library_ = std::make_shared<MediaLibraryController>(kinds());
+    auto isAvailable = isSourceTypeAvailable(sourceType);
+    if (!isAvailable)
+        library_->showMessage(mediaPickerText(MediaPickerText::noCamera));
+    auto isKnown = kinds().photos || kinds().videos;
+    if (isAvailable && isKnown && !prefersEmbeddedLibrary)
+        chooser_ = givenChooser() ? givenChooser() : PortalFileChooser::ofDesktop();
+    library_->setWaiting(chooser_ != nullptr);
     auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
-    library->onPick = [weak = std::weak_ptr(self)](const LibraryFile& file) {
+    library_->onPick = [weak = std::weak_ptr(self)](const LibraryFile& file) {
         if (auto picker = weak.lock())
             picker->pick(file);
     };
-    library->onCancel = [weak = std::weak_ptr(self)] {
+    library_->onCancel = [weak = std::weak_ptr(self)] {
         if (auto picker = weak.lock())
             picker->cancel();
     };
-    setViewControllers({library});
+    setViewControllers({library_});
+}
+
+void UIImagePickerController::viewDidAppear(Animated animated)
+{
+    UINavigationController::viewDidAppear(animated);
+    if (topViewController() == library_)
+        askDesktop();
+}
+
+// What the desktop's dialog cannot do, the page does.
+void UIImagePickerController::askDesktop()
+{
+    if (!chooser_ || asking_ || isOver_)
+        return;
+    auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
+    auto question = MediaFileChooser::Question{library_->title(), kinds(), view()->window()};
+    asking_ = chooser_->ask(
+        question,
+        [weak = std::weak_ptr(self)](MediaFileChooser::Outcome outcome, std::optional<LibraryFile> file) {
+            auto picker = weak.lock();
+            if (!picker)
+                return;
+            picker->asking_.cancel();
+            if (outcome == MediaFileChooser::Outcome::picked && file)
+                return picker->pick(*file);
+            if (outcome == MediaFileChooser::Outcome::cancelled)
+                return picker->cancel();
+            if (outcome == MediaFileChooser::Outcome::unusable)
+                return picker->finish({});
+            picker->chooser_ = nullptr;
+            picker->library_->setWaiting(false);
+        });
 }
 
 void UIImagePickerController::pick(const LibraryFile& file)
 {
-    auto url = URL::fileURL(file.path);
-    UIImagePickerInfo info;
-    info.emplace(UIImagePickerInfoKey::mediaType, std::string(file.isVideo ? kUTTypeMovie : kUTTypeImage));
-    info.emplace(file.isVideo ? UIImagePickerInfoKey::mediaURL : UIImagePickerInfoKey::imageURL, url);
-    info.emplace(UIImagePickerInfoKey::referenceURL, URL::fileURL(file.path));
-    finish(info);
+    if (!allowsEditing)
+        finish(infoOf(file, URL::fileURL(file.path)));
+    else if (file.isVideo)
+        showTrimmer(file);
+    else
+        showCrop(file);
+}
+
+void UIImagePickerController::showCrop(const LibraryFile& file)
+{
+    auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
+    auto page = std::make_shared<PhotoCropController>(
+        file.path, [weak = std::weak_ptr(self), file](std::optional<PhotoCrop> crop) {
+            auto picker = weak.lock();
+            if (!picker)
+                return;
+            if (!crop)
+                return picker->backToLibrary();
+            auto info = infoOf(file, URL::fileURL(file.path));
+            info.emplace(UIImagePickerInfoKey::originalImage, std::move(crop->originalImage));
+            info.emplace(UIImagePickerInfoKey::editedImage, std::move(crop->editedImage));
+            info.emplace(UIImagePickerInfoKey::cropRect, crop->cropRect);
+            picker->finish(info);
+        });
+    pushViewController(std::move(page), Animated::yes);
+}
+
+void UIImagePickerController::showTrimmer(const LibraryFile& file)
+{
+    auto page = std::make_shared<VideoTrimController>(VideoTrimController::Options{
+        .path = file.path, .longest = videoMaximumDuration, .preset = videoExportPreset});
+    auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
+    page->onFinish = [weak = std::weak_ptr(self), file](const Result<std::string>& trimmed) {
+        // A film that cannot be cut is handed out by nobody: it comes without a file.
+        if (auto picker = weak.lock())
+            picker->finish(trimmed ? infoOf(file, URL::fileURL(*trimmed)) : UIImagePickerInfo{});
+    };
+    page->onCancel = [weak = std::weak_ptr(self)] {
+        if (auto picker = weak.lock())
+            picker->backToLibrary();
+    };
+    pushViewController(std::move(page), Animated::yes);
+}
+
+void UIImagePickerController::backToLibrary()
+{
+    setViewControllers({library_}, Animated::yes);
+    askDesktop();
 }
 
 void UIImagePickerController::finish(const UIImagePickerInfo& info)
 {
     if (std::exchange(isOver_, true))
         return;
+    asking_.cancel();
     auto kept = shared_from_this();
     if (auto told = delegate())
         told->imagePickerControllerDidFinishPickingMedia(*this, info);
@@ -95,6 +202,7 @@ void UIImagePickerController::cancel()
 {
     if (std::exchange(isOver_, true))
         return;
+    asking_.cancel();
     auto kept = shared_from_this();
     if (auto told = delegate())
         told->imagePickerControllerDidCancel(*this);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/avfoundation/AVAssetExportSession.h"
+#include "platform/dispatch/Token.h"
 #include "platform/services/UIImagePickerInfo.h"
 #include "platform/uikit/UINavigationController.h"
 
@@ -11,8 +12,11 @@
 
 namespace platform {
 
+class MediaFileChooser;
+class MediaLibraryController;
 class UIImagePickerController;
 struct LibraryFile;
+struct MediaKinds;
 
 enum class UIImagePickerControllerSourceType { photoLibrary = 0, camera = 1, savedPhotosAlbum = 2 };
 enum class UIImagePickerControllerCameraDevice { rear = 0, front = 1 };
@@ -35,8 +39,8 @@ public:
     virtual void imagePickerControllerDidCancel(UIImagePickerController&) = 0;
 };
 
-// Lets the user pick a photo or a video from the folders that the desktop has for them. The files are not touched: their own
-// URLs are handed out. Without a delegate it goes by itself. Set up before it is shown. Main thread only.
+// Lets the user pick a photo or a video, in the dialog that the desktop has for files or from the folders that it has for
+// photos and videos. The files are not touched: their own URLs are handed out, or none where what was chosen is no such file. Without a delegate it goes by itself. Set up before it is shown. Main thread only.
 class UIImagePickerController : public UINavigationController {
 public:
     UIImagePickerController();
@@ -51,8 +55,11 @@ public:
     UIImagePickerControllerSourceType sourceType = UIImagePickerControllerSourceType::photoLibrary;
     // Uniform type identifiers; the default is photos. What is none of those known is offered nothing for.
     std::vector<std::string> mediaTypes{std::string(kUTTypeImage)};
-    // A video is trimmed before it is handed out; photos are handed out as they are.
+    // A square is cut out of a photo before it is handed out, and a video is trimmed. Of a photo the cut, where it was and
+    // the whole are then told beside the file, of a video the file is a new one.
     bool allowsEditing = false;
+    // Shows the library here rather than in the desktop's own dialog. Without such a dialog it always does.
+    bool prefersEmbeddedLibrary = false;
     std::string videoExportPreset{AVAssetExportPresetPassthrough}; // of what is trimmed
     UIImagePickerControllerQualityType videoQuality = UIImagePickerControllerQualityType::medium;
     double videoMaximumDuration = 600; // seconds, of what is recorded or trimmed; 0: any
@@ -63,17 +70,29 @@ public:
     void setDelegate(std::weak_ptr<UIImagePickerControllerDelegate> delegate);
     std::shared_ptr<UIImagePickerControllerDelegate> delegate() const { return delegate_.lock(); }
 
+    // The desktop's dialog; null: the one of the desktop's portal.
+    static void setFileChooser(std::shared_ptr<MediaFileChooser> chooser);
+
     void viewDidLoad() override;
     void viewWillAppear(Animated animated) override;
+    void viewDidAppear(Animated animated) override;
 
 private:
     void showLibrary();
     void showCamera();
+    MediaKinds kinds() const;
+    void askDesktop();
     void pick(const LibraryFile& file);
+    void showCrop(const LibraryFile& file);
+    void showTrimmer(const LibraryFile& file);
+    void backToLibrary();
     void finish(const UIImagePickerInfo& info);
     void cancel();
 
     std::weak_ptr<UIImagePickerControllerDelegate> delegate_;
+    std::shared_ptr<MediaLibraryController> library_;
+    std::shared_ptr<MediaFileChooser> chooser_; // while it is asked, or may be again
+    Token asking_;
     bool isOver_ = false;
 };
 

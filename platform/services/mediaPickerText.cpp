@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/services/mediaPickerText_p.h"
 
-#include "platform/foundation/Locale.h"
-#include "platform/foundation/LocalizationMatching.h"
+#include "platform/services/chosenWords_p.h"
 
 #include <array>
 #include <string_view>
-#include <vector>
 
 namespace platform {
 
@@ -97,29 +95,11 @@ constexpr std::array words{
            "확대/축소"}},
 };
 
-const Words& chosenWords()
-{
-    std::vector<std::string> known;
-    for (const auto& each : words)
-        known.emplace_back(each.language);
-    auto matches = matchLocalizations(known, Locale::preferredLanguages());
-    for (const auto& each : words) {
-        if (!matches.empty() && each.language == matches.front())
-            return each;
-    }
-    return words.front();
-}
-
 } // namespace
 
 const std::string& mediaPickerText(MediaPickerText text)
 {
-    static const auto texts = [] {
-        std::vector<std::string> chosen;
-        for (auto each : chosenWords().texts)
-            chosen.emplace_back(each);
-        return chosen;
-    }();
+    static const auto texts = chosenWords(words);
     return texts[static_cast<std::size_t>(text)];
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/uikit/OpenURIPortal_p.h"
 
-#include <QtDBus/QDBusConnection>
+#include "platform/uikit/PortalRequest_p.h"
+
 #include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusPendingCallWatcher>
 
 #include <utility>
 
@@ -12,18 +12,12 @@ namespace platform {
 void openThroughPortal(const QDBusConnection& bus, const std::string& url,
                        std::function<void(bool)> completion)
 {
-    auto message = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.OpenURI"), QStringLiteral("OpenURI"));
     // No window to stand over, and no options.
-    message << QString() << QString::fromStdString(url) << QVariantMap();
-    // It lets go of itself once it is answered; an unanswered one at the end of the program needs nobody.
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
-                     [completion = std::move(completion)](QDBusPendingCallWatcher* finished) {
-                         finished->deleteLater();
-                         completion(!finished->isError());
-                     });
+    callPortal(bus, QStringLiteral("org.freedesktop.portal.OpenURI"), QStringLiteral("OpenURI"),
+               {QString(), QString::fromStdString(url), QVariantMap()},
+               [completion = std::move(completion)](const QDBusMessage& reply) {
+                   completion(reply.type() == QDBusMessage::ReplyMessage);
+               });
 }
 
 } // namespace platform
