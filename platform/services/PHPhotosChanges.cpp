@@ -95,8 +95,8 @@ Result<std::string> requireContent(const std::string& path, const PHAssetChangeR
     auto content = photosContentOf(path);
     if (content && content->type == request.mediaType())
         return std::move(content->pathExtension);
-    auto what =
-        request.mediaType() == PHAssetMediaType::image ? "it is not a photo" : "it is not a whole video";
+    auto what = request.mediaType() == PHAssetMediaType::image ? "it is not a whole photo"
+                                                               : "it is not a whole video";
     auto cause = fileError(NSCocoaError::fileReadCorruptFile, request.fileURL(), what);
     return std::unexpected(photosError(PHPhotosError::invalidResource, cause.bridged()));
 }

@@ -3,13 +3,13 @@
 
 #include "platform/avfoundation/AVAssetTrack.h"
 #include "platform/avfoundation/AVURLAsset.h"
+#include "platform/services/PHPhotosWholeness_p.h"
 
 #include <QtCore/QFile>
 #include <QtGui/QImageReader>
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <fstream>
 
 namespace platform {
@@ -22,7 +22,7 @@ constexpr std::array<std::string_view, 15> videoExtensions{"mov",  "mp4", "m4v",
                                                            "avi",  "ogv", "ts",  "m2ts", "mpg",
                                                            "mpeg", "3gp", "flv", "wmv",  "mts"};
 // Of what the library of pictures reads, that which is a photo's; it also reads drawings and icons made of text.
-constexpr std::array<std::string_view, 7> pixelFormats{"jpeg", "png", "gif", "webp", "tiff", "bmp", "ico"};
+constexpr std::array<std::string_view, 6> pixelFormats{"jpeg", "png", "gif", "tiff", "bmp", "ico"};
 
 std::string headOf(const std::string& path)
 {
@@ -44,45 +44,14 @@ std::string_view brandOf(std::string_view head)
     return head.size() >= 12 && head.substr(4, 4) == "ftyp" ? head.substr(8, 4) : std::string_view();
 }
 
-std::uint64_t bigEndian(std::string_view bytes)
-{
-    std::uint64_t value = 0;
-    for (char byte : bytes)
-        value = value << 8 | static_cast<unsigned char>(byte);
-    return value;
-}
-
-// Whether all boxes of an ISO media file are there to their ends. What names the samples can stand before them, so a
-// file whose end is missing may look whole to whoever only opens it.
-bool isWhole(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    auto size = static_cast<std::uint64_t>(file.tellg());
-    std::array<char, 16> head;
-    for (std::uint64_t place = 0; place < size;) {
-        file.clear();
-        file.seekg(static_cast<std::streamoff>(place));
-        file.read(head.data(), head.size());
-        auto count = static_cast<std::size_t>(file.gcount());
-        if (count < 8)
-            return false;
-        auto length = bigEndian({head.data(), 4});
-        if (length == 0)
-            return true; // to the end of the file, wherever that is
-        if (length == 1)
-            length = count == head.size() ? bigEndian({head.data() + 8, 8}) : 0;
-        if (length < 8 || length > size - place)
-            return false;
-        place += length;
-    }
-    return true;
-}
-
+// Empty for a picture that is cut off.
 std::optional<std::string> imageExtension(const std::string& path, std::string_view head)
 {
     auto brand = brandOf(head);
     if (isOneOf(brand, {"heic", "heix", "heim", "heis", "mif1", "avif"})) // not every machine can read these
-        return isWhole(path) ? std::optional(std::string(brand == "avif" ? "avif" : "heic")) : std::nullopt;
+        return !isWholeISOMedia(path) ? "" : brand == "avif" ? "avif" : "heic";
+    if (head.size() >= 12 && head.starts_with("RIFF") && head.substr(8, 4) == "WEBP") // nor these
+        return isWholePicture(path, "webp") ? "webp" : "";
     QFile file(QString::fromStdString(path));
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
@@ -93,6 +62,8 @@ std::optional<std::string> imageExtension(const std::string& path, std::string_v
     auto format = reader.format().toStdString();
     if (std::ranges::find(pixelFormats, format) == pixelFormats.end())
         return std::nullopt;
+    if (!isWholePicture(path, format))
+        return "";
     return format == "jpeg" ? "jpg" : format;
 }
 
@@ -101,7 +72,7 @@ std::optional<std::string> videoExtension(const std::string& path, std::string_v
     auto brand = brandOf(head);
     auto isISO =
         !brand.empty() || (head.size() >= 8 && isOneOf(head.substr(4, 4), {"moov", "mdat", "wide", "free"}));
-    if (isISO && !isWhole(path))
+    if (isISO ? !isWholeISOMedia(path) : !isWholeVideo(path))
         return std::nullopt;
     AVURLAsset asset(URL::fileURL(path));
     auto tracks = asset.tracksWithMediaType(AVMediaType::video);
@@ -126,9 +97,13 @@ std::optional<std::string> videoExtension(const std::string& path, std::string_v
 std::optional<PHPhotosContent> photosContentOf(const std::string& path)
 {
     auto head = headOf(path);
-    if (auto extension = imageExtension(path, head))
+    auto extension = imageExtension(path, head);
+    if (extension && extension->empty())
+        return std::nullopt; // some are films to the decoders of films
+    if (extension)
         return PHPhotosContent{PHAssetMediaType::image, std::move(*extension)};
-    if (auto extension = videoExtension(path, head))
+    extension = videoExtension(path, head);
+    if (extension)
         return PHPhotosContent{PHAssetMediaType::video, std::move(*extension)};
     return std::nullopt;
 }

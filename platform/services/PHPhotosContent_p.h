@@ -15,7 +15,7 @@ struct PHPhotosContent {
     std::string pathExtension; // the usual one
 };
 
-// Nothing when the file at `path` is neither a photo nor a video, or is a video that is cut off. Any thread.
+// Nothing when the file at `path` is neither a photo nor a video, or is cut off. Any thread.
 std::optional<PHPhotosContent> photosContentOf(const std::string& path);
 
 // Whether files of such content are often named so.

@@ -6,6 +6,7 @@
 #include "platform/dispatch/VirtualClock.h"
 #include "platform/services/PHAsset.h"
 #include "platform/services/PHAssetChangeRequest.h"
+#include "platform/services/PHPhotosContent_p.h"
 #include "platform/services/PHPhotosError.h"
 #include "tests/support/PhotoLibraryFolders.h"
 
@@ -163,6 +164,43 @@ TEST(PHPhotoLibrary, carries_out_all_changes_of_a_block_or_none)
     EXPECT_EQ(change({image(good), video(tests::smallVideo()), image(good)}), fine);
     EXPECT_EQ(folders.names("pictures"), (Names{"good.png", "good 2.png"}));
     EXPECT_EQ(change({}), fine) << "nothing is asked for";
+}
+
+TEST(PHPhotoLibrary, takes_nothing_that_is_cut_off)
+{
+    tests::TemporaryDirectory folder;
+    struct Case {
+        const char* extension;
+        std::string encoding;
+    };
+    const std::string still = "-frames:v 1 ";
+    const Case cases[] = {
+        {"png", still},
+        {"jpg", still},
+        {"bmp", still},
+        {"webp", still + "-quality 60"},
+        {"gif", ""},
+        {"avi", "-c:v mpeg4"},
+        {"mkv", "-c:v libx264"},
+        {"webm", "-c:v libvpx -b:v 100k"},
+        {"ogv", "-c:v libtheora"},
+        {"mp4", "-c:v mpeg4 -movflags +faststart"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.extension);
+        auto whole = tests::contentsOf(tests::mediaFixture(
+            test.extension, "-f lavfi -i testsrc=size=160x96:rate=4:d=1 " + test.encoding));
+        auto isTaken = [&](std::string bytes) {
+            return photosContentOf(folder.file("it", std::move(bytes))).has_value();
+        };
+        EXPECT_TRUE(isTaken(whole));
+        for (std::size_t sixteenths = 0; sixteenths < 16; ++sixteenths)
+            EXPECT_FALSE(isTaken(whole.substr(0, whole.size() * sixteenths / 16))) << sixteenths;
+        EXPECT_FALSE(isTaken(whole.substr(0, whole.size() - 1)));
+    }
+    auto jpeg =
+        tests::contentsOf(tests::mediaFixture("jpg", "-f lavfi -i testsrc=size=160x96:rate=4:d=1 " + still));
+    EXPECT_TRUE(photosContentOf(folder.file("it", jpeg + "what cameras add"))) << "the picture is whole";
 }
 
 TEST(PHPhotoLibrary, leaves_nothing_where_it_cannot_write)
