@@ -9,6 +9,7 @@
 #include "platform/dispatch/DisplayLink.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/UUID.h"
+#include "platform/services/FilmPlayback.h"
 #include "platform/services/PickerBar.h"
 #include "platform/services/mediaDuration.h"
 #include "platform/services/mediaPickerText_p.h"
@@ -102,6 +103,11 @@ void VideoTrimController::viewDidLoad()
     // The views do not outlive the controller's own.
     auto primary = UIControlEvents{UIControlEvents::primaryActionTriggered};
     page_->onEscape = [this] { leave(); };
+    page_->onSpace = [this] { togglePlaying(); };
+    page_->onReturn = [this] {
+        if (bar_->doneButton()->isEnabled())
+            bar_->doneButton()->performPrimaryAction();
+    };
     bar_->cancelButton()->addAction([this](UIControl&) { leave(); }, primary);
     bar_->doneButton()->addAction(
         [this](UIControl&) {
@@ -132,23 +138,25 @@ void VideoTrimController::viewDidLoad()
         auto asset = std::make_shared<AVURLAsset>(URL::fileURL(path));
         auto track = videoTrackOf(*asset);
         auto seconds = asset->duration().seconds();
-        auto size =
-            track ? track->preferredTransform().apply(CGRect{{}, track->naturalSize()}).size : CGSize{};
-        DispatchQueue::main()->async([weak, asset, seconds, size] {
+        DispatchQueue::main()->async([weak, asset, track, seconds] {
             if (auto page = weak.lock())
-                page->takeAsset(asset, seconds, size);
+                page->takeAsset(asset, track, seconds);
         });
     });
 }
 
-void VideoTrimController::takeAsset(std::shared_ptr<AVURLAsset> asset, double seconds, CGSize pictureSize)
+void VideoTrimController::takeAsset(std::shared_ptr<AVURLAsset> asset, std::shared_ptr<AVAssetTrack> track,
+                                    double seconds)
 {
     wheel_->stopAnimating();
+    auto pictureSize =
+        track ? track->preferredTransform().apply(CGRect{{}, track->naturalSize()}).size : CGSize{};
     if (pictureSize.width <= 0 || pictureSize.height <= 0 || !(seconds > 0)) {
         finish(std::unexpected(asset->loadError().value_or(Error(AVError::noSourceTrack))));
         return;
     }
     asset_ = std::move(asset);
+    track_ = std::move(track);
     pictureSize_ = pictureSize;
     strip_->setDuration(seconds, options_.longest);
     bar_->doneButton()->setEnabled(true);
@@ -240,25 +248,38 @@ void VideoTrimController::togglePlaying()
         strip_->setHead(strip_->start());
     play_->setSelected(true);
     lastFrame_.reset();
+    auto room = picture_->bounds().size;
+    auto density = page_->traitCollection().displayScale;
+    playback_ = std::make_unique<FilmPlayback>(
+        FilmPlayback::Options{.asset = asset_,
+                              .track = track_,
+                              .start = strip_->head(),
+                              .end = strip_->end(),
+                              .size = {room.width * density, room.height * density}});
     playing_ = DisplayLink::shared().request([this](Instant frameTime) { step(frameTime); });
 }
 
 void VideoTrimController::stopPlaying()
 {
     playing_.cancel();
+    playback_.reset();
     play_->setSelected(false);
 }
 
 void VideoTrimController::step(Instant frameTime)
 {
-    auto before = std::exchange(lastFrame_, frameTime);
-    if (!before)
+    // Time begins with the first picture.
+    if (playback_->isStarting())
         return;
-    strip_->setHead(strip_->head() + std::chrono::duration<double>(frameTime - *before).count());
-    showPicture();
+    auto before = std::exchange(lastFrame_, frameTime).value_or(frameTime);
+    strip_->setHead(strip_->head() + std::chrono::duration<double>(frameTime - before).count());
+    if (auto picture = playback_->pictureAt(strip_->head()))
+        picture_->setImage(*picture);
     updateTimes();
-    if (strip_->head() >= strip_->end())
-        stopPlaying();
+    if (strip_->head() < strip_->end())
+        return;
+    stopPlaying();
+    showPicture();
 }
 
 void VideoTrimController::updateTimes()

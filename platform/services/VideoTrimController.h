@@ -16,7 +16,9 @@
 namespace platform {
 
 class AVAssetImageGenerator;
+class AVAssetTrack;
 class AVURLAsset;
+class FilmPlayback;
 class PickerBar;
 class PickerPage;
 class UIActivityIndicatorView;
@@ -53,7 +55,7 @@ public:
 
 private:
     using Pictures = std::shared_ptr<AVAssetImageGenerator>;
-    void takeAsset(std::shared_ptr<AVURLAsset> asset, double seconds, CGSize pictureSize);
+    void takeAsset(std::shared_ptr<AVURLAsset> asset, std::shared_ptr<AVAssetTrack> track, double seconds);
     void makeStrip();
     void showPicture();
     void togglePlaying();
@@ -74,14 +76,15 @@ private:
     std::shared_ptr<VideoTrimStrip> strip_;
     std::shared_ptr<UIActivityIndicatorView> wheel_;
     std::shared_ptr<AVURLAsset> asset_; // once it was read
+    std::shared_ptr<AVAssetTrack> track_;
     CGSize pictureSize_;
     Pictures stripPictures_;
     std::size_t stripCount_ = 0;
     bool isPictureOnItsWay_ = false, isPictureStale_ = false;
+    std::unique_ptr<FilmPlayback> playback_; // while it plays
     Token playing_;
     std::optional<Instant> lastFrame_;
     std::shared_ptr<AVAssetExportSession> session_;
-    std::optional<Error> failure_; // found before it was on screen
     bool isOver_ = false;
 };
 

@@ -36,6 +36,7 @@ public:
     std::size_t pictureCount(double aspect) const;
     // Side by side; empty ones leave gaps.
     void setPictures(std::vector<UIImage> pictures);
+    const std::vector<UIImage>& pictures() const { return pictures_; }
 
     void draw(CGContext& context, CGRect dirty) override;
     void layoutSubviews() override;
