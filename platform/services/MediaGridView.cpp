@@ -53,6 +53,7 @@ void MediaGridView::setFiles(std::vector<LibraryFile> files)
 {
     files_ = std::move(files);
     chosen_ = 0;
+    impatient_.reset();
     for (auto& [index, cell] : cells_) {
         loader_->cancel(cell->file());
         cell->removeFromSuperview();
@@ -92,12 +93,25 @@ std::shared_ptr<MediaCell> MediaGridView::takeCell()
     // A subview does not outlive the grid.
     cell->addAction(
         [this](UIControl& control) {
-            auto file = static_cast<MediaCell&>(control).file();
-            if (auto pick = onPick)
-                pick(file);
+            auto& tapped = static_cast<MediaCell&>(control);
+            tapped.isLoaded() ? pick(tapped.file()) : void(impatient_ = tapped.file());
         },
         {UIControlEvents::primaryActionTriggered});
     return cell;
+}
+
+void MediaGridView::take(MediaCell& cell, const Thumbnail& thumbnail)
+{
+    cell.show(thumbnail);
+    if (impatient_ == cell.file() && thumbnail.isMedium)
+        pick(cell.file()); // this may be gone
+}
+
+void MediaGridView::pick(LibraryFile file)
+{
+    impatient_.reset();
+    if (auto told = onPick)
+        told(file); // this may be gone
 }
 
 void MediaGridView::placeCells()
@@ -133,11 +147,12 @@ void MediaGridView::placeCells()
             if (auto known = loader_->cached(files_[index]))
                 cell->show(*known);
             else
-                loader_->load(files_[index],
-                              [weak = std::weak_ptr(cell), file = files_[index]](const Thumbnail& made) {
-                                  if (auto present = weak.lock(); present && present->file() == file)
-                                      present->show(made);
-                              });
+                loader_->load(
+                    files_[index],
+                    [this, weak = std::weak_ptr(cell), file = files_[index]](const Thumbnail& made) {
+                        if (auto present = weak.lock(); present && present->file() == file)
+                            take(*present, made);
+                    });
         }
         cell->setFrame(cellFrame(index));
     }

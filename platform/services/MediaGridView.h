@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace platform {
@@ -21,6 +22,7 @@ public:
     MediaGridView();
     ~MediaGridView() override;
 
+    // One that is picked before anybody has looked into it is told of once it was looked into, if it is a medium.
     std::function<void(const LibraryFile&)> onPick;
 
     const std::vector<LibraryFile>& files() const { return files_; }
@@ -47,6 +49,8 @@ private:
     CGRect cellFrame(std::size_t index) const;
     void placeCells();
     std::shared_ptr<MediaCell> takeCell();
+    void take(MediaCell& cell, const Thumbnail& thumbnail);
+    void pick(LibraryFile file);
     void moveChoice(std::ptrdiff_t step);
     void showChoice();
     bool isRightToLeft() const;
@@ -56,6 +60,7 @@ private:
     std::map<std::size_t, std::shared_ptr<MediaCell>> cells_; // by the place of their file
     std::vector<std::shared_ptr<MediaCell>> spare_;
     std::size_t chosen_ = 0;
+    std::optional<LibraryFile> impatient_;
     CGFloat laidOutWidth_ = -1;
 };
 

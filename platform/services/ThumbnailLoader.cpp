@@ -12,7 +12,7 @@ namespace platform {
 
 namespace {
 
-constexpr std::size_t mostKept = 600;
+constexpr std::size_t mostKept = 300;
 constexpr std::size_t threads = 2;
 
 } // namespace

@@ -29,7 +29,7 @@ struct Thumbnail {
 // that is what the user looks at. Main thread only.
 class ThumbnailLoader : public std::enable_shared_from_this<ThumbnailLoader> {
 public:
-    // Pixels of the shorter side of the pictures; they are at most four times as long.
+    // Pixels of a side of the pictures, which are the squares in the middle of the media; smaller media keep their size.
     static std::shared_ptr<ThumbnailLoader> make(int side);
     ~ThumbnailLoader();
 

@@ -3,6 +3,7 @@
 
 #include "platform/avfoundation/AVAssetImageGenerator.h"
 #include "platform/avfoundation/AVURLAsset.h"
+#include "platform/graphics/UIImage_p.h"
 #include "platform/services/PHPhotosContent_p.h"
 
 #include <QtCore/QFile>
@@ -12,25 +13,30 @@
 
 #include <algorithm>
 #include <cmath>
-#include <span>
+#include <utility>
 
 namespace platform {
 
 namespace {
 
-constexpr int longest = 4; // times the shorter side
-
-UIImage imageOf(const QImage& decoded, int side)
+// What the library of JPEG decodes without scaling a second time: so many eighths.
+QSize inEighths(QSize size, int side)
 {
-    auto picture = decoded.convertToFormat(QImage::Format_RGBA8888);
-    auto width = std::min(picture.width(), longest * side),
-         height = std::min(picture.height(), longest * side);
-    if (width != picture.width() || height != picture.height())
-        picture = picture.copy((picture.width() - width) / 2, (picture.height() - height) / 2, width, height);
-    // Rows of four bytes a pixel have no padding.
-    return UIImage::fromPixels(
-        std::as_bytes(std::span(picture.constBits(), static_cast<std::size_t>(picture.sizeInBytes()))), width,
-        height);
+    auto shorter = std::min(size.width(), size.height());
+    auto eighths = (8 * side + shorter - 1) / shorter;
+    auto part = [eighths](int length) { return (length * eighths + 7) / 8; };
+    return {part(size.width()), part(size.height())};
+}
+
+// The square in the middle is what cells show.
+UIImage squareOf(const QImage& picture, int side)
+{
+    auto shorter = std::min(picture.width(), picture.height());
+    auto square =
+        picture.copy((picture.width() - shorter) / 2, (picture.height() - shorter) / 2, shorter, shorter);
+    if (shorter > side)
+        square = square.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return imageFrom(std::move(square), 1);
 }
 
 // Decoded at its final size where the format can, as the most frequent one can.
@@ -42,16 +48,19 @@ UIImage photoThumbnail(const QString& path, int side)
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    if (auto format = reader.format(); format == "svg" || format == "svgz")
+    auto format = reader.format();
+    if (format == "svg" || format == "svgz")
         return {};
-    if (auto size = reader.size(); size.isValid() && std::min(size.width(), size.height()) > side)
-        reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatioByExpanding));
+    auto size = reader.size();
+    if (size.isValid() && std::min(size.width(), size.height()) > side) {
+        // Below this quality the decoder takes the faster of its ways, which nobody sees at this size.
+        if (format == "jpeg")
+            reader.setQuality(49);
+        reader.setScaledSize(format == "jpeg" ? inEighths(size, side)
+                                              : size.scaled(side, side, Qt::KeepAspectRatioByExpanding));
+    }
     auto picture = reader.read();
-    if (picture.isNull())
-        return {};
-    if (std::min(picture.width(), picture.height()) > side)
-        picture = picture.scaled(side, side, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-    return imageOf(picture, side);
+    return picture.isNull() ? UIImage() : squareOf(picture, side);
 }
 
 Thumbnail videoThumbnail(const LibraryFile& file, int side)
@@ -66,7 +75,7 @@ Thumbnail videoThumbnail(const LibraryFile& file, int side)
     generator.setMaximumSize({reach, reach});
     // The very first picture of many films is black.
     if (auto image = generator.copyCGImage(CMTime(seconds > 2 ? 1 : 0, 1)))
-        thumbnail.image = *image;
+        thumbnail.image = squareOf(qImage(*image), side);
     return thumbnail;
 }
 

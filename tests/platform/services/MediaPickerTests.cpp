@@ -218,6 +218,24 @@ TEST(MediaGrid, makes_only_the_cells_in_sight_of_ten_thousand)
     EXPECT_FALSE(harness.find(Role::button, "9999.png").isEnabled()) << "there is no such file";
 }
 
+TEST(MediaGrid, tells_of_what_is_tapped_early_once_it_is_a_medium)
+{
+    Library library;
+    for (std::string name : {"text.JPG", "trip/5.png"}) {
+        ViewHarness harness({380, 400});
+        auto grid = std::make_shared<MediaGridView>();
+        std::vector<std::string> picked;
+        grid->onPick = [&](const LibraryFile& file) { picked.push_back(file.path); };
+        harness.show(std::shared_ptr<UIView>(grid));
+        auto path = library.url("pictures/" + name).path();
+        grid->setFiles({{path, false, 0}});
+        grid->layoutIfNeeded();
+        harness.find(Role::list).findAll(Role::button).front().tap();
+        harness.clock().settleWithBackgroundQueues();
+        EXPECT_EQ(picked, name == "text.JPG" ? std::vector<std::string>{} : std::vector{path});
+    }
+}
+
 struct EditorListener : UIVideoEditorControllerDelegate {
     std::vector<std::string> saved, failed;
     int cancelled = 0;
