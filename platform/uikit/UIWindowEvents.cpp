@@ -207,14 +207,39 @@ void UIWindow::viewWillLeave(UIView& view)
 
 namespace {
 
-void collectFocusable(UIView& view, std::vector<std::shared_ptr<UIView>>& found)
+// What takes the keyboard at one place, in order: a view, or all that a scroll view holds, which is gone through before
+// what stands beside it.
+struct FocusStop {
+    CGRect place; // in the window
+    std::vector<std::shared_ptr<UIView>> views;
+};
+
+void collectFocusable(UIView& view, bool isRightToLeft, std::vector<FocusStop>& stops);
+
+std::vector<std::shared_ptr<UIView>> inReadingOrder(std::vector<FocusStop> stops, bool isRightToLeft)
+{
+    std::ranges::stable_sort(stops, {}, [&](const FocusStop& stop) {
+        return std::pair(stop.place.minY(), isRightToLeft ? -stop.place.maxX() : stop.place.minX());
+    });
+    std::vector<std::shared_ptr<UIView>> order;
+    for (auto& stop : stops)
+        order.insert(order.end(), stop.views.begin(), stop.views.end());
+    return order;
+}
+
+void collectFocusable(UIView& view, bool isRightToLeft, std::vector<FocusStop>& stops)
 {
     if (view.isHidden() || view.alpha() == 0 || !view.isUserInteractionEnabled())
         return;
+    auto place = view.convertTo(view.bounds(), nullptr);
     if (view.canBecomeFirstResponder())
-        found.push_back(std::static_pointer_cast<UIView>(view.shared_from_this()));
+        stops.push_back({place, {std::static_pointer_cast<UIView>(view.shared_from_this())}});
+    std::vector<FocusStop> inside;
+    auto isScrollView = dynamic_cast<UIScrollView*>(&view) != nullptr;
     for (const auto& subview : view.subviews())
-        collectFocusable(*subview, found);
+        collectFocusable(*subview, isRightToLeft, isScrollView ? inside : stops);
+    if (auto order = inReadingOrder(std::move(inside), isRightToLeft); !order.empty())
+        stops.push_back({place, std::move(order)});
 }
 
 // The innermost scroll view first: where the view stands in those around it follows from that.
@@ -243,18 +268,16 @@ void UIWindow::advanceFocus(FocusDirection direction)
     assertOnMainThread();
     bool backwards = direction == FocusDirection::backward;
     auto keptAlive = weak_from_this().lock();
-    std::vector<std::shared_ptr<UIView>> order;
+    auto isRightToLeft =
+        effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+    std::vector<FocusStop> stops;
     if (auto modal = modalView()) {
-        collectFocusable(*modal, order);
+        collectFocusable(*modal, isRightToLeft, stops);
     } else {
         for (const auto& subview : subviews())
-            collectFocusable(*subview, order);
+            collectFocusable(*subview, isRightToLeft, stops);
     }
-    auto mirrored = effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
-    std::ranges::sort(order, {}, [&](const std::shared_ptr<UIView>& view) {
-        auto place = view->convertTo(view->bounds(), nullptr);
-        return std::pair(place.minY(), mirrored ? -place.maxX() : place.minX());
-    });
+    auto order = inReadingOrder(std::move(stops), isRightToLeft);
     if (order.empty())
         return;
     auto count = static_cast<std::ptrdiff_t>(order.size());

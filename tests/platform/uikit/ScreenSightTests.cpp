@@ -8,6 +8,7 @@
 #include "platform/uikit/UIScrollView.h"
 #include "tests/platform/uikit/TouchTestSupport.h"
 
+#include <array>
 #include <gtest/gtest.h>
 
 namespace platform {
@@ -132,6 +133,28 @@ TEST(Focus, brings_what_it_goes_to_into_sight_through_all_scroll_views)
     }
     stage.window->sendPress({.key = UIKeyCode::tab});
     EXPECT_EQ(outer->contentOffset(), (CGPoint{0, 88})) << "back to the first, with a margin above";
+}
+
+TEST(Focus, goes_through_what_scrolls_before_what_stands_beside_it)
+{
+    for (auto isMirrored : {false, true}) {
+        Stage stage({400, 400},
+                    {.layoutDirection = isMirrored ? UIUserInterfaceLayoutDirection::rightToLeft
+                                                   : UIUserInterfaceLayoutDirection::leftToRight});
+        std::vector<std::shared_ptr<UIButton>> buttons;
+        for (auto side : {0, 1}) {
+            auto pane = stage.add<UIScrollView>(CGRect::make(side * 200, 0, 200, 400));
+            for (auto row : {0, 1}) {
+                buttons.push_back(std::make_shared<UIButton>());
+                buttons.back()->setFrame(CGRect::make(0, row * 200 + side * 100, 100, 40));
+                pane->addSubview(buttons.back());
+            }
+        }
+        for (auto index : isMirrored ? std::array{2, 3, 0, 1} : std::array{0, 1, 2, 3}) {
+            stage.window->sendPress({.key = UIKeyCode::tab});
+            EXPECT_TRUE(buttons[static_cast<std::size_t>(index)]->isFirstResponder()) << index;
+        }
+    }
 }
 
 TEST(LegibleColor, is_black_on_what_is_light_and_white_on_what_is_dark)
