@@ -104,15 +104,16 @@ std::vector<std::string> UIPasteboardContents::formats() const
             add(std::move(format));
         }
     }
-    if (!formats.empty() && options_.UIPasteboardOptionLocalOnly)
-        add(std::string(pasteboardSecretType));
+    // First: there are desktops that keep a copy of whatever comes first, and of nothing else.
+    if (!formats.empty() && isFleeting())
+        formats.emplace(formats.begin(), pasteboardSecretType);
     return formats;
 }
 
 std::vector<const UIPasteboardValue*> UIPasteboardContents::valuesFor(std::string_view format) const
 {
     static const UIPasteboardValue secret{String("secret")};
-    if (format == pasteboardSecretType && options_.UIPasteboardOptionLocalOnly)
+    if (format == pasteboardSecretType && isFleeting())
         return {&secret};
     auto mimeType = mimeTypeOfPasteboardType(format);
     auto isJoined = mimeType == plainText || mimeType == urlList;

@@ -27,10 +27,11 @@ using UIPasteboardItem = std::map<std::string, UIPasteboardValue, std::less<>>;
 
 // The fields have the platform's names.
 struct UIPasteboardOptions {
-    // When the contents go, whoever asks for them. They go too when this program ends before.
+    // When the contents go, whoever asks for them. They go too when this program ends before. Clipboard managers are asked
+    // to keep none of them, as of passwords.
     std::optional<Date> UIPasteboardOptionExpirationDate;
-    // Whether the contents stay on this machine and out of the histories that clipboard managers keep. They are marked for
-    // those as passwords are, and go when this program ends.
+    // Whether the contents stay on this machine, and out of the histories that clipboard managers keep, likewise. They go
+    // when this program ends.
     bool UIPasteboardOptionLocalOnly = false;
 };
 

@@ -76,7 +76,7 @@ std::string pasted()
     auto file = folder.write("clip.mp4", bytes);
     EXPECT_TRUE(share(file));
     EXPECT_EQ(opener->opened, Strings{"instagram-stories://share"});
-    EXPECT_EQ(UIPasteboard::general().types(), (Strings{videoType, "x-kde-passwordManagerHint"}));
+    EXPECT_EQ(UIPasteboard::general().types(), (Strings{"x-kde-passwordManagerHint", videoType}));
     EXPECT_EQ(pasted(), bytes);
     EXPECT_FALSE(UIPasteboard::general().hasStrings());
     clock.advance(299s);

@@ -136,9 +136,14 @@ TEST(UIPasteboard, forgets_what_has_had_its_time)
 TEST(UIPasteboard, tells_clipboard_managers_what_they_must_not_keep)
 {
     auto& board = UIPasteboard::general();
-    for (bool isLocal : {true, false}) {
-        board.setItems({{{"text/plain", String("secret text")}}}, {.UIPasteboardOptionLocalOnly = isLocal});
-        EXPECT_EQ(under("x-kde-passwordManagerHint"), isLocal ? "secret" : "nothing");
+    const UIPasteboardOptions local{.UIPasteboardOptionLocalOnly = true},
+        fleeting{.UIPasteboardOptionExpirationDate = Date{1e300}};
+    for (const auto& options : {local, fleeting, UIPasteboardOptions{}}) {
+        auto isSecret = options.UIPasteboardOptionLocalOnly || options.UIPasteboardOptionExpirationDate;
+        board.setItems({{{"text/plain", String("secret text")}}}, options);
+        EXPECT_EQ(under("x-kde-passwordManagerHint"), isSecret ? "secret" : "nothing");
+        EXPECT_EQ(board.types().front() == "x-kde-passwordManagerHint", isSecret)
+            << "some keep what comes first";
         EXPECT_EQ(board.string(), String("secret text"));
     }
     board.clear();
