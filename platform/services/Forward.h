@@ -11,5 +11,8 @@ class PHAssetChangeRequest;
 class PHPhotoLibrary;
 class PHPhotosAuthorization;
 class PHPhotosQuestion;
+class UIFontPickerViewController;
+class UIImagePickerController;
+class UIVideoEditorController;
 
 } // namespace platform
