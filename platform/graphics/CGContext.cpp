@@ -82,6 +82,12 @@ CGAffineTransform CGContext::transform() const
     return {t.m11(), t.m12(), t.m21(), t.m22(), t.dx(), t.dy()};
 }
 
+CGAffineTransform CGContext::pixelTransform() const
+{
+    auto t = backend_->toPixels();
+    return {t.m11(), t.m12(), t.m21(), t.m22(), t.dx(), t.dy()};
+}
+
 CGRect CGContext::clipBounds() const
 {
     auto isInvertible = false;
@@ -123,17 +129,17 @@ void CGContext::clip(const CGRect& rect)
     // An empty rectangle would clip nothing: the painter takes it for none.
     if (rect.isEmpty()) {
         backend_->clipPixels = {};
-        backend_->painter().setClipRegion(QRegion());
+        backend_->innermost().setClipRegion(QRegion());
         return;
     }
     backend_->clipTo(qRect(rect));
-    backend_->painter().setClipRect(qRect(rect), Qt::IntersectClip);
+    backend_->innermost().setClipRect(qRect(rect), Qt::IntersectClip);
 }
 
 void CGContext::clip(const UIBezierPath& path, FillRule rule)
 {
-    backend_->clipTo(qRect(path.bounds()));
-    backend_->painter().setClipPath(painterPath(path, rule), Qt::IntersectClip);
+    backend_->clipTo(qRect(path.bounds()), false);
+    backend_->innermost().setClipPath(painterPath(path, rule), Qt::IntersectClip);
 }
 
 void CGContext::fill(const CGRect& rect, const UIColor& color)
@@ -142,9 +148,10 @@ void CGContext::fill(const CGRect& rect, const UIColor& color)
         return;
     // The library fills with a plain colour faster.
     if (color.patternImage())
-        backend_->painter().fillRect(qRect(rect), qBrush(color, backend_->appearance));
-    else
-        backend_->painter().fillRect(qRect(rect), qColor(color, backend_->appearance));
+        return backend_->painter().fillRect(qRect(rect), qBrush(color, backend_->appearance));
+    auto plain = qColor(color, backend_->appearance);
+    if (!backend_->takeAsGround(qRect(rect), plain))
+        backend_->painter().fillRect(qRect(rect), plain);
 }
 
 void CGContext::fill(const UIBezierPath& path, const UIColor& color, FillRule rule)
@@ -230,11 +237,12 @@ void CGContext::maskLayer(const std::function<void(CGContext&)>& draw)
     if (backend_->layers.back()->pixels.isEmpty())
         return;
     // The mask is drawn where the layer began: what was set up for the content is put aside.
-    auto content =
-        CGContextBackend::Saved{backend_->appearance, backend_->toBase, backend_->clipPixels, true};
+    auto content = CGContextBackend::Saved{backend_->appearance, backend_->toBase, backend_->clipPixels,
+                                           backend_->clipIsRect, true};
     auto area = QRectF(backend_->layers.back()->pixels);
     backend_->toBase = backend_->saved.back().toBase;
     backend_->clipPixels = area;
+    backend_->clipIsRect = true;
     backend_->pushLayer(backend_->toPixels().inverted().mapRect(area), 1);
     draw(*this);
     auto mask = backend_->popLayer();
@@ -242,6 +250,7 @@ void CGContext::maskLayer(const std::function<void(CGContext&)>& draw)
     backend_->appearance = content.appearance;
     backend_->toBase = content.toBase;
     backend_->clipPixels = content.clipPixels;
+    backend_->clipIsRect = content.clipIsRect;
     backend_->applyTransform();
 }
 

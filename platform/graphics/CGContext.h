@@ -50,6 +50,8 @@ public:
     ColorAppearance appearance() const;
     // From present coordinates to those the context began with.
     CGAffineTransform transform() const;
+    // From present coordinates to the surface's pixels. A layer's are those of the surface that it is painted on.
+    CGAffineTransform pixelTransform() const;
     // A rectangle, in present coordinates, outside of which nothing can be painted. What does not meet it
     // need not be drawn.
     CGRect clipBounds() const;

@@ -3,6 +3,10 @@
 
 #include "platform/foundation/Precondition.h"
 
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
 namespace platform {
 
 namespace {
@@ -31,8 +35,10 @@ CGContextBackend::CGContextBackend(QPainter& basePainter, ColorAppearance baseAp
 {
     auto device = base.device();
     clipPixels = QRectF(0, 0, device->width(), device->height());
-    if (base.hasClipping())
+    if (base.hasClipping()) {
         clipPixels &= toPixels().mapRect(base.clipBoundingRect());
+        clipIsRect = base.clipRegion().rectCount() <= 1;
+    }
     base.save();
     setQuality(base);
 }
@@ -41,13 +47,15 @@ CGContextBackend::~CGContextBackend()
 {
     precondition(saved.empty(),
                  "a drawing context ended with a save that was not restored, or inside a layer");
+    if (ground)
+        paintGround();
     base.restore();
 }
 
 void CGContextBackend::save(bool isLayer)
 {
-    saved.push_back({appearance, toBase, clipPixels, isLayer});
-    painter().save();
+    saved.push_back({appearance, toBase, clipPixels, clipIsRect, isLayer});
+    innermost().save();
 }
 
 void CGContextBackend::restore(bool isLayer)
@@ -58,8 +66,9 @@ void CGContextBackend::restore(bool isLayer)
     appearance = state.appearance;
     toBase = state.toBase;
     clipPixels = state.clipPixels;
+    clipIsRect = state.clipIsRect;
     saved.pop_back();
-    painter().restore();
+    innermost().restore();
 }
 
 void CGContextBackend::applyTransform()
@@ -69,16 +78,91 @@ void CGContextBackend::applyTransform()
         auto origin = layers.back()->pixels.topLeft();
         transform *= QTransform::fromTranslate(-origin.x() / scale, -origin.y() / scale);
     }
-    painter().setWorldTransform(transform);
+    innermost().setWorldTransform(transform);
 }
 
-void CGContextBackend::clipTo(const QRectF& rect)
+void CGContextBackend::clipTo(const QRectF& bounds, bool isRect)
 {
-    clipPixels &= toPixels().mapRect(rect);
+    auto map = toPixels();
+    clipPixels &= map.mapRect(bounds);
+    clipIsRect = clipIsRect && isRect && map.type() <= QTransform::TxScale;
+}
+
+namespace {
+
+constexpr int smallestGround = 4096; // pixels; less is painted faster than it is thought about
+
+// The pixels between two edges, one of which may lie beyond the clip; nothing where an edge cuts a pixel in two.
+std::optional<std::pair<int, int>> wholePixels(double low, double high, int clipLow, int clipHigh)
+{
+    constexpr double rounding = 1e-4;
+    auto isWhole = [](double edge) { return std::abs(edge - std::round(edge)) < rounding; };
+    if ((low > clipLow && !isWhole(low)) || (high < clipHigh && !isWhole(high)))
+        return std::nullopt;
+    return std::pair{int(std::round(std::max(low, double(clipLow)))),
+                     int(std::round(std::min(high, double(clipHigh))))};
+}
+
+// `color`, premultiplied, over an opaque one, as the library blends.
+QRgb blended(QRgb color, QRgb below)
+{
+    auto rest = 255 - qAlpha(color);
+    auto mix = [&](int above, int under) {
+        auto part = under * rest;
+        return above + ((part + (part >> 8) + 0x80) >> 8);
+    };
+    return qRgb(mix(qRed(color), qRed(below)), mix(qGreen(color), qGreen(below)),
+                mix(qBlue(color), qBlue(below)));
+}
+
+} // namespace
+
+bool CGContextBackend::takeAsGround(const QRectF& rect, const QColor& color)
+{
+    auto map = toPixels();
+    if (!clipIsRect || map.type() > QTransform::TxScale || clipPixels.isEmpty())
+        return false;
+    auto place = map.mapRect(rect);
+    auto clip = clipPixels.toRect(); // as the library rounds it
+    auto columns = wholePixels(place.left(), place.right(), clip.left(), clip.left() + clip.width());
+    auto rows = wholePixels(place.top(), place.bottom(), clip.top(), clip.top() + clip.height());
+    if (!columns || !rows)
+        return false;
+    QRect pixels(columns->first, rows->first, columns->second - columns->first, rows->second - rows->first);
+    if (pixels.isEmpty())
+        return true;
+    if (color.alpha() == 255) {
+        if (qint64(pixels.width()) * pixels.height() < smallestGround)
+            return false;
+        if (ground && !pixels.contains(ground->pixels))
+            paintGround();
+        ground = {pixels, color.rgba()};
+        return true;
+    }
+    if (!ground || ground->pixels != pixels)
+        return false;
+    ground->color = blended(qPremultiply(color.rgba()), ground->color);
+    return true;
+}
+
+void CGContextBackend::paintGround()
+{
+    auto [pixels, color] = *std::exchange(ground, std::nullopt);
+    auto& target = innermost();
+    auto origin = layers.empty() ? QPoint() : layers.back()->pixels.topLeft();
+    target.save();
+    target.setWorldTransform({});
+    target.setClipping(false);
+    target.setRenderHint(QPainter::Antialiasing, false);
+    target.fillRect(QRectF(QPointF(pixels.topLeft() - origin) / scale, QSizeF(pixels.size()) / scale),
+                    QColor::fromRgb(color));
+    target.restore();
 }
 
 void CGContextBackend::pushLayer(const QRectF& bounds, double alpha)
 {
+    if (ground)
+        paintGround();
     save(true);
     clipTo(bounds);
     auto layer = std::make_unique<Layer>();
@@ -108,6 +192,8 @@ std::unique_ptr<CGContextBackend::Layer> CGContextBackend::popLayer()
 {
     precondition(!layers.empty() && !saved.empty() && saved.back().isLayer,
                  "a layer ended that was not begun, or before a save inside it was restored");
+    if (ground)
+        paintGround();
     layers.back()->painter.reset();
     auto layer = std::move(layers.back());
     layers.pop_back();

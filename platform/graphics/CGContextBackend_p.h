@@ -9,6 +9,8 @@
 #include <QtGui/QPainter>
 #include <QtGui/QTransform>
 
+#include <optional>
+
 namespace platform {
 
 QColor qColor(const UIColor& color, ColorAppearance appearance);
@@ -29,19 +31,37 @@ struct CGContextBackend {
         ColorAppearance appearance;
         QTransform toBase;
         QRectF clipPixels;
+        bool clipIsRect = true;
         bool isLayer = false;
+    };
+    // An opaque ground that is not painted yet: what comes next often covers all of it, or only tints it.
+    struct Ground {
+        QRect pixels;
+        QRgb color = 0;
     };
 
     CGContextBackend(QPainter& basePainter, ColorAppearance baseAppearance);
     ~CGContextBackend();
 
-    QPainter& painter() { return layers.empty() ? base : *layers.back()->painter; }
+    // The painter of the innermost layer, for painting: what waits is painted first.
+    QPainter& painter()
+    {
+        if (ground)
+            paintGround();
+        return innermost();
+    }
+    // The same, for its settings.
+    QPainter& innermost() { return layers.empty() ? base : *layers.back()->painter; }
     QTransform toPixels() const { return toBase * baseTransform * QTransform::fromScale(scale, scale); }
     void save(bool isLayer);
     void restore(bool isLayer);
     // Hands the present transform to the painter.
     void applyTransform();
-    void clipTo(const QRectF& rect);
+    // `isRect`: to the rectangle, not to something inside of it.
+    void clipTo(const QRectF& bounds, bool isRect = true);
+    // Takes care of a fill that the next one may make needless. False: nothing is done.
+    bool takeAsGround(const QRectF& rect, const QColor& color);
+    void paintGround();
     void pushLayer(const QRectF& bounds, double alpha);
     std::unique_ptr<Layer> popLayer();
     void composite(const Layer& layer, QPainter::CompositionMode mode);
@@ -52,6 +72,8 @@ struct CGContextBackend {
     ColorAppearance appearance;
     QTransform toBase; // caller's coordinates to those the context began with
     QRectF clipPixels;
+    bool clipIsRect = true;                     // and nothing but clipPixels
+    std::optional<Ground> ground;               // of the innermost layer
     std::vector<std::unique_ptr<Layer>> layers; // a painter holds its image by address
     std::vector<Saved> saved;
 };

@@ -13,8 +13,11 @@ struct LinearGradientLine {
     CGPoint start, end;
 };
 
-// What CGContext::maskLayer does for a mask that is a gradient over all of the layer, without a picture of the mask: twice as
-// fast. Between beginLayer and endLayer, in present coordinates. Without stops nothing is left of the layer.
+// The part of `bounds`, rounded outwards, in which the two may look different.
+CGRect changedArea(const LinearGradientLine& before, const LinearGradientLine& after, CGRect bounds);
+
+// What CGContext::maskLayer does for a mask that is a gradient over all of the layer, without a picture of the mask: many
+// times as fast. Between beginLayer and endLayer, in present coordinates. Without stops nothing is left of the layer.
 void maskLayer(CGContext& context, const LinearGradientLine& gradient);
 
 } // namespace platform

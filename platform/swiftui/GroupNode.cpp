@@ -48,7 +48,8 @@ GroupNode::GroupNode(const NodeContext& context, std::shared_ptr<GroupView> grou
     , ViewContainer(context.host)
     , group_(std::move(group))
 {
-    group_->accessibility().isHidden = context.environment->value<AccessibilityHiddenKey>(nullptr);
+    if (context.environment->value<AccessibilityHiddenKey>(nullptr))
+        group_->accessibility().isHidden = true;
     container().contentsDidChange();
 }
 

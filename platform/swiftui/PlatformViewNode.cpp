@@ -20,7 +20,8 @@ void PlatformViewNode::setPlatformView(std::shared_ptr<UIView> view)
 {
     precondition(!view_ && view, "a node has one platform view for its life");
     view_ = std::move(view);
-    view_->accessibility().isHidden = context().environment->value<AccessibilityHiddenKey>(nullptr);
+    if (context().environment->value<AccessibilityHiddenKey>(nullptr))
+        view_->accessibility().isHidden = true;
     container().contentsDidChange();
 }
 

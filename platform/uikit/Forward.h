@@ -42,6 +42,7 @@ class UITextField;
 class UITextView;
 class UIView;
 class UIViewController;
+class SubviewBounds;
 class UIWindow;
 class UIWindowScene;
 

@@ -6,6 +6,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
 #include "platform/uikit/AccessibilityBridge.h"
+#include "platform/uikit/SubviewBounds.h"
 #include "platform/uikit/UIGestureRecognizer.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindow.h"
@@ -18,7 +19,19 @@
 
 namespace platform {
 
+namespace {
+
+// Those of a view that has inherited none yet; one for all.
+const std::shared_ptr<const UITraitCollection>& initialTraits()
+{
+    static const auto traits = std::make_shared<const UITraitCollection>();
+    return traits;
+}
+
+} // namespace
+
 UIView::UIView()
+    : traits_(initialTraits())
 {
     assertOnMainThread();
 }
@@ -139,6 +152,7 @@ void UIView::adopt(std::shared_ptr<UIView> view, std::size_t index)
             std::rotate(from, from + 1, to + 1);
         else
             std::rotate(to, from, from + 1);
+        subviewOrderDidChange();
         view->markPlaceDirty();
         return;
     }
@@ -154,6 +168,7 @@ void UIView::adopt(std::shared_ptr<UIView> view, std::size_t index)
     index = std::min(index, subviews_.size());
     subviews_.insert(subviews_.begin() + static_cast<std::ptrdiff_t>(index), view);
     view->superview_ = this;
+    subviewOrderDidChange();
     view->setWindow(window_);
     if (view->wantsLayout())
         view->markSuperviewsForLayout();
@@ -190,6 +205,7 @@ void UIView::release(UIView& subview)
     else
         std::erase_if(subviews_, [&](const auto& view) { return view.get() == &subview; });
     subview.superview_ = nullptr;
+    subviewOrderDidChange();
 }
 
 void UIView::removeFromSuperview()
@@ -268,11 +284,25 @@ void UIView::setSubviews(const std::vector<std::shared_ptr<UIView>>& views)
         ordered.emplace(places[i], subviews_[i]);
     }
     std::ranges::copy(std::views::values(ordered), subviews_.begin());
+    subviewOrderDidChange();
 
     for (std::size_t i = 0; i < views.size(); ++i) {
         if (views[i]->superview_ != this)
             insertSubview(views[i], i);
     }
+}
+
+AccessibilityProperties& UIView::accessibility()
+{
+    if (!accessibility_)
+        accessibility_ = std::make_unique<AccessibilityProperties>();
+    return *accessibility_;
+}
+
+const AccessibilityProperties& UIView::accessibility() const
+{
+    static const AccessibilityProperties nothing;
+    return accessibility_ ? *accessibility_ : nothing;
 }
 
 std::shared_ptr<UIResponder> UIView::next() const

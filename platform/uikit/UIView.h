@@ -11,6 +11,7 @@
 #include "platform/uikit/UITraitCollection.h"
 #include "platform/uikit/UIViewShadow.h"
 
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -175,7 +176,7 @@ public:
     std::vector<std::shared_ptr<NSLayoutConstraint>> constraints() const;
 
     // --- Surroundings ----------------------------------------------------------------------------
-    const UITraitCollection& traitCollection() const { return traits_; }
+    const UITraitCollection& traitCollection() const { return *traits_; }
     UIUserInterfaceStyle overrideUserInterfaceStyle() const { return overrideStyle_; }
     void setOverrideUserInterfaceStyle(UIUserInterfaceStyle style);
     // The text size of this view and of those below, instead of the inherited one.
@@ -225,10 +226,10 @@ public:
 
     // --- Accessibility ---------------------------------------------------------------------------
     // What the accessibility bus is told; see UIAccessibility.h. The view's children stand under it.
-    AccessibilityProperties& accessibility() { return accessibility_; }
-    const AccessibilityProperties& accessibility() const { return accessibility_; }
+    AccessibilityProperties& accessibility();
+    const AccessibilityProperties& accessibility() const;
     // The default gives what `accessibility()` was set to.
-    virtual AccessibilityProperties accessibilityNow() const { return accessibility_; }
+    virtual AccessibilityProperties accessibilityNow() const { return accessibility(); }
     virtual AccessibleText* accessibleText() { return nullptr; }
     virtual bool accessibilityActivate() { return false; } // the default action, as a click; true when done
     // For a view whose properties have a range and that can be adjusted; the value is inside of the range. True when done.
@@ -245,10 +246,14 @@ private:
     friend class ViewPainter;
     friend class ViewLayout;
     friend class ViewAnimator;
+    friend class SubviewBounds;
     struct Animations;
 
     // Marks the place on screen dirty that this view and what shows outside of it take at the moment.
     void markPlaceDirty();
+    // What `visualFrame` tells has changed: the views around learn of it.
+    void visualFrameDidChange();
+    void subviewOrderDidChange();
     void markDirty(CGRect rect); // own coordinates
 
     void adopt(std::shared_ptr<UIView> view, std::size_t index);
@@ -269,6 +274,8 @@ private:
     CGAffineTransform modelMapToSuperview() const; // of what was set
     CGAffineTransform modelMapToRoot(const UIView*& root) const;
     CGRect visualBounds() const; // with what shows outside of the bounds; own coordinates
+    CGRect visualFrame() const;  // the same in the superview's coordinates; null while hidden
+    SubviewBounds& subviewBounds() const;
 
     bool offerKeyEquivalent(const UIPress& press);
     bool inheritsTint() const; // no view from here up has a tint of its own
@@ -292,7 +299,7 @@ private:
     CGFloat cornerRadius_ = 0;
     CGFloat zPosition_ = 0;
     std::optional<UIColor> backgroundColor_;
-    std::optional<UIColor> tintColor_;
+    std::unique_ptr<const UIColor> tintColor_; // null: inherited
     std::shared_ptr<UIView> mask_;
     std::shared_ptr<const UIViewShadow> shadow_; // null for most views
     UIRectCorner maskedCorners_ = UIRectCorner::allCorners;
@@ -303,17 +310,19 @@ private:
     bool needsLayout_ = true;
     bool subtreeNeedsLayout_ = true;
     UIViewAutoresizing autoresizingMask_;
+    std::uint32_t placeAmongSubviews_ = 0; // of the superview, while that knows their bounds
     UIEdgeInsets safeAreaInsets_;
 
-    UITraitCollection traits_;
+    std::shared_ptr<const UITraitCollection> traits_; // never null; the superview's own unless they differ
     UIUserInterfaceStyle overrideStyle_ = UIUserInterfaceStyle::unspecified;
     std::optional<UIContentSizeCategory> overrideContentSize_;
     UISemanticContentAttribute semanticContentAttribute_ = UISemanticContentAttribute::unspecified;
 
     std::vector<std::shared_ptr<UIGestureRecognizer>> gestureRecognizers_;
-    AccessibilityProperties accessibility_;
+    std::unique_ptr<AccessibilityProperties> accessibility_; // null until something is set
     std::shared_ptr<Animations> animations_;   // null while nothing moves; the animator knows what it is
     std::unique_ptr<LayoutState> layoutState_; // null without constraints and guides
+    mutable std::unique_ptr<SubviewBounds> subviewBounds_; // null until somebody asks
 };
 
 } // namespace platform

@@ -96,6 +96,7 @@ void UIView::setBounds(CGRect bounds)
     markPlaceDirty();
     auto before = std::exchange(bounds_, bounds);
     ViewAnimator::valueChanged(*this, Property::bounds, numbers(before), numbers(bounds));
+    visualFrameDidChange();
     markPlaceDirty();
     didChangeBounds(before);
 }
@@ -126,6 +127,7 @@ void UIView::setCenter(CGPoint center)
     markPlaceDirty();
     auto before = std::exchange(center_, center);
     ViewAnimator::valueChanged(*this, Property::center, numbers(before), numbers(center));
+    visualFrameDidChange();
     markPlaceDirty();
     if (superview_)
         updateSafeArea();
@@ -140,6 +142,7 @@ void UIView::setTransform(CGAffineTransform transform)
     markPlaceDirty();
     auto before = std::exchange(transform_, transform);
     ViewAnimator::valueChanged(*this, Property::transform, numbers(before), numbers(transform));
+    visualFrameDidChange();
     markPlaceDirty();
 }
 

@@ -68,7 +68,7 @@ void UIView::layoutSubtree()
     auto keptAlive = weak_from_this().lock();
     if (needsLayout_) {
         needsLayout_ = false;
-        CurrentAppearance current(traits_.colorAppearance());
+        CurrentAppearance current(traits_->colorAppearance());
         auto controller = viewController_.lock();
         if (controller)
             controller->viewWillLayoutSubviews();

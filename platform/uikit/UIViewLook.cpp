@@ -6,6 +6,7 @@
 #include "platform/foundation/Precondition.h"
 #include "platform/uikit/AccessibilityEvents.h"
 #include "platform/uikit/ScreenSight.h"
+#include "platform/uikit/SubviewBounds.h"
 #include "platform/uikit/UIWindow.h"
 #include "platform/uikit/ViewAnimator.h"
 #include "platform/uikit/ViewLayout.h"
@@ -59,6 +60,7 @@ void UIView::setHidden(bool hidden)
         return;
     markPlaceDirty();
     isHidden_ = hidden;
+    visualFrameDidChange();
     markPlaceDirty();
     if (superview_)
         notifyAccessibility(*superview_, AccessibilityEvent::childrenChanged);
@@ -70,7 +72,7 @@ void UIView::setBackgroundColor(std::optional<UIColor> color)
     if (color == backgroundColor_)
         return;
     auto before = std::exchange(backgroundColor_, std::move(color));
-    auto appearance = traits_.colorAppearance();
+    auto appearance = traits_->colorAppearance();
     ViewAnimator::valueChanged(*this, ViewAnimator::Property::backgroundColor, numbers(before, appearance),
                                numbers(backgroundColor_, appearance));
     setNeedsDisplay();
@@ -98,6 +100,7 @@ void UIView::setShadow(const std::optional<UIViewShadow>& shadow)
         return;
     markPlaceDirty();
     shadow_ = shadow ? std::make_shared<const UIViewShadow>(*shadow) : nullptr;
+    visualFrameDidChange();
     markPlaceDirty();
 }
 
@@ -108,6 +111,7 @@ void UIView::setClipsToBounds(bool clips)
         return;
     markPlaceDirty();
     clipsToBounds_ = clips;
+    visualFrameDidChange();
     markPlaceDirty();
 }
 
@@ -219,13 +223,45 @@ void UIView::markDirty(CGRect rect)
 CGRect UIView::visualBounds() const
 {
     auto result = presentationBounds();
-    if (!clipsToBounds_) {
-        for (const auto& subview : subviews_) {
-            if (!subview->isHidden_)
-                result = result.unionWith(subview->mapToSuperview().apply(subview->visualBounds()));
-        }
-    }
+    if (!clipsToBounds_ && !subviews_.empty())
+        result = result.unionWith(subviewBounds().all(*this));
     return shadow_ ? withShadow(result, *shadow_) : result;
+}
+
+CGRect UIView::visualFrame() const
+{
+    if (isHidden_)
+        return CGRect::null();
+    if (animations_ || !transform_.isIdentity())
+        return mapToSuperview().apply(visualBounds());
+    return visualBounds().offsetBy(center_.x - bounds_.midX(), center_.y - bounds_.midY());
+}
+
+SubviewBounds& UIView::subviewBounds() const
+{
+    if (!subviewBounds_)
+        subviewBounds_ = std::make_unique<SubviewBounds>();
+    return *subviewBounds_;
+}
+
+// A view that has not been asked where its subviews are, or was told already that it has to look again, has told those
+// around it, or nobody there relies on it. So a change goes up only as far as somebody knows an answer.
+void UIView::visualFrameDidChange()
+{
+    for (auto* view = this; auto* around = view->superview_; view = around) {
+        auto isKnown = around->mask_.get() != view && around->subviewBounds_
+            && around->subviewBounds_->markChanged(*around, *view);
+        if (!isKnown || around->clipsToBounds_)
+            return;
+    }
+}
+
+void UIView::subviewOrderDidChange()
+{
+    if (subviewBounds_ && !subviewBounds_->markReordered())
+        return;
+    if (!clipsToBounds_)
+        visualFrameDidChange();
 }
 
 } // namespace platform

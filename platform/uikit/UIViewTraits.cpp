@@ -11,15 +11,19 @@ namespace platform {
 
 void UIView::inheritTraits()
 {
-    auto traits = superview_ ? superview_->traits_ : window_ == this ? window_->baseTraits() : traits_;
+    auto inherited = superview_ ? superview_->traits_ : traits_;
+    auto traits = window_ == this ? window_->baseTraits() : *inherited;
     if (overrideStyle_ != UIUserInterfaceStyle::unspecified)
         traits.userInterfaceStyle = overrideStyle_;
     if (overrideContentSize_)
         traits.preferredContentSizeCategory = *overrideContentSize_;
-    if (traits == traits_)
+    if (traits != *inherited)
+        inherited = std::make_shared<const UITraitCollection>(traits);
+    auto kept = std::exchange(traits_, inherited); // equal ones are shared from now on
+    if (traits == *kept)
         return;
+    auto previous = *kept;
     auto keptAlive = weak_from_this().lock();
-    auto previous = std::exchange(traits_, traits);
     setNeedsDisplay();
     setNeedsLayout();
     // Superviews first, so that a view that asks upwards finds the new state.
@@ -30,11 +34,11 @@ void UIView::inheritTraits()
     }
     if (mask_)
         mask_->inheritTraits();
-    CurrentAppearance current(traits_.colorAppearance());
+    CurrentAppearance current(traits_->colorAppearance());
     if (auto controller = viewController_.lock())
         controller->traitCollectionDidChange(previous);
     traitCollectionDidChange(previous);
-    if (traits_.accentColor != previous.accentColor && inheritsTint())
+    if (traits_->accentColor != previous.accentColor && inheritsTint())
         tintColorDidChange();
 }
 
@@ -82,7 +86,7 @@ UIUserInterfaceLayoutDirection UIView::effectiveUserInterfaceLayoutDirection() c
     case UISemanticContentAttribute::unspecified:
         break;
     }
-    return traits_.layoutDirection;
+    return traits_->layoutDirection;
 }
 
 UIColor UIView::tintColor() const
@@ -91,7 +95,7 @@ UIColor UIView::tintColor() const
         if (view->tintColor_)
             return *view->tintColor_;
     }
-    const auto& accent = traits_.accentColor;
+    const auto& accent = traits_->accentColor;
     return accent ? UIColor(accent->red, accent->green, accent->blue, accent->alpha) : UIColor::systemBlue();
 }
 
@@ -107,10 +111,10 @@ bool UIView::inheritsTint() const
 void UIView::setTintColor(std::optional<UIColor> color)
 {
     assertOnMainThread();
-    if (color == tintColor_)
+    if (color ? tintColor_ && *color == *tintColor_ : !tintColor_)
         return;
     auto before = tintColor();
-    tintColor_ = std::move(color);
+    tintColor_ = color ? std::make_unique<const UIColor>(*std::move(color)) : nullptr;
     if (tintColor() != before)
         tellTintColorChanged();
 }

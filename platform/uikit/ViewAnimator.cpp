@@ -107,6 +107,8 @@ void ViewAnimator::Engine::run()
 void ViewAnimator::Engine::setFrameTime(Instant time)
 {
     frameTime = time;
+    for (auto* animations : active)
+        animations->view.visualFrameDidChange();
 }
 
 void ViewAnimator::Engine::pause()
@@ -273,6 +275,7 @@ void ViewAnimator::valueChanged(UIView& view, Property property, const Animatabl
 void ViewAnimator::removeAll(UIView& view)
 {
     view.animations_.reset();
+    view.visualFrameDidChange();
 }
 
 void ViewAnimator::viewLeftWindow(UIView& view)
@@ -286,6 +289,7 @@ void ViewAnimator::viewLeftWindow(UIView& view)
     });
     if (movements.empty())
         view.animations_.reset();
+    view.visualFrameDidChange();
 }
 
 void UIView::animate(const AnimationTiming& timing, const std::function<void()>& changes,

@@ -4,7 +4,9 @@
 #include "platform/graphics/CurrentAppearance.h"
 #include "platform/graphics/UIBezierPath.h"
 #include "platform/uikit/GradientMask.h"
-#include "platform/uikit/PaintOrder.h"
+#include "platform/uikit/OutlineMask.h"
+#include "platform/uikit/SubviewBounds.h"
+#include "platform/uikit/opaqueFrame.h"
 #include "platform/uikit/shadowBounds.h"
 
 #include <algorithm>
@@ -47,13 +49,27 @@ void ViewPainter::paintGroup(UIView& view, CGRect dirty)
     auto alpha = view.presentationAlpha();
     if (view.isHidden_ || alpha == 0 || dirty.isEmpty())
         return;
-    if (context_.appearance() != view.traits_.colorAppearance())
-        context_.setAppearance(view.traits_.colorAppearance());
+    if (context_.appearance() != view.traits_->colorAppearance())
+        context_.setAppearance(view.traits_->colorAppearance());
     if (alpha == 1 && !view.mask_) {
         paintShadow(view, dirty);
         paintContent(view, dirty);
-        return;
+    } else if (auto pieces = alpha == 1 ? piecesOfMask(*view.mask_, dirty) : std::nullopt) {
+        for (const auto& piece : pieces->inside) {
+            CGContextState state(context_);
+            context_.clip(piece);
+            paintShadow(view, piece);
+            paintContent(view, piece);
+        }
+        for (const auto& piece : pieces->edge)
+            paintLayer(view, piece, alpha);
+    } else {
+        paintLayer(view, dirty, alpha);
     }
+}
+
+void ViewPainter::paintLayer(UIView& view, CGRect dirty, CGFloat alpha)
+{
     auto bounds = view.visualBounds().intersection(dirty);
     if (view.mask_)
         bounds = bounds.intersection(view.mask_->mapToSuperview().apply(view.mask_->visualBounds()));
@@ -66,6 +82,20 @@ void ViewPainter::paintGroup(UIView& view, CGRect dirty)
         context_.maskLayer(
             [&](CGContext& context) { ViewPainter(context).paintInSuperview(*view.mask_, bounds); });
     context_.endLayer();
+}
+
+// A mask that is a round rectangle matters at its edge only.
+std::optional<ShapePieces> ViewPainter::piecesOfMask(UIView& mask, CGRect dirty) const
+{
+    auto* outline = dynamic_cast<OutlineMask*>(&mask);
+    if (!outline || !isPlain(mask) || !mask.subviews_.empty() || !mask.presentationTransform().isIdentity())
+        return std::nullopt;
+    auto shape = roundedRectOf(outline->outlineNow());
+    auto bounds = mask.presentationBounds();
+    if (!shape || !bounds.contains(shape->rect))
+        return std::nullopt;
+    shape->rect = mask.mapToSuperview().apply(shape->rect);
+    return piecesOf(*shape, dirty, context_);
 }
 
 // Where all that the mask shows in the rectangle is one gradient, there is no need to paint it by itself first.
@@ -85,7 +115,7 @@ bool ViewPainter::maskWithGradient(UIView& mask, CGRect dirty)
         return false;
     CGContextState state(context_);
     context_.concat(map);
-    context_.setAppearance(view->traits_.colorAppearance());
+    context_.setAppearance(view->traits_->colorAppearance());
     maskLayer(context_, dynamic_cast<GradientMask*>(view)->gradientNow());
     return true;
 }
@@ -106,12 +136,8 @@ void ViewPainter::paintShadow(UIView& view, CGRect dirty)
     auto bounds = view.presentationBounds();
     auto background = view.presentationBackgroundColor();
     auto content = bounds;
-    if (!view.clipsToBounds_) {
-        for (const auto& subview : view.subviews_) {
-            if (!subview->isHidden_)
-                content = content.unionWith(subview->mapToSuperview().apply(subview->visualBounds()));
-        }
-    }
+    if (!view.clipsToBounds_ && !view.subviews_.empty())
+        content = content.unionWith(view.subviewBounds().all(view));
     auto isOpaque =
         background && background->components(context_.appearance()).alpha >= 1 && !background->patternImage();
     if (isOpaque && bounds.contains(content)) {
@@ -139,57 +165,103 @@ void ViewPainter::paintContent(UIView& view, CGRect dirty)
 {
     auto bounds = view.presentationBounds();
     auto seen = bounds.intersection(dirty);
-    auto radius = view.presentationCornerRadius();
-    auto shape = [&] { return UIBezierPath::roundedRect(bounds, radius, view.maskedCorners_); };
-
-    // Where one subview hides all of the rest, painting starts with it.
-    auto order = paintOrder(view.subviews_);
-    auto first = order.size();
-    while (first > 0 && !covers(*order[first - 1], dirty))
-        --first;
-    auto isCovered = first > 0;
-
-    std::optional<CGContextState> clipping;
-    if (view.clipsToBounds_) {
-        if (seen.isEmpty())
-            return;
-        clipping.emplace(context_);
+    if (view.clipsToBounds_ && seen.isEmpty())
+        return;
+    RoundedRect shape{bounds, view.presentationCornerRadius(), view.maskedCorners_};
+    auto pieces = view.clipsToBounds_ && shape.radius > 0 ? piecesOf(shape, dirty, context_) : std::nullopt;
+    if (!pieces) {
+        paintClipped(view, shape, dirty);
+        return;
     }
-    if (!isCovered && !seen.isEmpty()) {
-        if (auto color = view.presentationBackgroundColor()) {
-            if (radius > 0)
-                context_.fill(shape(), *color);
-            else
-                context_.fill(bounds, *color);
-        }
-    }
-    if (view.clipsToBounds_) {
-        if (radius > 0)
-            context_.clip(shape());
-        else
-            context_.clip(bounds);
-    }
-    if (!isCovered && !seen.isEmpty()) {
+    for (const auto& piece : pieces->inside) {
         CGContextState state(context_);
-        if (!view.clipsToBounds_)
-            context_.clip(bounds);
-        CurrentAppearance current(view.traits_.colorAppearance());
-        view.draw(context_, seen);
+        context_.clip(piece);
+        paintClipped(view, {bounds}, piece);
     }
-    auto dirtyBelow = view.clipsToBounds_ ? seen : dirty;
-    for (auto i = isCovered ? first - 1 : 0; i < order.size(); ++i)
-        paintInSuperview(*order[i], dirtyBelow);
+    for (const auto& piece : pieces->edge) {
+        CGContextState state(context_);
+        context_.clip(piece);
+        paintClipped(view, shape, piece);
+    }
 }
 
-// Whether the view's own background hides everything behind it in the rectangle (its superview's coordinates).
-bool ViewPainter::covers(const UIView& view, CGRect dirty) const
+void ViewPainter::paintClipped(UIView& view, const RoundedRect& shape, CGRect dirty)
 {
-    if (view.isHidden_ || view.mask_ || view.presentationAlpha() < 1 || view.presentationCornerRadius() > 0
-        || !view.presentationTransform().isIdentity())
-        return false;
+    std::vector<std::shared_ptr<UIView>> subviews;
+    if (!view.subviews_.empty())
+        subviews =
+            view.subviewBounds().seenIn(view, view.clipsToBounds_ ? shape.rect.intersection(dirty) : dirty);
+    paintInOrder(view, shape, subviews, dirty);
+}
+
+// The view itself, then the subviews; of what one of them hides only the rest.
+void ViewPainter::paintInOrder(UIView& view, const RoundedRect& shape, Subviews subviews, CGRect dirty)
+{
+    auto seen = shape.rect.intersection(dirty);
+    auto hidden = hiddenBehind(subviews, dirty);
+    auto showsItself = hidden.front.empty() && !seen.isEmpty();
+    for (const auto& piece : hidden.beside) {
+        CGContextState state(context_);
+        context_.clip(piece);
+        paintInOrder(view, shape, subviews.first(subviews.size() - hidden.front.size()), piece);
+    }
+    if (showsItself)
+        paintBackground(view, shape, dirty);
+    std::optional<CGContextState> clipping;
+    if (view.clipsToBounds_) {
+        clipping.emplace(context_);
+        clipTo(shape);
+    }
+    if (showsItself) {
+        CGContextState state(context_);
+        if (!view.clipsToBounds_)
+            context_.clip(shape.rect);
+        CurrentAppearance current(view.traits_->colorAppearance());
+        view.draw(context_, seen);
+    }
+    for (const auto& subview : hidden.front.empty() ? subviews : hidden.front)
+        paintInSuperview(*subview, view.clipsToBounds_ ? seen : dirty);
+}
+
+void ViewPainter::clipTo(const RoundedRect& shape)
+{
+    if (shape.radius > 0)
+        context_.clip(UIBezierPath::roundedRect(shape.rect, shape.radius, shape.corners));
+    else
+        context_.clip(shape.rect);
+}
+
+void ViewPainter::paintBackground(UIView& view, const RoundedRect& shape, CGRect dirty)
+{
     auto color = view.presentationBackgroundColor();
-    return color && color->components(view.traits_.colorAppearance()).alpha >= 1
-        && view.mapToSuperview().apply(view.presentationBounds()).contains(dirty);
+    if (!color)
+        return;
+    if (!(shape.radius > 0))
+        return context_.fill(shape.rect, *color);
+    auto outline = UIBezierPath::roundedRect(shape.rect, shape.radius, shape.corners);
+    auto pieces = piecesOf(shape, dirty, context_);
+    if (!pieces)
+        return context_.fill(outline, *color);
+    for (const auto& piece : pieces->inside)
+        context_.fill(piece, *color);
+    for (const auto& piece : pieces->edge) {
+        CGContextState state(context_);
+        context_.clip(piece);
+        context_.fill(outline, *color);
+    }
+}
+
+// The front-most subview that hides enough of what is behind it to paint around it.
+ViewPainter::Hidden ViewPainter::hiddenBehind(Subviews subviews, CGRect dirty) const
+{
+    for (auto i = subviews.size(); i > 0; --i) {
+        auto opaque = opaqueFrame(*subviews[i - 1], dirty);
+        if (opaque.contains(dirty))
+            return {subviews.subspan(i - 1), {}};
+        if (auto beside = piecesBeside(opaque, dirty, context_))
+            return {subviews.subspan(i - 1), *std::move(beside)};
+    }
+    return {};
 }
 
 } // namespace platform

@@ -2,7 +2,13 @@
 #pragma once
 
 #include "platform/graphics/CGContext.h"
+#include "platform/uikit/PaintPieces.h"
 #include "platform/uikit/UIView.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
 
 namespace platform {
 
@@ -20,13 +26,26 @@ public:
     void paint(UIView& view, CGRect dirty);
 
 private:
+    using Subviews = std::span<const std::shared_ptr<UIView>>;
+    // The subviews in front, from one that is opaque, and where something is seen of what is behind that. Empty: all is.
+    struct Hidden {
+        Subviews front;
+        std::vector<CGRect> beside;
+    };
+
     void paintInSuperview(UIView& view, CGRect dirty);
     void paintGroup(UIView& view, CGRect dirty);
+    void paintLayer(UIView& view, CGRect dirty, CGFloat alpha);
     void paintContent(UIView& view, CGRect dirty);
+    void paintClipped(UIView& view, const RoundedRect& shape, CGRect dirty);
+    void paintInOrder(UIView& view, const RoundedRect& shape, Subviews subviews, CGRect dirty);
+    void paintBackground(UIView& view, const RoundedRect& shape, CGRect dirty);
     void paintShadow(UIView& view, CGRect dirty);
+    void clipTo(const RoundedRect& shape);
     bool maskWithGradient(UIView& mask, CGRect dirty);
+    std::optional<ShapePieces> piecesOfMask(UIView& mask, CGRect dirty) const;
+    Hidden hiddenBehind(Subviews subviews, CGRect dirty) const;
     static bool isPlain(const UIView& view); // nothing of its own shows, or changes what does
-    bool covers(const UIView& view, CGRect dirty) const;
 
     CGContext& context_;
     bool isOutline_ = false; // of a shadow: what is painted throws none of its own
