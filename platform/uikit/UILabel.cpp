@@ -67,7 +67,44 @@ UILabel::UILabel(CGRect frame)
     setFrame(frame);
 }
 
-UILabel::~UILabel() = default;
+// The labels that have layouts, the last one asked first.
+class UILabel::Recent {
+public:
+    static Recent& shared()
+    {
+        static auto& recent = *new Recent; // labels may live as long as the process
+        return recent;
+    }
+    void touch(const UILabel& label)
+    {
+        if (label.recent_) {
+            labels_.splice(labels_.begin(), labels_, *label.recent_);
+            return;
+        }
+        labels_.push_front(&label);
+        label.recent_ = labels_.begin();
+        if (labels_.size() <= limit)
+            return;
+        auto& oldest = *labels_.back();
+        for (auto& entry : oldest.cache_)
+            entry.paragraphs = std::vector<Shaped::Paragraph>();
+        forget(oldest);
+    }
+    void forget(const UILabel& label)
+    {
+        if (auto place = std::exchange(label.recent_, std::nullopt))
+            labels_.erase(*place);
+    }
+
+private:
+    static constexpr std::size_t limit = 500; // more than a screen shows
+    std::list<const UILabel*> labels_;
+};
+
+UILabel::~UILabel()
+{
+    Recent::shared().forget(*this);
+}
 
 void UILabel::setText(std::string text)
 {
@@ -191,7 +228,7 @@ UILabel::Shaped UILabel::shape(CGFloat width, int maxLines) const
     return result;
 }
 
-const UILabel::Shaped& UILabel::shaped(CGFloat width, int maxLines) const
+UILabel::Shaped& UILabel::remembered(CGFloat width, int maxLines) const
 {
     // One for the natural size, one to measure, one on screen.
     constexpr std::size_t cacheLimit = 3;
@@ -204,7 +241,17 @@ const UILabel::Shaped& UILabel::shaped(CGFloat width, int maxLines) const
     if (cache_.size() == cacheLimit)
         cache_.pop_back();
     cache_.insert(cache_.begin(), shape(width, maxLines));
+    Recent::shared().touch(*this);
     return cache_.front();
+}
+
+const UILabel::Shaped& UILabel::shaped(CGFloat width, int maxLines) const
+{
+    auto& entry = remembered(width, maxLines);
+    if (entry.paragraphs.empty()) // there is always one
+        entry = shape(entry.width, maxLines);
+    Recent::shared().touch(*this);
+    return entry;
 }
 
 const UILabel::Shaped& UILabel::shapedInBounds() const
@@ -242,7 +289,7 @@ CGSize UILabel::sizeThatFits(CGSize available) const
 {
     if (text_.empty())
         return {};
-    auto size = shaped(available.width, numberOfLines_).size;
+    auto size = remembered(available.width, numberOfLines_).size;
     return {roundedUp(size.width), roundedUp(size.height)};
 }
 

@@ -4,6 +4,7 @@
 #include "platform/graphics/TextLayout.h"
 #include "platform/uikit/UIView.h"
 
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -55,7 +56,8 @@ public:
     AccessibilityProperties accessibilityNow() const override;
 
 private:
-    // The text at one width, a layout a paragraph.
+    // The text at one width, a layout a paragraph. The layouts of labels that were not asked for long are let go, so that a
+    // thousand of them off the screen cost little; their sizes stay.
     struct Shaped {
         struct Paragraph {
             TextLayout layout;
@@ -68,6 +70,7 @@ private:
         std::vector<Paragraph> paragraphs;
     };
     const Shaped& shaped(CGFloat width, int maxLines) const;
+    Shaped& remembered(CGFloat width, int maxLines) const; // with or without its layouts
     Shaped shape(CGFloat width, int maxLines) const;
     const Shaped& shapedInBounds() const;
     void contentChanged();
@@ -84,6 +87,8 @@ private:
     CGFloat preferredMaxLayoutWidth_ = 0;
     CGFloat wrappedWidth_ = 0;          // that the intrinsic size was last told for
     mutable std::vector<Shaped> cache_; // the last few widths asked for, newest first
+    class Recent;
+    mutable std::optional<std::list<const UILabel*>::iterator> recent_; // among those that have layouts
 };
 
 } // namespace platform
