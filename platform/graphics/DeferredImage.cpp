@@ -3,6 +3,7 @@
 
 #include "platform/graphics/UIImage_p.h"
 
+#include <ranges>
 #include <string_view>
 #include <utility>
 
@@ -12,10 +13,11 @@ namespace {
 
 constexpr long long smallPixelCount = 128 * 128; // decoded within half a millisecond
 
-std::uint32_t bigEndian(std::string_view bytes)
+template <class Bytes>
+std::size_t number(const Bytes& mostSignificantFirst)
 {
-    std::uint32_t value = 0;
-    for (auto byte : bytes.substr(0, 4))
+    std::size_t value = 0;
+    for (auto byte : mostSignificantFirst)
         value = value << 8 | static_cast<unsigned char>(byte);
     return value;
 }
@@ -28,7 +30,7 @@ bool isWholePNG(std::string_view data)
         return false;
     for (auto at = signature; at < data.size() && data.size() - at >= frame;) {
         auto chunk = data.substr(at);
-        auto length = std::size_t(bigEndian(chunk));
+        auto length = number(chunk.substr(0, 4));
         if (chunk.size() - frame < length)
             return false;
         if (chunk.substr(4, 4) == "IEND")
@@ -38,15 +40,20 @@ bool isWholePNG(std::string_view data)
     return false;
 }
 
+// Half of one is decoded too, and grey where it ends.
 bool isJPEG(std::string_view data)
 {
     return data.starts_with("\xff\xd8");
 }
 
-// Of the other formats nothing is said.
 bool isKnownToBeWhole(std::string_view data)
 {
-    return isWholePNG(data) || (isJPEG(data) && data.ends_with("\xff\xd9"));
+    auto saysItsSize = [data](std::string_view name, std::size_t place, std::size_t more) {
+        return data.starts_with(name) && data.size() >= place + 4
+            && data.size() >= number(std::views::reverse(data.substr(place, 4))) + more;
+    };
+    return isJPEG(data) || isWholePNG(data) || (data.starts_with("GIF8") && data.ends_with(';'))
+        || saysItsSize("RIFF", 4, 8) || saysItsSize("BM", 2, 0);
 }
 
 std::span<const std::byte> bytes(const std::string& data)

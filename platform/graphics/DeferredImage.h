@@ -13,7 +13,7 @@ namespace platform {
 // An encoded picture that can be laid out at once, as its head says how large it is, and is decoded by who needs it first:
 // whoever asks, from any thread, or else whoever draws it. Others who need it meanwhile wait.
 //
-// What is small, or does not end as its format does, is decoded when this is made, so that damage is an error there. Other
+// What is small, or shorter than its format says, is decoded when this is made, so that damage is an error there. Other
 // damage is found when it is decoded: such a picture draws nothing.
 class DeferredImage {
 public:
