@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <filesystem>
+#include <set>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -136,6 +137,7 @@ BackgroundStore::BackgroundStore(std::string directory, int lock)
     , lock_(lock)
 {
     read();
+    removeUnlisted();
 }
 
 BackgroundStore::~BackgroundStore()
@@ -159,6 +161,23 @@ void BackgroundStore::read()
         if (auto entry = decodeEntry(task))
             entries_.insert_or_assign(entry->identifier, *entry);
     }
+}
+
+// What a list that was damaged has named once.
+void BackgroundStore::removeUnlisted()
+{
+    std::set<std::string> listed;
+    for (auto& [identifier, entry] : entries_)
+        listed.insert(partialPath(identifier));
+    std::error_code error; // what is left is found again
+    std::vector<std::filesystem::path> unlisted;
+    for (std::filesystem::directory_iterator file(directory_, error), end; !error && file != end;
+         file.increment(error)) {
+        if (file->path().extension() == ".part" && !listed.contains(file->path().string()))
+            unlisted.push_back(file->path());
+    }
+    for (auto& path : unlisted)
+        std::filesystem::remove(path, error);
 }
 
 void BackgroundStore::write()

@@ -45,6 +45,7 @@ public:
 private:
     BackgroundStore(std::string directory, int lock);
     void read();
+    void removeUnlisted();
     void write();
 
     // fixed after construction

@@ -6,6 +6,7 @@
 #include "platform/network/NSURLErrorCodes.h"
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
@@ -16,7 +17,11 @@ namespace platform {
 
 namespace {
 
-constexpr std::string_view growing = ".download";
+constexpr auto growing = ".download";
+// For going on with: resume data, a background session's.
+constexpr auto kept = ".partial";
+constexpr auto keptBySession = ".part";
+constexpr auto longestKept = std::chrono::hours(7 * 24);
 
 NSError writeError(int reason, const std::string& path)
 {
@@ -27,21 +32,15 @@ NSError writeError(int reason, const std::string& path)
     return urlError(NSURLErrorCannotWriteToFile, URL::fileURL(path));
 }
 
-// The files of living programs are locked.
-void removeAbandoned(const std::string& directory)
+bool isAbandoned(const std::filesystem::directory_entry& entry)
 {
-    std::error_code ignored; // what cannot be listed or removed now is found again by the next program
-    for (auto& entry : std::filesystem::directory_iterator(directory, ignored)) {
-        auto path = entry.path().string();
-        if (!path.ends_with(growing))
-            continue;
-        int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-        if (descriptor < 0)
-            continue;
-        if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0)
-            ::unlink(path.c_str());
-        ::close(descriptor);
-    }
+    auto kind = entry.path().extension();
+    if (kind == growing)
+        return true;
+    std::error_code error;
+    return (kind == kept || kind == keptBySession)
+        && entry.last_write_time(error) < std::filesystem::file_time_type::clock::now() - longestKept
+        && !error;
 }
 
 std::string makeDownloadDirectory()
@@ -63,11 +62,29 @@ std::string makeDownloadDirectory()
 
 } // namespace
 
+void removeAbandonedDownloads(const std::string& directory)
+{
+    std::error_code error; // what cannot be listed or removed now is found again by the next program
+    std::filesystem::recursive_directory_iterator place(
+        directory, std::filesystem::directory_options::skip_permission_denied, error);
+    for (; !error && place != std::filesystem::recursive_directory_iterator(); place.increment(error)) {
+        if (!isAbandoned(*place))
+            continue;
+        auto path = place->path();
+        int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+        if (descriptor < 0)
+            continue;
+        if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+            ::unlink(path.c_str());
+        ::close(descriptor);
+    }
+}
+
 std::string downloadDirectory()
 {
     static const std::string directory = [] {
         auto made = makeDownloadDirectory();
-        removeAbandoned(made);
+        removeAbandonedDownloads(made);
         return made;
     }();
     return directory;
@@ -75,7 +92,7 @@ std::string downloadDirectory()
 
 Result<std::unique_ptr<DownloadFile>> DownloadFile::make()
 {
-    return open(downloadDirectory() + UUID().string() + std::string(growing));
+    return open(downloadDirectory() + UUID().string() + growing);
 }
 
 Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)

@@ -15,7 +15,7 @@ namespace platform {
 // thread at a time.
 class DownloadFile {
 public:
-    // Among the user's caches (else in the temporary directory): what programs that crashed have left there goes.
+    // Among the user's caches (else in the temporary directory).
     [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> make();
     // The file at `path`, as it is; made when there is none.
     [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> open(std::string path);
@@ -34,7 +34,7 @@ public:
     [[nodiscard]] Result<void> truncate(std::int64_t size);
     // Whether it stays when this goes.
     void setKept(bool isKept) { isKept_ = isKept; }
-    // Where crashed programs' files are not looked for; false when it could not be moved.
+    // Under a name that says whether it is kept; false when it could not be moved.
     [[nodiscard]] bool moveTo(const std::string& path);
 
 private:
@@ -48,5 +48,10 @@ private:
 
 // Where downloads are while they grow; made, with a "/" at the end. Empty when there is no such place.
 std::string downloadDirectory();
+
+// Removes what nobody will come back to in a directory of downloads and the sessions' in it: what crashed programs have
+// left at once, what is kept for going on with when it has not been touched for a week. Files of living programs are
+// locked, and stay.
+void removeAbandonedDownloads(const std::string& directory);
 
 } // namespace platform

@@ -7,16 +7,22 @@
 #include "platform/network/NetworkConditions.h"
 #include "tests/support/RecordingDelegate.h"
 #include "tests/support/ScriptedServer.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <future>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace platform {
 
@@ -40,11 +46,14 @@ struct Case {
     std::string range; // that the second request asks for
 };
 
-void sendRange(Connection& connection, const std::string& file, std::size_t first, const char* tag)
+void sendRange(Connection& connection, const std::string& file, std::size_t first, const char* tag,
+               std::size_t most = std::string::npos)
 {
-    auto range = "Content-Range: bytes " + std::to_string(first) + "-" + std::to_string(file.size() - 1) + "/"
-        + std::to_string(file.size()) + "\r\nETag: " + tag + "\r\n";
-    connection.answer("206 Partial Content", file.substr(first), range);
+    auto body = file.substr(first, most);
+    auto range = "Content-Range: bytes " + std::to_string(first) + "-"
+        + std::to_string(first + body.size() - 1) + "/" + std::to_string(file.size()) + "\r\nETag: " + tag
+        + "\r\n";
+    connection.answer("206 Partial Content", body, range);
 }
 
 const Case cases[] = {
@@ -98,6 +107,15 @@ const Case cases[] = {
      },
      oldFile,
      {},
+     "bytes=10-"},
+    {"a range that is answered in part is asked for on",
+     "\"1\"",
+     [](auto& c, auto& request) {
+         auto first = std::stoul(request.field("Range").value_or("bytes=0").substr(6));
+         sendRange(c, oldFile, first, "\"1\"", 8);
+     },
+     oldFile,
+     {10, 18, 26},
      "bytes=10-"},
     {"a weak validator proves nothing", "W/\"1\"", {}, "", {}, ""},
     {"no validator proves nothing", "", {}, "", {}, ""},
@@ -167,6 +185,38 @@ TEST(Download, resumeDataGoesOnWhereTheTaskWasCancelled)
     session->downloadTask("nonsense")->resume();
     ASSERT_TRUE(delegate->waitForEnds(3));
     EXPECT_EQ(delegate->error()->bridged().code(), NSURLErrorUnsupportedURL);
+}
+
+TEST(Download, aTagIsBelievedOnlyOfTheResourceThatGaveIt)
+{
+    // The address leads elsewhere the second time, and both files happen to have the tag "1".
+    std::atomic<bool> hasMoved = false;
+    ScriptedServer server([&](Connection& connection, const Request& request) {
+        if (request.target == "/file")
+            return void(
+                connection.answer("302 Found", "", hasMoved ? "Location: /b\r\n" : "Location: /a\r\n"));
+        auto& file = request.target == "/a" ? oldFile : newFile;
+        if (request.field("Range"))
+            return sendRange(connection, file, 10, "\"1\"");
+        if (hasMoved)
+            return void(connection.answer("200 OK", file, "ETag: \"1\"\r\n"));
+        connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(file.size())
+                        + "\r\n\r\n" + file.substr(0, 10));
+        connection.waitForClose();
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    auto task = session->downloadTask(URLRequest(server.url("/file")));
+    task->resume();
+    ASSERT_TRUE(delegate->waitForCall("progress"));
+    std::promise<std::optional<std::string>> produced;
+    task->cancelByProducingResumeData([&](auto data) { produced.set_value(std::move(data)); });
+    auto data = produced.get_future().get();
+    ASSERT_TRUE(data);
+    hasMoved = true;
+    session->downloadTask(*data)->resume();
+    ASSERT_TRUE(delegate->waitForEnds(2));
+    EXPECT_EQ(delegate->body(), newFile);
 }
 
 TEST(Download, aBackgroundSessionGoesOnWithWhatAnEarlierOneLeft)
@@ -245,7 +295,74 @@ TEST(Download, aMeteredConnectionIsRefusedOrWaitedFor)
     EXPECT_EQ(delegate->body(), "hello");
 }
 
-TEST(Download, aDiskThatTakesNoMoreFailsTheTaskAndLeavesNoFile)
+TEST(Download, whatNobodyComesBackToIsSweptAndWhatLivesStays)
+{
+    struct Case {
+        const char* name;
+        std::chrono::hours age;
+        bool isLocked;
+        bool stays;
+    };
+    constexpr auto month = std::chrono::hours(31 * 24);
+    constexpr auto day = std::chrono::hours(24);
+    const Case cases[] = {
+        {"crashed.download", std::chrono::hours(0), false, false},
+        {"living.download", month, true, true},
+        {"old.partial", month, false, false},
+        {"taken-up.partial", month, true, true},
+        {"fresh.partial", day, false, true},
+        {"session-x/1.part", month, false, false},
+        {"session-x/2.part", day, false, true},
+        {"session-x/tasks.plist", month, false, true},
+        {"session-x/lock", month, false, true},
+    };
+    tests::TemporaryDirectory folder;
+    std::vector<std::unique_ptr<DownloadFile>> living;
+    for (auto& [name, age, isLocked, stays] : cases) {
+        auto path = folder.file(name, "x");
+        std::filesystem::last_write_time(path, std::filesystem::file_time_type::clock::now() - age);
+        if (isLocked)
+            living.push_back(std::move(*DownloadFile::open(path)));
+    }
+    removeAbandonedDownloads(folder.path() + "/");
+    for (auto& [name, age, isLocked, stays] : cases)
+        EXPECT_EQ(std::filesystem::exists(folder.path(name)), stays) << name;
+    removeAbandonedDownloads(folder.path("none"));
+}
+
+TEST(Download, aFullDiskIsSaidToBeFull)
+{
+    constexpr auto mount = "unshare --user --map-root-user --mount mount -t tmpfs none /mnt 2>/dev/null";
+    if (std::system(mount) != 0)
+        GTEST_SKIP() << "this system lets nobody mount a file system of their own";
+    // A process of its own sees a small file system where its caches are.
+    EXPECT_EXIT(
+        {
+            auto user = ::geteuid();
+            auto group = ::getegid();
+            bool isApart = ::unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
+            std::ofstream("/proc/self/setgroups") << "deny";
+            std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+            std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
+            if (!isApart || ::mount("none", "/mnt", "tmpfs", 0, "size=256k") != 0)
+                std::_Exit(2);
+            ::setenv("XDG_CACHE_HOME", "/mnt", 1);
+            ScriptedServer server([](Connection& connection, const Request&) {
+                connection.answer("200 OK", std::string(1'000'000, 'x'));
+            });
+            auto delegate = std::make_shared<RecordingDelegate>();
+            auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+            session->downloadTask(URLRequest(server.url("/")))->resume();
+            delegate->waitForEnds();
+            auto error = delegate->error().value_or(NSError("none", 0)).bridged();
+            std::fprintf(stderr, "%s %ld, %d files, %s", error.domain().c_str(), error.code(),
+                         std::filesystem::is_empty(downloadDirectory()) ? 0 : 1, downloadDirectory().c_str());
+            std::_Exit(0);
+        },
+        testing::ExitedWithCode(0), "^NSPOSIXErrorDomain 28, 0 files, /mnt/");
+}
+
+TEST(Download, aFileThatMayNotGrowFailsTheTaskAndLeavesNoFile)
 {
     ScriptedServer server([](Connection& connection, const Request&) {
         connection.answer("200 OK", std::string(1'000'000, 'x'));
