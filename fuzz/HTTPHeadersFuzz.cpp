@@ -2,10 +2,12 @@
 // Any header fields make an answer whose every part is what it promises, and lead only where loads may go.
 #include "platform/foundation/Precondition.h"
 #include "platform/foundation/UTF8.h"
+#include "platform/network/HTTPHead_p.h"
 #include "platform/network/HTTPMessage_p.h"
 #include "platform/network/HTTPURLResponse.h"
 #include "platform/network/Redirection_p.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
@@ -13,17 +15,19 @@ using namespace platform;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // Lines of name, colon, value.
     std::string_view rest(reinterpret_cast<const char*>(data), size);
-    HTTPHeaderFields fields;
+    HTTPHead head;
+    int wholeCount = 0;
     while (!rest.empty()) {
-        auto line = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-        auto colon = line.find(':');
-        if (colon != std::string_view::npos
-            && isValidHTTPHeaderField(line.substr(0, colon), line.substr(colon + 1)))
-            addHTTPHeaderField(fields, line.substr(0, colon), line.substr(colon + 1));
+        auto line = rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
+        rest.remove_prefix(line.size());
+        wholeCount += head.take(line) == HTTPHead::Reading::isWhole ? 1 : 0;
     }
+    static_cast<void>(head.take("\r\n")); // a field may be waiting for its end
+    precondition(wholeCount <= 1, "a head is whole twice");
+    auto& fields = head.fields();
+    for (auto& [name, value] : fields)
+        precondition(isValidHTTPHeaderField(name, value), "a field is not one");
     static const auto url = *URL::parse("https://example.org/a/b?c");
     HTTPURLResponse response(url, 302, "HTTP/1.1", fields);
     auto name = response.suggestedFilename();

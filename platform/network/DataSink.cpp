@@ -7,17 +7,10 @@
 #include <algorithm>
 #include <atomic>
 #include <utility>
-#include <vector>
 
 namespace platform {
 
 LoadSink::~LoadSink() = default;
-
-std::span<char> loadBuffer()
-{
-    static std::vector<char> buffer(256 * 1024);
-    return buffer;
-}
 
 namespace {
 
@@ -62,22 +55,37 @@ public:
         return announce(response, std::move(proceed)) ? Reception::waits : Reception::taken;
     }
 
-    std::optional<Error> take(HTTPTransfer& transfer) override
+    Result<HTTPTransfer::Intake> take(std::string_view bytes) override
     {
-        for (;;) {
-            if (!state_->dataCompletion && waiting_->bytes >= mostWaiting) {
-                // Looked at again after it is said, as the queue may have come to its end in between.
-                waiting_->isStalled = true;
-                if (waiting_->bytes >= mostWaiting || !waiting_->isStalled.exchange(false))
-                    return std::nullopt;
-            }
-            auto count = transfer.read(loadBuffer());
-            if (count == 0)
-                return std::nullopt;
-            std::string chunk(loadBuffer().data(), count);
-            keep(chunk);
-            hand(std::move(chunk));
+        if (!state_->dataCompletion && waiting_->bytes >= mostWaiting) {
+            // Looked at again after it is said, as the queue may have come to its end in between.
+            waiting_->isStalled = true;
+            if (waiting_->bytes >= mostWaiting || !waiting_->isStalled.exchange(false))
+                return HTTPTransfer::Intake::refused;
         }
+        byteCount_ += static_cast<std::int64_t>(bytes.size());
+        if (state_->dataCompletion) {
+            body_ += bytes;
+        } else {
+            keep(bytes);
+            news_ += bytes;
+        }
+        return HTTPTransfer::Intake::taken;
+    }
+
+    void pause() override
+    {
+        auto& core = *state_->core;
+        auto chunk = std::exchange(news_, {});
+        if (chunk.empty() || !core.delegateOf<URLSessionDataDelegate>(*task_))
+            return;
+        waiting_->bytes += chunk.size();
+        core.delegateQueue()->async(
+            [state = state_, task = task_, waiting = waiting_, chunk = std::move(chunk)] {
+                if (auto delegate = state->core->listenerOf<URLSessionDataDelegate>(*task))
+                    delegate->urlSessionDataTaskDidReceiveData(*state->session, task, chunk);
+                handled(waiting, chunk.size());
+            });
     }
 
     bool announce(const std::shared_ptr<const URLResponse>& response,
@@ -144,36 +152,12 @@ public:
     }
 
 private:
-    void keep(const std::string& chunk)
+    void keep(std::string_view bytes)
     {
-        byteCount_ += static_cast<std::int64_t>(chunk.size());
-        if (state_->dataCompletion)
-            return;
         if (byteCount_ <= mostStored_)
-            stored_ += chunk;
+            stored_ += bytes;
         else
             std::string().swap(stored_);
-    }
-
-    void hand(std::string chunk)
-    {
-        if (state_->dataCompletion) {
-            if (body_.empty())
-                body_ = std::move(chunk);
-            else
-                body_ += chunk;
-            return;
-        }
-        auto& core = *state_->core;
-        if (!core.delegateOf<URLSessionDataDelegate>(*task_))
-            return;
-        waiting_->bytes += chunk.size();
-        core.delegateQueue()->async(
-            [state = state_, task = task_, waiting = waiting_, chunk = std::move(chunk)] {
-                if (auto delegate = state->core->listenerOf<URLSessionDataDelegate>(*task))
-                    delegate->urlSessionDataTaskDidReceiveData(*state->session, task, chunk);
-                handled(waiting, chunk.size());
-            });
     }
 
     // fixed after construction
@@ -184,6 +168,7 @@ private:
 
     std::int64_t byteCount_ = 0;
     std::string body_;   // for the completion
+    std::string news_;   // for the delegate
     std::string stored_; // for the cache
     std::move_only_function<void()> completion_;
 };

@@ -96,19 +96,19 @@ public:
         return Reception::taken;
     }
 
-    std::optional<Error> take(HTTPTransfer& transfer) override
+    Result<HTTPTransfer::Intake> take(std::string_view bytes) override
     {
         if (openError_)
-            return openError_;
-        std::int64_t written = 0;
-        while (auto count = transfer.read(loadBuffer())) {
-            if (auto appended = file_->append({loadBuffer().data(), count}); !appended)
-                return appended.error();
-            written += static_cast<std::int64_t>(count);
-        }
-        if (written > 0)
+            return std::unexpected(*openError_);
+        TRY(file_->append(bytes));
+        news_ += static_cast<std::int64_t>(bytes.size());
+        return HTTPTransfer::Intake::taken;
+    }
+
+    void pause() override
+    {
+        if (auto written = std::exchange(news_, 0); written > 0)
             tellProgress(written);
-        return std::nullopt;
     }
 
     bool canContinue() const override { return file_ && file_->size() > 0 && !validator_.empty(); }
@@ -268,6 +268,7 @@ private:
     std::string validator_; // of what the file has; empty: it cannot be continued
     std::string source_;    // what the validator is of
     std::optional<std::int64_t> total_;
+    std::int64_t news_ = 0; // bytes that the delegate has not heard of
     bool isRanged_ = false;
     bool isGivenAway_ = false;
     std::move_only_function<void()> completion_;

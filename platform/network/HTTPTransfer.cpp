@@ -1,278 +1,310 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/HTTPTransfer_p.h"
 
+#include "platform/network/CachedURLResponse.h"
+#include "platform/network/HTTPConnections_p.h"
+#include "platform/network/HTTPHead_p.h"
 #include "platform/network/HTTPMessage_p.h"
+#include "platform/network/HTTPRequestHandle_p.h"
 #include "platform/network/NSURLErrorCodes.h"
+#include "platform/network/NetworkThread_p.h"
 #include "platform/network/TransferError_p.h"
 
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QTimer>
-#include <QtNetwork/QNetworkAccessManager>
-#include <QtNetwork/QNetworkReply>
-#include <QtNetwork/QSslCertificate>
-#include <QtNetwork/QSslConfiguration>
-
 #include <algorithm>
-#include <limits>
+#include <chrono>
 #include <utility>
 
 namespace platform {
 
 namespace {
 
-// Of bytes that have come and wait for their reader.
-constexpr qint64 readBufferSize = 4 * 1024 * 1024;
-// Of a chunked body that nobody reads.
-constexpr qint64 mostUnread = 16 * 1024 * 1024;
 // A body that unpacks to more than this and to more than 40 times its size is an attack.
-constexpr qint64 decompressedSizeThreshold = 64 * 1024 * 1024;
+constexpr std::int64_t mostUnpacked = 64 * 1024 * 1024;
+constexpr std::int64_t mostExpansion = 40;
 
-QByteArray bytes(const std::string& text)
-{
-    return QByteArray::fromStdString(text);
-}
+using Clock = NetworkThread::Clock;
 
-// The system's certificates, or those that the environment names instead, as for other programs.
-const QSslConfiguration& secureConfiguration()
+Date now()
 {
-    static const auto configuration = [] {
-        auto result = QSslConfiguration::defaultConfiguration();
-        if (auto file = qEnvironmentVariable("SSL_CERT_FILE"); !file.isEmpty())
-            result.setCaCertificates(QSslCertificate::fromPath(file, QSsl::Pem));
-        return result;
-    }();
-    return configuration;
-}
-
-QNetworkRequest libraryRequest(const URLRequest& request, HTTPTransfer::Encoding encoding)
-{
-    QNetworkRequest result(QUrl::fromEncoded(bytes(request.url.absoluteString())));
-    using Attribute = QNetworkRequest::Attribute;
-    result.setAttribute(Attribute::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    result.setAttribute(Attribute::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    result.setAttribute(Attribute::CacheSaveControlAttribute, false);
-    result.setAttribute(Attribute::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    result.setAttribute(Attribute::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    result.setAttribute(Attribute::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    result.setDecompressedSafetyCheckThreshold(decompressedSizeThreshold);
-    if (request.url.scheme() == "https") {
-        auto secure = secureConfiguration();
-        secure.setAllowedNextProtocols({"h2", "http/1.1"});
-        result.setSslConfiguration(secure);
-    }
-    result.setRawHeader("User-Agent", "zelk");
-    // A field of ours keeps the library from asking for compression and from undoing it.
-    if (encoding == HTTPTransfer::Encoding::asStored)
-        result.setRawHeader("Accept-Encoding", "identity");
-    for (auto& [name, value] : request.allHTTPHeaderFields)
-        result.setRawHeader(bytes(name), bytes(value));
-    return result;
-}
-
-QNetworkReply* send(QNetworkAccessManager& access, const URLRequest& request, HTTPTransfer::Encoding encoding)
-{
-    auto prepared = libraryRequest(request, encoding);
-    if (request.httpBody.empty() && request.httpMethod == "GET")
-        return access.get(prepared);
-    if (request.httpBody.empty() && request.httpMethod == "HEAD")
-        return access.head(prepared);
-    return access.sendCustomRequest(prepared, bytes(request.httpMethod), bytes(request.httpBody));
+    return HTTPExchangeTimes::now().requested;
 }
 
 } // namespace
 
-struct HTTPTransfer::State {
-    State(std::shared_ptr<QNetworkAccessManager> access, const URLRequest& request, Encoding encoding,
-          Handlers handlers);
+class HTTPTransfer::State final : public HTTPConnections::Client, public std::enable_shared_from_this<State> {
+public:
+    State(const URLRequest& request, Encoding encoding, Handlers handlers);
+    void start();
+    void scheduleTimeout(Clock::duration delay);
+
+    bool isHTTP2() const { return request_.isHTTP2(); }
+
+    CURL* handle() override { return request_.handle(); }
+    void handleBatch() override;
+    void handleResume() override;
+    void handleEnd(CURLcode code) override;
+
+    // network thread only
+    bool isPaused = false;
+    std::optional<Date> requestStart;
+    std::optional<Date> responseStart;
+    Clock::time_point lastActivity = Clock::now();
+
+private:
+    // What the library calls.
+    static std::size_t takeLine(char* bytes, std::size_t, std::size_t count, State* self);
+    static std::size_t takeBytes(char* bytes, std::size_t, std::size_t count, State* self);
+    static int beginRequest(State* self, char*, char*, int, int);
+    static int noteProgress(State* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
 
     void handleHead();
-    void pump();
-    void scheduleTimeout(qint64 milliseconds);
+    bool isBomb(std::size_t next);
     void checkTimeout();
-    std::optional<long> outcome() const;
-    void end(std::optional<long> error);
+    std::optional<long> outcome(CURLcode code);
+    void tellEnd();
 
     // fixed after construction
-    std::shared_ptr<QNetworkAccessManager> access;
-    URL url;
-    qint64 timeout = 0; // milliseconds, 0 is none
-    Handlers handlers;
-    std::unique_ptr<QNetworkReply> reply;
+    URL url_;
+    Clock::duration timeout_{}; // 0 is none
+    Handlers handlers_;
+    HTTPRequestHandle request_;
 
-    QElapsedTimer sinceActivity;
-    QTimer timer;
-    std::optional<long> certificateError;
-    std::optional<std::int64_t> expectedLength;
-    std::int64_t readLength = 0;
-    bool hasHead = false;
-    bool isPaused = false;
-    bool isFinished = false;
-    bool hasEnded = false;
-    // Expires with this: handlers may let go of it.
-    std::shared_ptr<State*> alive = std::make_shared<State*>(this);
+    HTTPHead head_;
+    Token timer_;
+    std::optional<long> failure_; // that this has found, not the library
+    std::optional<long> outcome_;
+    std::int64_t unpacked_ = 0;
+    curl_off_t sent_ = 0;
+    bool isHeld_ = false; // the library keeps bytes that were refused
+    bool hasNews_ = false;
+    bool isFinished_ = false;
+    bool hasEnded_ = false;
 };
 
-HTTPTransfer::State::State(std::shared_ptr<QNetworkAccessManager> manager, const URLRequest& request,
-                           Encoding encoding, Handlers given)
-    : access(std::move(manager))
-    , url(request.url)
-    , handlers(std::move(given))
+HTTPTransfer::State::State(const URLRequest& request, Encoding encoding, Handlers handlers)
+    : url_(request.url)
+    , handlers_(std::move(handlers))
+    , request_(request,
+               encoding == Encoding::decoded ? HTTPRequestHandle::Compression::wanted
+                                             : HTTPRequestHandle::Compression::refused)
 {
-    constexpr double longest = std::numeric_limits<int>::max();
+    constexpr double longest = 1e9; // seconds
     if (auto seconds = request.timeoutInterval.count(); seconds > 0)
-        timeout = static_cast<qint64>(std::clamp(seconds * 1000, 1.0, longest));
+        timeout_ = std::chrono::ceil<std::chrono::milliseconds>(
+            std::chrono::duration<double>(std::min(seconds, longest)));
+    auto* handle = request_.handle();
+    ::curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, &State::takeLine);
+    ::curl_easy_setopt(handle, CURLOPT_HEADERDATA, this);
+    ::curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &State::takeBytes);
+    ::curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
+    ::curl_easy_setopt(handle, CURLOPT_PREREQFUNCTION, &State::beginRequest);
+    ::curl_easy_setopt(handle, CURLOPT_PREREQDATA, this);
+    if (!request.httpBody.empty()) {
+        ::curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
+        ::curl_easy_setopt(handle, CURLOPT_XFERINFOFUNCTION, &State::noteProgress);
+        ::curl_easy_setopt(handle, CURLOPT_XFERINFODATA, this);
+    }
+}
 
-    reply.reset(send(*access, request, encoding));
-    auto* source = reply.get();
-    QObject::connect(source, &QNetworkReply::metaDataChanged, &timer, [this] { handleHead(); });
-    QObject::connect(source, &QNetworkReply::readyRead, &timer, [this] { pump(); });
-    QObject::connect(source, &QNetworkReply::requestSent, &timer, [this] { sinceActivity.restart(); });
-    QObject::connect(source, &QNetworkReply::uploadProgress, &timer, [this] { sinceActivity.restart(); });
-    QObject::connect(source, &QNetworkReply::sslErrors, &timer, [this](const QList<QSslError>& errors) {
-        certificateError = certificateErrorCode(errors);
-    });
-    QObject::connect(source, &QNetworkReply::finished, &timer, [this] {
-        isFinished = true;
-        handleHead();
-    });
+void HTTPTransfer::State::start()
+{
+    NetworkThread::shared().connections().start(shared_from_this());
+    if (timeout_ > Clock::duration::zero())
+        scheduleTimeout(timeout_);
+}
 
-    timer.setSingleShot(true);
-    QObject::connect(&timer, &QTimer::timeout, &timer, [this] { checkTimeout(); });
-    sinceActivity.start();
-    scheduleTimeout(timeout);
+int HTTPTransfer::State::beginRequest(State* self, char*, char*, int, int)
+{
+    self->lastActivity = Clock::now();
+    self->requestStart = now();
+    return CURL_PREREQFUNC_OK;
+}
+
+int HTTPTransfer::State::noteProgress(State* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent)
+{
+    if (std::exchange(self->sent_, sent) != sent)
+        self->lastActivity = Clock::now();
+    return 0;
+}
+
+std::size_t HTTPTransfer::State::takeLine(char* bytes, std::size_t, std::size_t count, State* self)
+{
+    if (self->isRetired() || self->isFinished_)
+        return 0;
+    self->lastActivity = Clock::now();
+    if (!self->responseStart)
+        self->responseStart = now();
+    switch (self->head_.take({bytes, count})) {
+    case HTTPHead::Reading::goesOn:
+        break;
+    case HTTPHead::Reading::isWhole:
+        self->handleHead();
+        break;
+    case HTTPHead::Reading::isTooLong:
+        self->failure_ = NSURLErrorDataLengthExceedsMaximum;
+        break;
+    }
+    return self->isRetired() || self->failure_ ? 0 : count;
 }
 
 void HTTPTransfer::State::handleHead()
 {
-    sinceActivity.restart();
-    auto status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (!hasHead && status.isValid()) {
-        hasHead = true;
-        HTTPHeaderFields fields;
-        for (auto& [name, value] : reply->rawHeaderPairs()) {
-            auto line = value.trimmed();
-            if (isValidHTTPHeaderField(name.toStdString(), line.toStdString()))
-                addHTTPHeaderField(fields, name.toStdString(), line.toStdString());
-        }
-        bool isHTTP2 = reply->attribute(QNetworkRequest::Http2WasUsedAttribute).toBool();
-        bool isChunked = !isHTTP2 && fields.contains("Transfer-Encoding");
-        auto head = std::make_shared<HTTPURLResponse>(url, status.toInt(), isHTTP2 ? "HTTP/2" : "HTTP/1.1",
-                                                      std::move(fields));
-        // Only now, and not for chunks: of a chunked body that breaks off, the library sometimes says that it ended well
-        // when it reads within a limit.
-        if (!isChunked)
-            reply->setReadBufferSize(readBufferSize);
-        bool hasBody = reply->operation() != QNetworkAccessManager::HeadOperation && status.toInt() != 204
-            && status.toInt() != 304;
-        if (hasBody && head->expectedContentLength() != URLResponseUnknownLength)
-            expectedLength = head->expectedContentLength();
-
-        std::weak_ptr stillThere = alive;
-        handlers.onHead(std::move(head));
-        if (stillThere.expired())
-            return;
-    }
-    if (reply->readBufferSize() == 0 && reply->bytesAvailable() > mostUnread)
-        reply->setReadBufferSize(readBufferSize);
-    pump();
-}
-
-void HTTPTransfer::State::pump()
-{
-    sinceActivity.restart();
-    if (hasEnded || isPaused)
+    auto fields = head_.fields();
+    auto length = fields.find("Content-Length");
+    // Of several lengths that differ, a proxy might believe another one.
+    if (length != fields.end() && !fields.contains("Transfer-Encoding")
+        && !parseContentLength(length->second)) {
+        failure_ = NSURLErrorCannotParseResponse;
         return;
-    if (hasHead && reply->bytesAvailable() > 0) {
-        std::weak_ptr stillThere = alive;
-        handlers.onReadable();
-        if (stillThere.expired() || isPaused)
-            return;
     }
-    if (isFinished && (!hasHead || reply->bytesAvailable() == 0))
-        end(outcome());
+    // The length of what is unpacked is another.
+    if (length != fields.end() && request_.decodes() && fields.contains("Content-Encoding"))
+        fields.erase(length);
+    handlers_.onHead(std::make_shared<HTTPURLResponse>(
+        url_, head_.status(), request_.isHTTP2() ? "HTTP/2" : "HTTP/1.1", std::move(fields)));
 }
 
-std::optional<long> HTTPTransfer::State::outcome() const
+std::size_t HTTPTransfer::State::takeBytes(char* bytes, std::size_t, std::size_t count, State* self)
 {
-    auto status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (auto error = transferErrorCode(reply->error(), hasHead ? status.toInt() : 0))
-        return certificateError.value_or(*error);
-    if (!hasHead)
-        return NSURLErrorBadServerResponse;
-    if (expectedLength && readLength < *expectedLength)
-        return NSURLErrorNetworkConnectionLost;
-    return std::nullopt;
+    if (self->isRetired() || self->isFinished_ || !self->head_.isWhole())
+        return 0;
+    if (self->isPaused || self->isHeld_) {
+        self->isHeld_ = true;
+        return CURL_WRITEFUNC_PAUSE;
+    }
+    if (self->isBomb(count)) {
+        self->failure_ = NSURLErrorCannotDecodeRawData;
+        return 0;
+    }
+    auto intake = self->handlers_.onBytes({bytes, count});
+    if (self->isRetired())
+        return 0;
+    self->lastActivity = Clock::now();
+    if (intake == Intake::refused) {
+        self->isHeld_ = true;
+        return CURL_WRITEFUNC_PAUSE;
+    }
+    self->unpacked_ += static_cast<std::int64_t>(count);
+    self->hasNews_ = true;
+    NetworkThread::shared().connections().noteBytes(self->shared_from_this());
+    return count;
 }
 
-void HTTPTransfer::State::end(std::optional<long> error)
+bool HTTPTransfer::State::isBomb(std::size_t next)
 {
-    hasEnded = true;
-    timer.stop();
-    auto onEnd = handlers.onEnd; // survives this
-    onEnd(error);
+    auto whole = unpacked_ + static_cast<std::int64_t>(next);
+    if (!request_.decodes() || whole <= mostUnpacked)
+        return false;
+    curl_off_t packed = 0;
+    ::curl_easy_getinfo(handle(), CURLINFO_SIZE_DOWNLOAD_T, &packed);
+    return whole / mostExpansion > packed;
 }
 
-void HTTPTransfer::State::scheduleTimeout(qint64 milliseconds)
+void HTTPTransfer::State::handleBatch()
 {
-    if (timeout > 0)
-        timer.start(static_cast<int>(milliseconds));
+    if (std::exchange(hasNews_, false))
+        handlers_.onPause();
+}
+
+void HTTPTransfer::State::handleResume()
+{
+    lastActivity = Clock::now();
+    if (isPaused)
+        return;
+    if (isFinished_)
+        return tellEnd();
+    if (!std::exchange(isHeld_, false))
+        return;
+    // This offers the bytes at once.
+    auto code = ::curl_easy_pause(handle(), CURLPAUSE_CONT);
+    if (code != CURLE_OK && !isRetired())
+        handleEnd(code);
+}
+
+void HTTPTransfer::State::handleEnd(CURLcode code)
+{
+    if (std::exchange(isFinished_, true))
+        return;
+    outcome_ = outcome(code);
+    if (!isPaused)
+        tellEnd();
+}
+
+std::optional<long> HTTPTransfer::State::outcome(CURLcode code)
+{
+    if (failure_)
+        return failure_;
+    // A single line may be longer than the library has room for.
+    if (code == CURLE_OUT_OF_MEMORY && !head_.isWhole())
+        return NSURLErrorDataLengthExceedsMaximum;
+    if (code != CURLE_OK)
+        return transferErrorCode(handle(), code);
+    return head_.isWhole() ? std::nullopt : std::optional(NSURLErrorNetworkConnectionLost);
+}
+
+void HTTPTransfer::State::tellEnd()
+{
+    if (std::exchange(hasEnded_, true))
+        return;
+    timer_.cancel();
+    handleBatch();
+    if (!isRetired())
+        handlers_.onEnd(outcome_);
+}
+
+void HTTPTransfer::State::scheduleTimeout(Clock::duration delay)
+{
+    timer_ = NetworkThread::shared().after(delay, [this] { checkTimeout(); });
 }
 
 // The timer is not moved at each byte: it looks, when it fires, how long ago the last one was.
 void HTTPTransfer::State::checkTimeout()
 {
-    if (hasEnded)
-        return;
-    auto left = timeout - sinceActivity.elapsed();
-    if (left > 0 || isPaused || isFinished || reply->bytesAvailable() > 0)
-        scheduleTimeout(std::max<qint64>(left, 1 + timeout / 4));
-    else
-        end(NSURLErrorTimedOut);
+    auto left = timeout_ - (Clock::now() - lastActivity);
+    if (isPaused || isHeld_ || isFinished_)
+        return scheduleTimeout(timeout_);
+    if (left > Clock::duration::zero())
+        return scheduleTimeout(left);
+    failure_ = NSURLErrorTimedOut;
+    handleEnd(CURLE_OPERATION_TIMEDOUT);
 }
 
-HTTPTransfer::HTTPTransfer(std::shared_ptr<QNetworkAccessManager> access, const URLRequest& request,
-                           Encoding encoding, Handlers handlers)
-    : state_(std::make_unique<State>(std::move(access), request, encoding, std::move(handlers)))
+HTTPTransfer::HTTPTransfer(const URLRequest& request, Encoding encoding, Handlers handlers)
+    : state_(std::make_shared<State>(request, encoding, std::move(handlers)))
 {
+    state_->start();
 }
 
 HTTPTransfer::~HTTPTransfer()
 {
-    // The reply may be the one that is calling: it goes when it has returned.
-    auto* reply = state_->reply.release();
-    QObject::disconnect(reply, nullptr, &state_->timer, nullptr);
-    if (!state_->isFinished)
-        reply->abort();
-    reply->deleteLater();
-    // And so must what holds its connections.
-    QObject::connect(reply, &QObject::destroyed, reply, [access = state_->access] { });
-}
-
-std::size_t HTTPTransfer::read(std::span<char> buffer)
-{
-    auto count = state_->reply->read(buffer.data(), static_cast<qint64>(buffer.size()));
-    if (count <= 0)
-        return 0;
-    state_->readLength += count;
-    return static_cast<std::size_t>(count);
+    // Perhaps from within a call of the library's.
+    NetworkThread::shared().connections().retire(std::move(state_));
 }
 
 void HTTPTransfer::setPaused(bool isPaused)
 {
-    if (std::exchange(state_->isPaused, isPaused) == isPaused || isPaused)
-        return;
-    look();
+    if (std::exchange(state_->isPaused, isPaused) && !isPaused)
+        resume();
 }
 
-void HTTPTransfer::look()
+void HTTPTransfer::resume()
 {
-    // Later, so that nobody is called from within their own call.
-    QTimer::singleShot(0, &state_->timer, [state = state_.get()] { state->pump(); });
+    NetworkThread::shared().connections().resume(state_);
+}
+
+std::optional<Date> HTTPTransfer::requestStart() const
+{
+    return state_->requestStart;
+}
+
+std::optional<Date> HTTPTransfer::responseStart() const
+{
+    return state_->responseStart;
 }
 
 bool HTTPTransfer::isHTTP2() const
 {
-    return state_->reply->attribute(QNetworkRequest::Http2WasUsedAttribute).toBool();
+    return state_->isHTTP2();
 }
 
 } // namespace platform

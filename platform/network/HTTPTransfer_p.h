@@ -1,52 +1,58 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/foundation/Date.h"
 #include "platform/network/HTTPURLResponse.h"
 #include "platform/network/URLRequest.h"
 
-#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
-
-class QNetworkAccessManager;
+#include <string_view>
 
 namespace platform {
 
-// One request over the network and its answer, which may be a redirection: none is followed. Bytes are pulled, so that a
-// reader who does not read stops the sender. Lives on the network thread; letting go of it aborts it without a call.
-// Each handler may let go of it.
+// One request over the network and its answer, which may be a redirection: none is followed. Bytes that are not taken are
+// kept and stop the sender. Lives on the network thread; letting go of it aborts it without a call. Each handler may let
+// go of it; none is called from within a call of this.
 class HTTPTransfer {
 public:
+    enum class Intake {
+        taken,
+        refused // until resume()
+    };
     struct Handlers {
         std::function<void(std::shared_ptr<const HTTPURLResponse>)> onHead;
-        // Bytes may be there.
-        std::function<void()> onReadable;
-        // Once, when all bytes have been read: nothing, or a code of NSURLErrorDomain.
+        // After the head.
+        std::function<Intake(std::string_view)> onBytes;
+        // After some bytes were taken: there are no more at present.
+        std::function<void()> onPause;
+        // Once, when all bytes have been taken: nothing, or a code of NSURLErrorDomain.
         std::function<void(std::optional<long>)> onEnd;
     };
     // Compressed bodies are asked for and decoded, or the bytes are the server's own.
     enum class Encoding { decoded, asStored };
 
-    HTTPTransfer(std::shared_ptr<QNetworkAccessManager> access, const URLRequest& request, Encoding encoding,
-                 Handlers handlers);
+    HTTPTransfer(const URLRequest& request, Encoding encoding, Handlers handlers);
     ~HTTPTransfer();
     HTTPTransfer(const HTTPTransfer&) = delete; // the library holds its address
     HTTPTransfer& operator=(const HTTPTransfer&) = delete;
 
-    // How many bytes; 0 when there are none at present.
-    std::size_t read(std::span<char> buffer);
-    // Paused, nothing but the end of a connection is noticed, and no time runs.
+    // Paused, nothing but the head comes, and no time runs.
     void setPaused(bool isPaused);
-    // Looks again, a little later, for bytes that were left and for the end.
-    void look();
+    // Offers bytes again that were refused.
+    void resume();
+
+    // When the connection stood and the request began to go; nothing before.
+    std::optional<Date> requestStart() const;
+    // When the first byte of the head came.
+    std::optional<Date> responseStart() const;
     bool isHTTP2() const;
 
 private:
-    struct State;
+    class State;
 
-    std::unique_ptr<State> state_;
+    std::shared_ptr<State> state_;
 };
 
 } // namespace platform

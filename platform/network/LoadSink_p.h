@@ -8,8 +8,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -31,8 +31,10 @@ public:
     // `proceed(false)` cancels; for any thread.
     virtual Reception receive(const std::shared_ptr<const HTTPURLResponse>& response,
                               std::function<void(bool)> proceed) = 0;
-    // Takes what is there, or as much as may be taken now.
-    virtual std::optional<Error> take(HTTPTransfer& transfer) = 0;
+    // Takes all of them or, for now, none.
+    virtual Result<HTTPTransfer::Intake> take(std::string_view bytes) = 0;
+    // After some were taken, no more are there at present: what is told of them is told now.
+    virtual void pause() = 0;
     // Whether, after a break, a next request can go on where this one ended.
     virtual bool canContinue() const = 0;
     // Whether an answer that ended well has brought all there is: a range may be answered in part.
@@ -55,10 +57,7 @@ public:
     virtual std::optional<std::string> giveResumeData() { return std::nullopt; }
 };
 
-// Where bytes are on their way from a transfer; the network thread's own.
-std::span<char> loadBuffer();
-
-// `resume` is called on the network thread when a sink that has stopped taking may take again.
+// `resume` is called on the network thread when a sink that has refused bytes may take again.
 std::unique_ptr<LoadSink> makeDataSink(std::shared_ptr<URLSessionTask> task,
                                        std::shared_ptr<URLSessionTaskState> state,
                                        std::function<void()> resume);

@@ -2,127 +2,54 @@
 #include "platform/network/NetworkThread_p.h"
 
 #include "platform/foundation/Precondition.h"
-#include "platform/network/ProxyEnvironment_p.h"
+#include "platform/network/HTTPConnections_p.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QPointer>
-#include <QtCore/QThread>
-#include <QtNetwork/QHostInfo>
-#include <QtNetwork/QNetworkAccessManager>
-#include <QtNetwork/QNetworkProxy>
-#include <QtNetwork/QNetworkReply>
-
+#include <algorithm>
 #include <atomic>
-#include <cstdlib>
-#include <deque>
-#include <latch>
+#include <map>
 #include <mutex>
+#include <pthread.h>
+#include <signal.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace platform {
 
 namespace {
 
-// Runs what was given, a batch an event.
-class Mailbox final : public QObject {
-public:
-    void post(NetworkThread::Work work)
-    {
-        {
-            std::lock_guard lock(mutex_);
-            waiting_.push_back(std::move(work));
-            if (waiting_.size() > 1)
-                return; // an event is on its way
-        }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
-
-private:
-    void customEvent(QEvent*) override
-    {
-        std::deque<NetworkThread::Work> due;
-        {
-            std::lock_guard lock(mutex_);
-            due.swap(waiting_);
-        }
-        for (auto& work : due)
-            std::exchange(work, nullptr)();
-    }
-
-    std::mutex mutex_;
-    std::deque<NetworkThread::Work> waiting_; // guarded by mutex_
-};
-
-class Thread final : public QThread {
-public:
-    explicit Thread(std::function<void()> body)
-        : body_(std::move(body))
-    {
-    }
-
-private:
-    void run() override { body_(); }
-    std::function<void()> body_;
-};
-
-class EnvironmentProxies final : public QNetworkProxyFactory {
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override
-    {
-        auto scheme = query.url().scheme();
-        auto address =
-            proxyFromEnvironment(scheme.toStdString(), query.url().host().toStdString(),
-                                 [](const std::string& name) -> std::optional<std::string> {
-                                     auto* value = std::getenv(name.c_str());
-                                     return value ? std::optional<std::string>(value) : std::nullopt;
-                                 });
-        if (!address)
-            return {QNetworkProxy(QNetworkProxy::NoProxy)};
-        auto kind =
-            scheme == QLatin1String("http") ? QNetworkProxy::HttpCachingProxy : QNetworkProxy::HttpProxy;
-        if (address->kind == ProxyAddress::Kind::socks5)
-            kind = QNetworkProxy::Socks5Proxy;
-        return {QNetworkProxy(kind, QString::fromStdString(address->host), address->port,
-                              QString::fromStdString(address->user),
-                              QString::fromStdString(address->password))};
-    }
-};
-
-// What the library makes at first use and unmakes when the process ends: made before the thread's end is arranged for, it
-// outlives the thread, which may be in the middle of a connection then.
-void makeLibraryGlobals()
-{
-    QNetworkAccessManager();
-    QNetworkProxy::applicationProxy();
-    QHostInfo::abortHostLookup(-1);
-}
-
-std::atomic<bool> hasStopped = false;
-
-// The managers there are; network thread only. Never destroyed, as that thread may be there to the end.
-std::vector<QPointer<QNetworkAccessManager>>& managers()
-{
-    static auto& instance = *new std::vector<QPointer<QNetworkAccessManager>>;
-    return instance;
-}
-
-// Each manager has a thread of its own for its connections, which ends with it. What the replies belong to keeps them.
-void endConnections()
-{
-    for (auto& manager : managers()) {
-        if (!manager)
-            continue;
-        for (auto* reply : manager->findChildren<QNetworkReply*>(Qt::FindDirectChildrenOnly))
-            reply->setParent(nullptr);
-        delete manager.data();
-    }
-}
+// Nothing is due before somebody says so.
+constexpr auto longestSleep = std::chrono::hours(1);
+// No sum with it overflows.
+constexpr auto longestDelay = std::chrono::hours(24 * 365);
 
 } // namespace
 
+NetworkDescriptor::~NetworkDescriptor() = default;
+
 struct NetworkThread::State {
     // fixed once the thread runs
-    Mailbox* mailbox = nullptr;
-    std::unique_ptr<Thread> thread;
+    std::thread thread;
+    std::thread::id identity;
+    pid_t process = ::getpid();
+    HTTPConnections* connections = new HTTPConnections;
+
+    std::atomic<bool> isOver = false;
+    std::mutex mutex;
+    std::vector<Work> waiting; // guarded by mutex
+
+    // network thread only
+    using TimerKey = std::pair<Clock::time_point, std::uint64_t>;
+    std::map<TimerKey, Work> timers;
+    std::uint64_t lastTimer = 0;
+    std::vector<std::shared_ptr<NetworkDescriptor>> descriptors;
+
+    bool isCurrent() const { return std::this_thread::get_id() == identity; }
+    void runWork();
+    void runTimers();
+    void handleDescriptors();
+    void wait();
 };
 
 struct NetworkThread::StopAtExit {
@@ -132,7 +59,8 @@ struct NetworkThread::StopAtExit {
 
 NetworkThread& NetworkThread::shared()
 {
-    // Never destroyed, as anybody may still hold its address; only stopped.
+    // Never destroyed, as anybody may still hold its address; only stopped. What the library unmakes at the end was made
+    // before that was arranged for: it outlives the thread, which may be in the middle of a connection then.
     static auto& instance = *new NetworkThread;
     static const StopAtExit stop{instance};
     return instance;
@@ -141,62 +69,122 @@ NetworkThread& NetworkThread::shared()
 NetworkThread::NetworkThread()
     : state_(std::make_unique<State>())
 {
-    std::latch isRunning(1);
-    state_->thread = std::make_unique<Thread>([this, &isRunning] {
-        // The library wants an application object. A program with windows has made one; should it make one later, that one
-        // takes this one's place. Never destroyed: it has no say over the main thread.
-        if (!QCoreApplication::instance()) {
-            static int argumentCount = 1;
-            static char name[] = "zelk";
-            static char* arguments[] = {name, nullptr};
-            // That this is not the main thread is meant, and not worth the warning.
-            auto* handler =
-                qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { });
-            new QCoreApplication(argumentCount, arguments);
-            qInstallMessageHandler(handler);
-        }
-        state_->mailbox = new Mailbox;
-        makeLibraryGlobals();
-        isRunning.count_down();
-        static_cast<void>(QEventLoop().exec());
-        endConnections();
+    // Signals are the program's business; that a server has gone is learnt from the write that fails.
+    sigset_t all;
+    sigset_t before;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    std::unique_lock lock(state_->mutex); // until the thread knows itself
+    state_->thread = std::thread([this] {
+        ::pthread_setname_np(::pthread_self(), "zelk-network");
+        run();
     });
-    state_->thread->setObjectName("zelk-network");
-    state_->thread->start();
-    isRunning.wait();
+    state_->identity = state_->thread.get_id();
+    lock.unlock();
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+void NetworkThread::run()
+{
+    std::unique_lock(state_->mutex).unlock();
+    while (!state_->isOver) {
+        state_->runWork();
+        state_->runTimers();
+        state_->handleDescriptors();
+        state_->connections->drive();
+        state_->wait();
+    }
+}
+
+void NetworkThread::State::runWork()
+{
+    std::vector<Work> due;
+    {
+        std::lock_guard lock(mutex);
+        due.swap(waiting);
+    }
+    for (auto& work : due)
+        std::exchange(work, nullptr)();
+}
+
+void NetworkThread::State::runTimers()
+{
+    // Those that are made meanwhile are for the next turn.
+    auto now = Clock::now();
+    while (!timers.empty() && timers.begin()->first.first <= now) {
+        auto work = std::move(timers.begin()->second);
+        timers.erase(timers.begin());
+        work();
+    }
+}
+
+void NetworkThread::State::handleDescriptors()
+{
+    for (auto& descriptor : descriptors)
+        descriptor->handle();
+    std::erase_if(descriptors, [](auto& descriptor) { return descriptor->descriptor() < 0; });
+}
+
+void NetworkThread::State::wait()
+{
+    auto until = Clock::now() + longestSleep;
+    {
+        std::lock_guard lock(mutex);
+        if (!waiting.empty())
+            until = {};
+    }
+    if (!timers.empty())
+        until = std::min(until, timers.begin()->first.first);
+    std::vector<HTTPConnections::Other> others;
+    for (auto& descriptor : descriptors) {
+        others.push_back({descriptor->descriptor(), descriptor->events()});
+        until = std::min(until, descriptor->deadline().value_or(until));
+    }
+    connections->wait(until, others);
 }
 
 void NetworkThread::stop()
 {
-    hasStopped = true;
-    state_->thread->quit();
-    state_->thread->wait();
+    // Of another process that this one was forked from, or the one that ends it all: there is nobody to wait for.
+    if (state_->process != ::getpid() || state_->isCurrent())
+        return;
+    state_->isOver = true;
+    state_->connections->wake();
+    state_->thread.join();
 }
 
 void NetworkThread::perform(Work work)
 {
-    state_->mailbox->post(std::move(work));
+    {
+        std::lock_guard lock(state_->mutex);
+        state_->waiting.push_back(std::move(work));
+        if (state_->waiting.size() > 1)
+            return; // it is being woken
+    }
+    if (!state_->isCurrent())
+        state_->connections->wake();
 }
 
 void NetworkThread::assertIsCurrent() const
 {
-    precondition(QThread::currentThread() == state_->thread.get(),
-                 "a load is touched off the network thread");
+    precondition(state_->isCurrent(), "a load is touched off the network thread");
 }
 
-std::shared_ptr<QNetworkAccessManager> makeNetworkAccess()
+HTTPConnections& NetworkThread::connections()
 {
-    // Let go of on any thread, or by the last of its own replies: it is deleted in its own time.
-    std::shared_ptr<QNetworkAccessManager> result(new QNetworkAccessManager,
-                                                  [](QNetworkAccessManager* access) {
-                                                      if (!hasStopped) // else it is gone
-                                                          access->deleteLater();
-                                                  });
-    std::erase_if(managers(), [](auto& manager) { return !manager; });
-    managers().emplace_back(result.get());
-    result->setProxyFactory(new EnvironmentProxies); // the manager owns it
-    result->setAutoDeleteReplies(false);
-    return result;
+    return *state_->connections;
+}
+
+Token NetworkThread::after(Clock::duration delay, Work work)
+{
+    State::TimerKey key{Clock::now() + std::min<Clock::duration>(delay, longestDelay), ++state_->lastTimer};
+    state_->timers.emplace(key, std::move(work));
+    return Token([this, key] { state_->timers.erase(key); });
+}
+
+void NetworkThread::lookAfter(std::shared_ptr<NetworkDescriptor> descriptor)
+{
+    state_->descriptors.push_back(std::move(descriptor));
 }
 
 } // namespace platform

@@ -49,6 +49,11 @@ bool isLoadable(const URL& url)
     return (scheme == "http" || scheme == "https") && !url.host().empty() && libraryURL(url).isValid();
 }
 
+std::string addressOf(const URL& url)
+{
+    return libraryURL(url).toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment).toStdString();
+}
+
 bool mayBeTold(std::string_view field, const URL& first, const URL& url)
 {
     HTTPFieldNameLess less;

@@ -6,6 +6,7 @@
 
 #include <expected>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace platform {
@@ -15,6 +16,8 @@ inline constexpr int mostRedirections = 20;
 
 // Whether `url` can be loaded: http or https, with a host.
 bool isLoadable(const URL& url);
+// What a server is asked for: `url` without the user's name and the fragment, which are not told.
+std::string addressOf(const URL& url);
 
 // Where the answer leads; nothing when it is no redirection. The request has the new URL, the method that the status asks
 // for, and of the old header fields those that may be told to the new origin. Failures are codes of NSURLErrorDomain:

@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/TaskLoad_p.h"
 
-#include "platform/network/HTTPCaching.h"
 #include "platform/network/NSURLErrorCodes.h"
 #include "platform/network/NetworkConditions.h"
 #include "platform/network/NetworkThread_p.h"
+#include "platform/network/OutgoingRequest_p.h"
 #include "platform/network/Redirection_p.h"
-#include "platform/network/URLCache.h"
-
-#include <QtCore/QTimer>
 
 #include <algorithm>
 #include <chrono>
-#include <limits>
 #include <utility>
 
 namespace platform {
@@ -29,17 +25,11 @@ Date now()
     return HTTPExchangeTimes::now().requested;
 }
 
-bool isWellFormed(const URLRequest& request)
-{
-    auto isField = [](auto& field) { return isValidHTTPHeaderField(field.first, field.second); };
-    return isValidHTTPHeaderField(request.httpMethod, "")
-        && std::ranges::all_of(request.allHTTPHeaderFields, isField);
-}
-
 std::chrono::milliseconds timerInterval(std::chrono::duration<double> interval)
 {
-    constexpr double longest = std::numeric_limits<int>::max();
-    return std::chrono::milliseconds(static_cast<int>(std::clamp(interval.count() * 1000, 1.0, longest)));
+    constexpr double longest = 1e12;
+    return std::chrono::milliseconds(
+        static_cast<std::int64_t>(std::clamp(interval.count() * 1000, 1.0, longest)));
 }
 
 } // namespace
@@ -48,7 +38,7 @@ TaskLoad::TaskLoad(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSess
     : task_(std::move(task))
     , state_(std::move(state))
     , core_(state_->core)
-    , asked_(*state_->originalRequest)
+    , caching_(*state_)
     , request_(*state_->originalRequest)
 {
 }
@@ -66,7 +56,7 @@ void TaskLoad::makeSink()
     if (state_->kind == URLSessionTaskState::Kind::data)
         sink_ = makeDataSink(task_, state_, [weak = weak_from_this()] {
             if (auto self = weak.lock(); self && self->transfer_)
-                self->transfer_->look();
+                self->transfer_->resume();
         });
     else
         sink_ = makeDownloadSink(task_, state_);
@@ -74,18 +64,14 @@ void TaskLoad::makeSink()
 
 void TaskLoad::begin()
 {
-    std::weak_ptr weak = weak_from_this();
     makeSink();
     if (auto reason = sink_->openError())
         return finish(reason);
-
-    resourceTimer_ = std::make_unique<QTimer>();
-    resourceTimer_->setSingleShot(true);
-    QObject::connect(resourceTimer_.get(), &QTimer::timeout, [weak] {
+    auto longest = core_->configuration().timeoutIntervalForResource;
+    resourceTimer_ = NetworkThread::shared().after(timerInterval(longest), [weak = weak_from_this()] {
         if (auto self = weak.lock())
             self->finish(self->error(NSURLErrorTimedOut));
     });
-    resourceTimer_->start(timerInterval(core_->configuration().timeoutIntervalForResource));
     hop(request_);
 }
 
@@ -93,57 +79,34 @@ void TaskLoad::hop(URLRequest request)
 {
     request_ = std::move(request);
     response_ = nullptr;
-    validated_ = std::nullopt;
     isQueued_ = false;
     beginTransaction();
     if (!isLoadable(request_.url))
         return finish(error(NSURLErrorUnsupportedURL));
-    if (!isWellFormed(request_))
+    auto asked = outgoingRequest(request_, state_->originalRequest->url, core_->configuration());
+    if (!isWellFormed(asked))
         return finish(error(NSURLErrorBadURL));
-    consultCache(request_);
+    switch (caching_.consult(asked)) {
+    case LoadCaching::Advice::useStored:
+        return deliver(caching_.stored());
+    case LoadCaching::Advice::fail:
+        return finish(error(NSURLErrorResourceUnavailable));
+    case LoadCaching::Advice::load:
+        return enqueue(caching_.request());
+    }
 }
 
-void TaskLoad::consultCache(const URLRequest& request)
+void TaskLoad::enqueue(URLRequest request)
 {
-    auto asked = request;
-    auto& configuration = core_->configuration();
-    if (asked.cachePolicy == URLRequestCachePolicy::useProtocolCachePolicy)
-        asked.cachePolicy = configuration.requestCachePolicy;
-    for (auto& [name, value] : configuration.httpAdditionalHeaders)
-        if (mayBeTold(name, state_->originalRequest->url, asked.url))
-            asked.allHTTPHeaderFields.emplace(name, value);
-    // Caches on the way are told too.
-    if (asked.cachePolicy == URLRequestCachePolicy::reloadIgnoringLocalAndRemoteCacheData) {
-        asked.allHTTPHeaderFields.emplace("Cache-Control", "no-cache");
-        asked.allHTTPHeaderFields.emplace("Pragma", "no-cache");
-    } else if (asked.cachePolicy == URLRequestCachePolicy::reloadRevalidatingCacheData) {
-        asked.allHTTPHeaderFields.emplace("Cache-Control", "max-age=0");
-    }
-    asked_ = asked;
-
-    bool isCached = configuration.urlCache && state_->kind == URLSessionTaskState::Kind::data;
-    auto stored = isCached && mayUseCache_ ? configuration.urlCache->cachedResponse(asked) : std::nullopt;
-    switch (httpcaching::plan(asked, stored, now())) {
-    case httpcaching::Plan::useStored:
-        return deliver(*stored);
-    case httpcaching::Plan::fail:
-        return finish(error(NSURLErrorResourceUnavailable));
-    case httpcaching::Plan::validateStored:
-        validated_ = stored;
-        asked = httpcaching::validating(std::move(asked), *stored);
-        break;
-    case httpcaching::Plan::load:
-        break;
-    }
     std::weak_ptr weak = weak_from_this();
-    awaitConditions(request, [weak, asked] {
+    awaitConditions(request_, [weak, request] {
         auto self = weak.lock();
         if (!self || std::exchange(self->isQueued_, true))
             return;
-        self->core_->whenFree(asked.url.host(), [weak, asked](URLSessionCore::Slot slot) {
+        self->core_->whenFree(request.url.host(), [weak, request](URLSessionCore::Slot slot) {
             if (auto load = weak.lock(); load && !load->isOver_) {
                 load->slot_ = std::move(slot);
-                load->send(asked);
+                load->send(request);
             }
         });
     });
@@ -186,18 +149,19 @@ void TaskLoad::send(URLRequest request)
     sink_->prepare(request);
     sizeAtSend_ = sink_->byteCount();
     transaction().resourceFetchType = URLSessionTaskMetricsResourceFetchType::networkLoad;
-    transaction().requestStartDate = now();
 
-    auto guarded = [weak = weak_from_this()](auto method) {
-        return [weak, method](auto&&... arguments) {
-            if (auto self = weak.lock(); self && !self->isOver_)
-                (self.get()->*method)(std::forward<decltype(arguments)>(arguments)...);
+    auto guarded = [weak = weak_from_this()]<class Result, class... Arguments>(
+                       Result (TaskLoad::*method)(Arguments...)) {
+        return [weak, method](Arguments... arguments) {
+            auto self = weak.lock();
+            return self && !self->isOver_ ? (self.get()->*method)(std::move(arguments)...) : Result();
         };
     };
-    transfer_ = std::make_unique<HTTPTransfer>(core_->access(), request, sink_->encoding(),
+    transfer_ = std::make_unique<HTTPTransfer>(request, sink_->encoding(),
                                                HTTPTransfer::Handlers{
                                                    .onHead = guarded(&TaskLoad::handleHead),
-                                                   .onReadable = guarded(&TaskLoad::takeBytes),
+                                                   .onBytes = guarded(&TaskLoad::takeBytes),
+                                                   .onPause = guarded(&TaskLoad::handlePause),
                                                    .onEnd = guarded(&TaskLoad::handleEnd),
                                                });
     updatePause();
@@ -207,14 +171,11 @@ void TaskLoad::handleHead(std::shared_ptr<const HTTPURLResponse> response)
 {
     response_ = response;
     transaction().response = response;
-    transaction().responseStartDate = now();
+    noteTimes();
     transaction().networkProtocolName = transfer_->isHTTP2() ? "h2" : "http/1.1";
-    if (validated_ && response->statusCode() == 304)
-        return handleNotModified(*response);
-    if (auto& cache = core_->configuration().urlCache) {
-        for (auto& url : httpcaching::invalidatedBy(request_, *response))
-            cache->removeCachedResponse(URLRequest(url));
-    }
+    if (caching_.isConfirmation(*response))
+        return handleConfirmation(*response);
+    caching_.invalidate(request_, *response);
     auto next = redirection(request_, *response);
     if (!next)
         return receive(std::move(response));
@@ -225,24 +186,14 @@ void TaskLoad::handleHead(std::shared_ptr<const HTTPURLResponse> response)
     redirect(std::move(response), std::move(**next));
 }
 
-void TaskLoad::handleNotModified(const HTTPURLResponse& response)
+void TaskLoad::handleConfirmation(const HTTPURLResponse& response)
 {
     endTransfer();
     endTransaction();
-    HTTPExchangeTimes times{*transaction().requestStartDate, *transaction().responseStartDate};
-    if (auto fresh = httpcaching::refreshed(*validated_, response, times)) {
-        auto& cache = *core_->configuration().urlCache;
-        auto* renewed = dynamic_cast<const HTTPURLResponse*>(fresh->response().get());
-        if (renewed && httpcaching::mayStore(asked_, *renewed))
-            cache.storeCachedResponse(*fresh, asked_);
-        else
-            cache.removeCachedResponse(asked_);
-        beginTransaction();
-        return deliver(*fresh);
-    }
-    // It speaks of something that is not here.
-    mayUseCache_ = false;
-    hop(request_);
+    if (!caching_.renew(response, exchangeTimes()))
+        return hop(request_);
+    beginTransaction();
+    deliver(caching_.stored());
 }
 
 void TaskLoad::redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequest next)
@@ -320,15 +271,20 @@ void TaskLoad::receive(std::shared_ptr<const HTTPURLResponse> response)
     }
 }
 
-void TaskLoad::takeBytes()
+HTTPTransfer::Intake TaskLoad::takeBytes(std::string_view bytes)
 {
-    if (isOver_ || awaitsAnswer_ || isSuspended_ || !transfer_ || !response_)
-        return;
-    if (auto reason = sink_->take(*transfer_))
-        return finish(reason);
-    auto count = sink_->byteCount();
+    auto intake = sink_->take(bytes);
+    if (intake)
+        return *intake;
+    finish(intake.error());
+    return HTTPTransfer::Intake::refused;
+}
+
+void TaskLoad::handlePause()
+{
+    sink_->pause();
     std::lock_guard lock(state_->mutex);
-    state_->received = count;
+    state_->received = sink_->byteCount();
 }
 
 void TaskLoad::handleEnd(std::optional<long> code)
@@ -356,13 +312,10 @@ bool TaskLoad::survives(long code)
     }
     if (code == NSURLErrorNotConnectedToInternet && core_->configuration().waitsForConnectivity) {
         endTransfer();
-        retryTimer_ = std::make_unique<QTimer>();
-        retryTimer_->setSingleShot(true);
-        QObject::connect(retryTimer_.get(), &QTimer::timeout, [weak = weak_from_this()] {
+        retryTimer_ = NetworkThread::shared().after(retryInterval, [weak = weak_from_this()] {
             if (auto self = weak.lock(); self && !self->isOver_)
                 self->hop(self->request_);
         });
-        retryTimer_->start(retryInterval);
         return true;
     }
     return false;
@@ -370,15 +323,10 @@ bool TaskLoad::survives(long code)
 
 void TaskLoad::store()
 {
-    auto& cache = core_->configuration().urlCache;
-    if (!cache || state_->kind != URLSessionTaskState::Kind::data || !response_
-        || redirection(request_, *response_) || !httpcaching::mayStore(asked_, *response_))
+    if (!response_ || redirection(request_, *response_) || !caching_.mayStore(*response_))
         return;
     if (auto body = sink_->storableBody())
-        cache->storeCachedResponse(
-            CachedURLResponse(response_, std::move(body), URLCacheStoragePolicy::allowed,
-                              {*transaction().requestStartDate, *transaction().responseStartDate}),
-            asked_);
+        caching_.store(response_, std::move(body), exchangeTimes());
 }
 
 void TaskLoad::deliver(const CachedURLResponse& stored)
@@ -410,14 +358,27 @@ void TaskLoad::deliver(const CachedURLResponse& stored)
     finish(std::nullopt);
 }
 
+HTTPExchangeTimes TaskLoad::exchangeTimes()
+{
+    return {*transaction().requestStartDate, *transaction().responseStartDate};
+}
+
 void TaskLoad::beginTransaction()
 {
     metrics_.transactionMetrics.emplace_back(request_);
     transaction().fetchStartDate = now();
 }
 
+void TaskLoad::noteTimes()
+{
+    transaction().requestStartDate = transfer_->requestStart();
+    transaction().responseStartDate = transfer_->responseStart();
+}
+
 void TaskLoad::endTransfer()
 {
+    if (transfer_)
+        noteTimes();
     transfer_ = nullptr;
     slot_ = nullptr;
 }
@@ -455,8 +416,8 @@ void TaskLoad::finish(std::optional<Error> reason)
     if (std::exchange(isOver_, true))
         return;
     auto self = shared_from_this(); // the state lets go of it
-    resourceTimer_ = nullptr;
-    retryTimer_ = nullptr;
+    resourceTimer_.cancel();
+    retryTimer_.cancel();
     conditionsToken_.cancel();
     metrics_.end = now();
     {

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "platform/dispatch/Token.h"
+#include "platform/network/LoadCaching_p.h"
 #include "platform/network/LoadSink_p.h"
 #include "platform/network/URLSessionTaskMetrics.h"
 
 #include <memory>
 #include <optional>
-
-class QTimer;
 
 namespace platform {
 
@@ -36,15 +35,18 @@ private:
     void hop(URLRequest request);
     // Calls `go` as soon as the connection may be used for the request; else finishes.
     void awaitConditions(const URLRequest& request, std::function<void()> go);
-    void consultCache(const URLRequest& request);
-    void deliver(const CachedURLResponse& stored);
+    // Sends what is asked for as soon as it may be.
+    void enqueue(URLRequest request);
     void send(URLRequest request);
+    // An answer from the cache.
+    void deliver(const CachedURLResponse& stored);
 
     void handleHead(std::shared_ptr<const HTTPURLResponse> response);
-    void handleNotModified(const HTTPURLResponse& response);
+    void handleConfirmation(const HTTPURLResponse& response);
     void redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequest next);
     void receive(std::shared_ptr<const HTTPURLResponse> response);
-    void takeBytes();
+    HTTPTransfer::Intake takeBytes(std::string_view bytes);
+    void handlePause();
     void handleEnd(std::optional<long> error);
     // Whether the load goes on in spite of `error`.
     bool survives(long error);
@@ -54,6 +56,9 @@ private:
     void finish(std::optional<Error> error);
     NSError error(long code) const;
     URLSessionTaskTransactionMetrics& transaction() { return metrics_.transactionMetrics.back(); }
+    // When this hop's request was sent and answered.
+    HTTPExchangeTimes exchangeTimes();
+    void noteTimes();
     void endTransfer();
     void beginTransaction();
     void endTransaction();
@@ -63,21 +68,18 @@ private:
     std::shared_ptr<URLSessionTaskState> state_;
     std::shared_ptr<URLSessionCore> core_;
 
+    LoadCaching caching_;
     std::unique_ptr<LoadSink> sink_;
     URLSessionCore::Slot slot_; // of the transfer
     std::unique_ptr<HTTPTransfer> transfer_;
-    std::unique_ptr<QTimer> resourceTimer_;
-    std::unique_ptr<QTimer> retryTimer_;
-    URLRequest asked_;   // the present one with what the session adds: what the cache knows
-    URLRequest request_; // of this hop, as the caller sees it
+    Token resourceTimer_;
+    Token retryTimer_;
+    URLRequest request_;                              // of this hop, as the caller sees it
     std::shared_ptr<const HTTPURLResponse> response_; // of this hop
-    std::optional<CachedURLResponse> validated_;      // what the server is asked about
-    std::shared_ptr<const HTTPURLResponse> refusedRedirection_;
     URLSessionTaskMetrics metrics_;
     Token conditionsToken_;
     std::int64_t sizeAtSend_ = 0;
     int restartCount_ = 0;
-    bool mayUseCache_ = true;
     bool isSuspended_ = false;
     bool isQueued_ = false;     // this hop's request is on its way
     bool awaitsAnswer_ = false; // of the delegate

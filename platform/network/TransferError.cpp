@@ -3,9 +3,9 @@
 
 #include "platform/network/NSURLErrorCodes.h"
 
-#include <QtNetwork/QNetworkInterface>
-
-#include <algorithm>
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <sys/socket.h>
 
 namespace platform {
 
@@ -14,66 +14,70 @@ namespace {
 // Whether no interface leads anywhere but to this machine.
 bool isOffline()
 {
-    auto leadsAway = [](const QNetworkInterface& interface) {
-        auto flags = interface.flags();
-        return flags.testFlag(QNetworkInterface::IsRunning) && !flags.testFlag(QNetworkInterface::IsLoopBack)
-            && !interface.addressEntries().isEmpty();
-    };
-    return std::ranges::none_of(QNetworkInterface::allInterfaces(), leadsAway);
+    ifaddrs* first = nullptr;
+    if (::getifaddrs(&first) != 0)
+        return false;
+    bool leadsAway = false;
+    for (auto* entry = first; entry; entry = entry->ifa_next) {
+        bool isAddress = entry->ifa_addr
+            && (entry->ifa_addr->sa_family == AF_INET || entry->ifa_addr->sa_family == AF_INET6);
+        leadsAway = leadsAway
+            || (isAddress && (entry->ifa_flags & IFF_RUNNING) != 0 && (entry->ifa_flags & IFF_LOOPBACK) == 0);
+    }
+    ::freeifaddrs(first);
+    return !leadsAway;
+}
+
+// By the verdict of OpenSSL, whose numbers do not change: 9 and 10 are certificates of another time.
+long certificateErrorCode(CURL* handle)
+{
+    long verdict = 0;
+    ::curl_easy_getinfo(handle, CURLINFO_SSL_VERIFYRESULT, &verdict);
+    return verdict == 9 || verdict == 10 ? NSURLErrorServerCertificateHasBadDate
+                                         : NSURLErrorServerCertificateUntrusted;
+}
+
+// Of a connection that broke: within the tunnel's making the proxy has refused.
+long breakCode(CURL* handle)
+{
+    long tunnelStatus = 0;
+    ::curl_easy_getinfo(handle, CURLINFO_HTTP_CONNECTCODE, &tunnelStatus);
+    return tunnelStatus == 0 || tunnelStatus / 100 == 2 ? NSURLErrorNetworkConnectionLost
+                                                        : NSURLErrorCannotConnectToHost;
 }
 
 } // namespace
 
-std::optional<long> transferErrorCode(QNetworkReply::NetworkError error, int status)
+long transferErrorCode(CURL* handle, CURLcode failure)
 {
-    using Reply = QNetworkReply;
-    switch (error) {
-    case Reply::NoError:
-        return std::nullopt;
-    case Reply::ConnectionRefusedError:
-    case Reply::ProxyConnectionRefusedError:
-    case Reply::ProxyConnectionClosedError:
-        return NSURLErrorCannotConnectToHost;
-    case Reply::HostNotFoundError:
-    case Reply::ProxyNotFoundError:
+    switch (failure) {
+    case CURLE_URL_MALFORMAT:
+    case CURLE_BAD_FUNCTION_ARGUMENT:
+        return NSURLErrorBadURL;
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
         return isOffline() ? NSURLErrorNotConnectedToInternet : NSURLErrorCannotFindHost;
-    case Reply::TimeoutError:
-    case Reply::ProxyTimeoutError:
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_PROXY:
+        return isOffline() ? NSURLErrorNotConnectedToInternet : NSURLErrorCannotConnectToHost;
+    case CURLE_OPERATION_TIMEDOUT:
         return NSURLErrorTimedOut;
-    case Reply::OperationCanceledError:
-        return NSURLErrorCancelled;
-    case Reply::SslHandshakeFailedError:
+    case CURLE_PEER_FAILED_VERIFICATION:
+        return certificateErrorCode(handle);
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_SSL_CERTPROBLEM:
+    case CURLE_SSL_CIPHER:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_ISSUER_ERROR:
         return NSURLErrorSecureConnectionFailed;
-    case Reply::TemporaryNetworkFailureError:
-    case Reply::NetworkSessionFailedError:
-        return NSURLErrorNotConnectedToInternet;
-    case Reply::UnknownNetworkError:
-        return status == 0 && isOffline() ? NSURLErrorNotConnectedToInternet
-                                          : NSURLErrorNetworkConnectionLost;
-    case Reply::ProtocolUnknownError:
-    case Reply::ProtocolFailure:
+    case CURLE_BAD_CONTENT_ENCODING:
+        return NSURLErrorCannotDecodeRawData;
+    case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_UNSUPPORTED_PROTOCOL: // what came is no HTTP that has a head
         return NSURLErrorCannotParseResponse;
-    case Reply::UnknownContentError:
-        if (status < 400)
-            return NSURLErrorCannotDecodeRawData;
-        return std::nullopt;
-    case Reply::RemoteHostClosedError:
-        return NSURLErrorNetworkConnectionLost;
     default:
-        if (status < 400)
-            return status == 0 ? NSURLErrorCannotConnectToHost : NSURLErrorNetworkConnectionLost;
-        return std::nullopt;
+        return breakCode(handle);
     }
-}
-
-long certificateErrorCode(const QList<QSslError>& errors)
-{
-    auto isAboutTime = [](const QSslError& error) {
-        return error.error() == QSslError::CertificateExpired
-            || error.error() == QSslError::CertificateNotYetValid;
-    };
-    bool isTimeOnly = !errors.isEmpty() && std::ranges::all_of(errors, isAboutTime);
-    return isTimeOnly ? NSURLErrorServerCertificateHasBadDate : NSURLErrorServerCertificateUntrusted;
 }
 
 } // namespace platform

@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QList>
-#include <QtNetwork/QNetworkReply>
-#include <QtNetwork/QSslError>
-
-#include <optional>
+#include <curl/curl.h>
 
 namespace platform {
 
-// What the library's error is in NSURLErrorDomain; nothing for those that only repeat the status of an answer whose
-// head has come. `status` is 0 when none has.
-std::optional<long> transferErrorCode(QNetworkReply::NetworkError error, int status);
-
-long certificateErrorCode(const QList<QSslError>& errors);
+// What the library's failure is in NSURLErrorDomain. `handle` is the request that failed.
+long transferErrorCode(CURL* handle, CURLcode failure);
 
 } // namespace platform

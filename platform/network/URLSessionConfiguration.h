@@ -36,7 +36,7 @@ struct URLSessionConfiguration {
     std::chrono::duration<double> timeoutIntervalForRequest = std::chrono::seconds(60);
     // From the start to the last byte: NSURLErrorTimedOut.
     std::chrono::duration<double> timeoutIntervalForResource = std::chrono::hours(7 * 24);
-    // Loads from one host at a time, from 1 to 6; further ones wait their turn, and no time runs for them.
+    // Loads from one host at a time, from 1 to 64; further ones wait their turn, and no time runs for them.
     int httpMaximumConnectionsPerHost = 6;
     // Sent with each request that does not have them itself.
     HTTPHeaderFields httpAdditionalHeaders;

@@ -12,8 +12,8 @@ namespace platform {
 
 namespace {
 
-// What the library opens to one host: a load beyond that would stand in its queue and run out of time there.
-constexpr int mostConnections = 6;
+// To one host, whatever a program wishes: a server takes more for an attack.
+constexpr int mostConnections = 64;
 
 } // namespace
 
@@ -129,16 +129,9 @@ void URLSessionCore::tellInvalidated(const std::shared_ptr<URLSession>& session)
     });
 }
 
-const std::shared_ptr<QNetworkAccessManager>& URLSessionCore::access()
-{
-    NetworkThread::shared().assertIsCurrent();
-    if (!access_)
-        access_ = makeNetworkAccess();
-    return access_;
-}
-
 void URLSessionCore::whenFree(const std::string& host, std::function<void(Slot)> go)
 {
+    NetworkThread::shared().assertIsCurrent();
     hosts_[host].waiting.push_back(std::move(go));
     startNext(host);
 }

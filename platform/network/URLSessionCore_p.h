@@ -10,8 +10,6 @@
 #include <mutex>
 #include <string>
 
-class QNetworkAccessManager;
-
 namespace platform {
 
 class BackgroundStore;
@@ -64,9 +62,6 @@ public:
         });
     }
 
-    // Network thread only. Made at the first load.
-    const std::shared_ptr<QNetworkAccessManager>& access();
-
     // Calls `go` as soon as the host may be asked once more; while the slot is held, that is taken. Network thread only.
     using Slot = std::shared_ptr<void>;
     void whenFree(const std::string& host, std::function<void(Slot)> go);
@@ -102,9 +97,7 @@ private:
         int active = 0;
         std::deque<std::function<void(Slot)>> waiting;
     };
-    // network thread only; let go of anywhere
-    std::shared_ptr<QNetworkAccessManager> access_;
-    std::map<std::string, Host> hosts_;
+    std::map<std::string, Host> hosts_; // network thread only
 };
 
 } // namespace platform

@@ -2,14 +2,49 @@
 // What strangers write into heads, and where they may lead.
 #include "platform/network/HTTPMessage_p.h"
 
+#include "platform/network/HTTPHead_p.h"
 #include "platform/network/HTTPURLResponse.h"
 #include "platform/network/NSURLErrorCodes.h"
-#include "platform/network/ProxyEnvironment_p.h"
 #include "platform/network/Redirection_p.h"
 
 #include <gtest/gtest.h>
 
 namespace platform {
+
+TEST(HTTPMessage, ofAHeadOnlyWhatMayBeBelievedIsKept)
+{
+    struct Case {
+        std::vector<std::string> lines;
+        int status;
+        HTTPHeaderFields fields;
+    };
+    const Case cases[] = {
+        {{"HTTP/2 204 \r\n", "\r\n"}, 204, {}},
+        {{"HTTP/1.0 404\n", "a:1\n", "A:  2 \n", "\n"}, 404, {{"a", "1, 2"}}},
+        {{"HTTP/1.1 200 OK\r\n", "A: x\r\n", " y\r\n", "\tz\r\n", "B: 1\r\n", "\r\n"},
+         200,
+         {{"A", "x y z"}, {"B", "1"}}},
+        {{"HTTP/1.1 200 OK\r\n", " lost\r\n", "A b: 1\r\n", "C : 1\r\n", ": 1\r\n", "none\r\n",
+          std::string("D: \x01\0\r\n", 7), "\r\n"},
+         200,
+         {}},
+        {{"HTTP/1.1 103 Early\r\n", "A: 1\r\n", "\r\n", "HTTP/1.1 200 OK\r\n", "\r\n", "B: behind\r\n",
+          "\r\n"},
+         200,
+         {}},
+        {{"HTTP/1.1 101 Switching\r\n", "\r\n"}, 101, {}},
+    };
+    for (auto& [lines, status, fields] : cases) {
+        SCOPED_TRACE(lines[1]);
+        HTTPHead head;
+        int whole = 0;
+        for (auto& line : lines)
+            whole += head.take(line) == HTTPHead::Reading::isWhole ? 1 : 0;
+        EXPECT_EQ(whole, status >= 200 ? 1 : 0);
+        EXPECT_EQ(head.status(), status);
+        EXPECT_EQ(head.fields(), fields);
+    }
+}
 
 TEST(HTTPMessage, namesOfFilesAreSafe)
 {
@@ -111,41 +146,6 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
         EXPECT_EQ((*next)->httpMethod, newMethod);
         EXPECT_EQ((*next)->httpBody.empty(), (*next)->httpMethod != method && (*next)->httpMethod == "GET");
         EXPECT_EQ((*next)->value("Authorization").has_value(), keepsAuthorization);
-    }
-}
-
-TEST(HTTPMessage, proxiesComeFromTheEnvironment)
-{
-    using Variables = std::map<std::string, std::string>;
-    struct Case {
-        Variables variables;
-        const char* scheme;
-        const char* host;
-        std::string proxy; // host:port, empty for none
-    };
-    const Case cases[] = {
-        {{}, "http", "a.org", ""},
-        {{{"http_proxy", "http://p:3128"}}, "http", "a.org", "p:3128"},
-        {{{"http_proxy", "p:3128"}}, "http", "a.org", "p:3128"},
-        {{{"http_proxy", "http://p:3128"}}, "https", "a.org", ""},
-        {{{"HTTP_PROXY", "http://p:3128"}},
-         "http",
-         "a.org",
-         ""}, // a stranger's "Proxy:" field would become it
-        {{{"HTTPS_PROXY", "http://p"}}, "https", "a.org", "p:80"},
-        {{{"all_proxy", "socks5://p"}}, "https", "a.org", "p:1080"},
-        {{{"http_proxy", "p:1"}, {"no_proxy", "b.org, .a.org"}}, "http", "www.a.org", ""},
-        {{{"http_proxy", "p:1"}, {"no_proxy", "a.org"}}, "http", "aa.org", "p:1"},
-        {{{"http_proxy", "p:1"}, {"NO_PROXY", "*"}}, "http", "a.org", ""},
-        {{{"http_proxy", "gopher://p"}}, "http", "a.org", ""},
-    };
-    for (auto& [variables, scheme, host, proxy] : cases) {
-        auto read = [&](const std::string& name) {
-            auto found = variables.find(name);
-            return found == variables.end() ? std::nullopt : std::optional(found->second);
-        };
-        auto found = proxyFromEnvironment(scheme, host, read);
-        EXPECT_EQ(found ? found->host + ":" + std::to_string(found->port) : "", proxy);
     }
 }
 
