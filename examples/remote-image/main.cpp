@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A picture from the network in a window, through all its phases: remote-image URL, or
-// remote-image URL --output OUT.png [light|dark] for a picture of the window without a display. What it has loaded once it
-// shows at once the next time.
+// remote-image URL --output OUT.png [dark] [rtl] for a picture of the window without a display. What it has loaded once it
+// shows at once the next time. Exit status: 0 the window was closed or written, 1 there is no picture or no display, 2 wrong
+// usage.
 #include "kit/data/AsyncImageLoadingError.h"
 #include "kit/data/CachedAsyncImage.h"
 #include "kit/theme/CornerRadius.h"
@@ -21,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -106,24 +108,26 @@ auto makeController(const URL& url, PhaseObserver observer)
     return std::make_shared<UIHostingController<Screen>>(Screen{url, std::move(observer)});
 }
 
-int fail(const std::string& text)
+int fail(const std::string& text, int status = 1)
 {
     std::fprintf(stderr, "remote-image: %s\n", text.c_str());
-    return 1;
+    return status;
 }
 
+struct Output {
+    std::string path;
+    UITraitCollection traits;
+};
+
 // Loads as in a window, but writes what it would show once that has come to rest.
-int writePicture(const URL& url, const char* path, bool isDark)
+int writePicture(const URL& url, const Output& output)
 {
     constexpr auto rest =
         std::chrono::milliseconds(500); // the animation, and a sharper picture after the first
     std::optional<std::string> failure;
     Token end;
     auto window = std::make_shared<UIWindow>(CGRect{{}, windowSize});
-    UITraitCollection traits;
-    traits.displayScale = 2;
-    traits.userInterfaceStyle = isDark ? UIUserInterfaceStyle::dark : UIUserInterfaceStyle::light;
-    window->setBaseTraits(traits);
+    window->setBaseTraits(output.traits);
     window->setRootViewController(makeController(url, [&](const AsyncImagePhase& phase) {
         if (phase.isEmpty())
             return;
@@ -134,12 +138,13 @@ int writePicture(const URL& url, const char* path, bool isDark)
     RunLoop::main().run();
     window->layoutNow();
     auto picture = makeImage(
-        windowSize, traits.displayScale,
-        [&](CGContext& context) { window->paint(context, {{}, windowSize}); }, traits.colorAppearance());
+        windowSize, output.traits.displayScale,
+        [&](CGContext& context) { window->paint(context, {{}, windowSize}); },
+        output.traits.colorAppearance());
     window->close();
-    auto written = picture ? picture->writePNG(path) : Result<void>(std::unexpected(picture.error()));
+    auto written = picture ? picture->writePNG(output.path) : Result<void>(std::unexpected(picture.error()));
     if (!written)
-        return fail(std::string(path) + ": " + written.error().localizedDescription());
+        return fail(output.path + ": " + written.error().bridged().localizedFailureReason());
     return failure ? fail(*failure) : 0;
 }
 
@@ -158,17 +163,30 @@ int showWindow(const URL& url)
 
 int main(int argumentCount, char** arguments)
 {
-    auto writes = argumentCount >= 4 && argumentCount <= 5 && arguments[2] == std::string_view("--output");
-    if (argumentCount != 2 && !writes) {
-        std::fprintf(stderr, "usage: remote-image URL [--output OUT.png [light|dark]]\n");
-        return 2;
+    std::vector<std::string_view> words(arguments + 1, arguments + argumentCount);
+    constexpr auto usage = "usage: remote-image URL [--output OUT.png [dark] [rtl]]";
+    if (words.size() == 1 && words[0] == "--help")
+        return std::puts(usage) < 0 ? 1 : 0;
+    if (words.empty() || words.size() == 2 || (words.size() > 2 && words[1] != "--output"))
+        return fail(usage, 2);
+    Output output;
+    output.traits.displayScale = 2;
+    output.traits.userInterfaceStyle = UIUserInterfaceStyle::light;
+    for (std::size_t i = 3; i < words.size(); ++i) {
+        if (words[i] == "dark")
+            output.traits.userInterfaceStyle = UIUserInterfaceStyle::dark;
+        else if (words[i] == "rtl")
+            output.traits.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
+        else
+            return fail(usage, 2);
     }
-    auto url = URL::parse(arguments[1]);
-    if (!url)
-        return fail(std::string(arguments[1]) + " is not a URL");
-    if (writes)
-        return writePicture(*url, arguments[3],
-                            argumentCount == 5 && arguments[4] == std::string_view("dark"));
+    auto url = URL::parse(words[0]);
+    if (!url || url->scheme().empty())
+        return fail("this is no URL: " + std::string(words[0]), 2);
+    if (words.size() > 2) {
+        output.path = words[2];
+        return writePicture(*url, output);
+    }
     if (!displayIsAvailable())
         return fail("there is no display; try --output OUT.png");
     return showWindow(*url);

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The example that downloads files, against a web server as it is installed.
+// The examples that download files and show a picture, against a web server as it is installed.
+#include "platform/graphics/UIImage.h"
 #include "tests/endtoend/Process.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -14,6 +19,8 @@ namespace endtoend {
 namespace {
 
 const std::string fetchFiles = ZELK_BINARY_DIR "/bin/fetch-files";
+const std::string remoteImage = ZELK_BINARY_DIR "/bin/remote-image";
+constexpr auto nginx = "/usr/sbin/nginx";
 
 sockaddr_in loopback(int port)
 {
@@ -46,18 +53,14 @@ bool isListening(int port)
     return isThere;
 }
 
-std::string configuration(const std::string& folder, int plainPort, int securePort, int otherPort)
+std::string configuration(std::string servers, const std::string& folder)
 {
-    std::string text = "daemon off; pid DIR/pid; error_log DIR/errors; worker_processes 1;\n"
-                       "events { worker_connections 64; }\n"
-                       "http { log_format line '$server_protocol $uri'; access_log DIR/log line;\n"
-                       "client_body_temp_path DIR/1; proxy_temp_path DIR/2; fastcgi_temp_path DIR/3;\n"
-                       "uwsgi_temp_path DIR/4; scgi_temp_path DIR/5; root DIR/www;\n"
-                       "ssl_certificate DIR/certificate; ssl_certificate_key DIR/key;\n"
-                       "server { listen 127.0.0.1:"
-        + std::to_string(plainPort) + "; }\nserver { listen 127.0.0.1:" + std::to_string(securePort)
-        + " ssl http2; }\nserver { listen 127.0.0.1:" + std::to_string(otherPort)
-        + " ssl; ssl_certificate DIR/other; ssl_certificate_key DIR/other-key; } }\n";
+    auto text = "daemon off; pid DIR/pid; error_log DIR/errors; worker_processes 1;\n"
+                "events { worker_connections 64; }\n"
+                "http { log_format line '$server_protocol $uri'; access_log DIR/log line;\n"
+                "client_body_temp_path DIR/1; proxy_temp_path DIR/2; fastcgi_temp_path DIR/3;\n"
+                "uwsgi_temp_path DIR/4; scgi_temp_path DIR/5; root DIR/www; expires 1h;\n"
+        + std::move(servers) + "}\n";
     // Its workers are somebody else otherwise, who may not read the test's folder.
     if (::geteuid() == 0)
         text.insert(0, "user root;\n");
@@ -66,9 +69,22 @@ std::string configuration(const std::string& folder, int plainPort, int securePo
     return text;
 }
 
+std::vector<std::string> serverCommand(const ::tests::TemporaryDirectory& folder, const std::string& servers)
+{
+    return {nginx, "-e", folder.path("errors"), "-c",
+            folder.file("configuration", configuration(servers, folder.path()))};
+}
+
+// What belongs to downloads that are under way, or that were.
+std::ptrdiff_t growingFiles(const std::string& folder)
+{
+    std::error_code none;
+    return std::ranges::count_if(std::filesystem::recursive_directory_iterator(folder, none),
+                                 [](auto& entry) { return entry.path().extension() == ".download"; });
+}
+
 TEST(FetchFiles, fetchesFromAWebServerOverBothProtocolsAndTrustsNoStranger)
 {
-    constexpr auto nginx = "/usr/sbin/nginx";
     if (::access(nginx, X_OK) != 0)
         GTEST_SKIP() << "there is no " << nginx << " to fetch from";
     ::tests::TemporaryDirectory folder;
@@ -87,9 +103,12 @@ TEST(FetchFiles, fetchesFromAWebServerOverBothProtocolsAndTrustsNoStranger)
     std::string large(3'000'000, 'x');
     folder.write("www/a.txt", "hello");
     folder.write("www/b.bin", large);
+    auto listen = [](int port) { return "server { listen 127.0.0.1:" + std::to_string(port); };
     Process server(
-        {nginx, "-e", folder.path("errors"), "-c",
-         folder.file("configuration", configuration(folder.path(), plainPort, securePort, otherPort))});
+        serverCommand(folder,
+                      "ssl_certificate DIR/certificate; ssl_certificate_key DIR/key;\n" + listen(plainPort)
+                          + "; }\n" + listen(securePort) + " ssl http2; }\n" + listen(otherPort)
+                          + " ssl; ssl_certificate DIR/other; ssl_certificate_key DIR/other-key; }\n"));
     ASSERT_TRUE(eventually(
         [&] { return isListening(plainPort) && isListening(securePort) && isListening(otherPort); }));
 
@@ -120,13 +139,99 @@ TEST(FetchFiles, fetchesFromAWebServerOverBothProtocolsAndTrustsNoStranger)
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(outcome.output, "a.txt: The certificate for this server is invalid.\n");
 
-    EXPECT_EQ(run({fetchFiles}).exitStatus, 2);
-    EXPECT_EQ(run({fetchFiles, "no URL"}).exitStatus, 2);
+    for (auto& arguments : std::vector<std::vector<std::string>>{
+             {}, {"no URL"}, {"--to"}, {"--to", folder.path("none"), plain + "/a.txt"}, {"--to", to}}) {
+        arguments.insert(arguments.begin(), fetchFiles);
+        outcome = run(arguments, trusting);
+        EXPECT_EQ(outcome.exitStatus, 2) << arguments.back();
+        EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 1) << outcome.errors;
+    }
 
     outcome =
         run({"script", "-qec", fetchFiles + " --to " + to + " " + plain + "/b.bin", "/dev/null"}, trusting);
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_TRUE(outcome.output.contains("[==============================] b.bin  done")) << outcome.output;
+}
+
+TEST(FetchFiles, aDownloadThatIsBrokenOffOrInterruptedLeavesNothing)
+{
+    if (::access(nginx, X_OK) != 0)
+        GTEST_SKIP() << "there is no " << nginx << " to fetch from";
+    ::tests::TemporaryDirectory folder;
+    folder.write("www/slow.bin", std::string(3'000'000, 'x'));
+    folder.write("got/slow.bin", "old");
+    auto port = freePort();
+    Process server(
+        serverCommand(folder, "limit_rate 50k; server { listen 127.0.0.1:" + std::to_string(port) + "; }"));
+    ASSERT_TRUE(eventually([&] { return isListening(port); }));
+    for (bool isInterrupted : {true, false}) {
+        Process program({fetchFiles, "--to", folder.path("got"),
+                         "http://127.0.0.1:" + std::to_string(port) + "/slow.bin"},
+                        {{"HOME", folder.path("home")}});
+        ASSERT_TRUE(eventually([&] { return growingFiles(folder.path("home")) == 1; }));
+        if (isInterrupted)
+            program.terminate(SIGINT);
+        else
+            server.terminate(SIGTERM);
+        auto outcome = program.wait();
+        ASSERT_TRUE(outcome);
+        EXPECT_EQ(outcome->exitStatus, 1);
+        // Going on with the rest is tried once the connection is lost.
+        auto output = outcome->output;
+        EXPECT_TRUE(isInterrupted ? output == "slow.bin: cancelled\n"
+                                  : output == "slow.bin: The network connection was lost.\n"
+                            || output == "slow.bin: Could not connect to the server.\n")
+            << output;
+        EXPECT_EQ(folder.read("got/slow.bin"), "old");
+        EXPECT_EQ(growingFiles(folder.path("home")), 0);
+    }
+}
+
+TEST(RemoteImage, showsAPictureOfAWebServerAndAgainWithoutIt)
+{
+    if (::access(nginx, X_OK) != 0)
+        GTEST_SKIP() << "there is no " << nginx << " to load from";
+    ::tests::TemporaryDirectory folder;
+    // Red on the left, blue on the right; as high as its window shows it.
+    std::vector<std::byte> pixels;
+    for (int i = 0; i < 400 * 200; ++i)
+        for (int value : {i % 400 < 200 ? 255 : 0, 0, i % 400 < 200 ? 0 : 255, 255})
+            pixels.push_back(static_cast<std::byte>(value));
+    folder.write("www/halves.png", platform::UIImage::fromPixels(pixels, 400, 200).pngData());
+    auto port = freePort();
+    Process server(serverCommand(folder, "server { listen 127.0.0.1:" + std::to_string(port) + "; }"));
+    ASSERT_TRUE(eventually([&] { return isListening(port); }));
+    auto url = "http://127.0.0.1:" + std::to_string(port) + "/";
+    Environment environment{{"HOME", folder.path("home")}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}};
+    auto show = [&](const std::string& name, std::vector<std::string> rest) {
+        rest.insert(rest.begin(), {remoteImage, url + name});
+        return run(rest, environment);
+    };
+
+    auto outcome = show("halves.png", {"--output", folder.path("first.png")});
+    ASSERT_EQ(outcome.exitStatus, 0) << outcome.errors;
+    auto shown = platform::UIImage::fromFile(folder.path("first.png"));
+    ASSERT_TRUE(shown);
+    auto middle = shown->pixelHeight() * 2 / 5;
+    EXPECT_GT(shown->pixel(shown->pixelWidth() / 4, middle).components().red, 0.9);
+    EXPECT_GT(shown->pixel(shown->pixelWidth() * 3 / 4, middle).components().blue, 0.9);
+    EXPECT_EQ(show("none.png", {"--output", folder.path("none.png")}).errors,
+              "remote-image: What is at this address is not a picture.\n");
+
+    server.terminate(SIGTERM);
+    ASSERT_TRUE(eventually([&] { return !isListening(port); }));
+    outcome = show("halves.png", {"--output", folder.path("second.png")});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
+    EXPECT_TRUE(folder.read("second.png") == folder.read("first.png"));
+    outcome = show("other.png", {"--output", folder.path("none.png")});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors, "remote-image: Could not connect to the server.\n");
+    for (auto& wrong :
+         std::vector<std::vector<std::string>>{{"--output"}, {"--to", "x"}, {"--output", "x", "y"}})
+        EXPECT_EQ(show("halves.png", wrong).exitStatus, 2) << wrong.back();
+    outcome = show("halves.png", {});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.errors, "remote-image: there is no display; try --output OUT.png\n");
 }
 
 } // namespace
