@@ -10,7 +10,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <future>
+#include <map>
 #include <thread>
 
 namespace platform {
@@ -186,6 +191,112 @@ TEST(URLSessionOrder, aDelegateThatGoesAwayInTheMiddleIsNotCalledAndTheTaskEnds)
     session->getAllTasks(look);
     EXPECT_EQ(isOver.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
     EXPECT_EQ(task->error(), std::nullopt);
+}
+
+TEST(URLSessionOrder, aSessionsSecretsAreToldToTheFirstServerOnly)
+{
+    ScriptedServer stranger(steps);
+    ScriptedServer server([&](Connection& connection, const Request&) {
+        connection.answer("302 Found", "", "Location: " + stranger.url("/0").absoluteString() + "\r\n");
+    });
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.httpAdditionalHeaders = {{"Authorization", "secret"}, {"X-App", "zelk"}, {"X-Empty", ""}};
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(configuration, delegate);
+    session->dataTask(URLRequest(server.url("/")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds());
+    EXPECT_EQ(delegate->body(), "hello");
+    EXPECT_EQ(server.requests().at(0).field("Authorization"), "secret");
+    EXPECT_EQ(stranger.requests().at(0).field("Authorization"), std::nullopt);
+    EXPECT_EQ(stranger.requests().at(0).field("X-App"), "zelk");
+    EXPECT_EQ(stranger.requests().at(0).field("Cookie"), std::nullopt);
+
+    configuration.httpAdditionalHeaders = {{"X-Forged", "a\r\nHost: elsewhere"}};
+    URLSession::make(configuration, delegate)->dataTask(URLRequest(server.url("/")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds(2));
+    EXPECT_EQ(delegate->error(), errorOf(NSURLErrorBadURL));
+}
+
+TEST(URLSessionOrder, aTaskThatIsSuspendedAtEachPieceGetsThemAll)
+{
+    ScriptedServer server([](Connection& connection, const Request&) {
+        connection.answer("200 OK", std::string(10'000'000, 'x'));
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    delegate->onData = [](URLSessionTask& task) { task.suspend(); };
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    URLRequest request(server.url("/"));
+    std::vector<std::shared_ptr<URLSessionTask>> tasks{session->dataTask(request),
+                                                       session->downloadTask(request)};
+    for (auto& task : tasks) {
+        task->resume();
+        while (task->state() != URLSessionTask::State::completed) {
+            task->resume();
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(task->error(), std::nullopt);
+        EXPECT_EQ(task->countOfBytesReceived(), 10'000'000);
+    }
+}
+
+TEST(URLSessionOrder, aProcessMayEndInTheMiddleOfAnyLoad)
+{
+    for (std::size_t moment = 0; moment < 12; ++moment) {
+        EXPECT_EXIT(
+            {
+                ScriptedServer server([](Connection& connection, const Request& request) {
+                    connection.send("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n");
+                    connection.send(std::string(request.target == "/whole" ? 100'000 : 50'000, 'x'));
+                });
+                auto delegate = std::make_shared<RecordingDelegate>();
+                auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+                for (int i = 0; i < 40; ++i) {
+                    URLRequest request(server.url(i % 8 == 7 ? "/part" : "/whole"));
+                    session->dataTask(request)->resume();
+                    session->downloadTask(request)->resume();
+                }
+                session->dataTask(URLRequest(*URL::parse("http://name.invalid/")))->resume();
+                delegate->waitForEnds(moment);
+                std::exit(0);
+            },
+            testing::ExitedWithCode(0), "");
+    }
+    removeAbandonedDownloads(downloadDirectory());
+    EXPECT_TRUE(std::ranges::none_of(std::filesystem::directory_iterator(downloadDirectory()),
+                                     [](auto& entry) { return entry.path().extension() == ".download"; }));
+}
+
+TEST(URLSessionOrder, proxiesComeFromTheEnvironment)
+{
+    // In a process of its own, whose environment nobody else reads meanwhile.
+    auto load = [](std::map<std::string, std::string> variables, const char* url) {
+        ScriptedServer proxy([](Connection& connection, const Request& request) {
+            connection.answer(request.method == "CONNECT" ? "403 Forbidden" : "200 OK", request.target);
+        });
+        for (auto* name : {"http_proxy", "HTTP_PROXY", "https_proxy", "all_proxy", "no_proxy"})
+            ::unsetenv(name);
+        for (auto& [name, value] : variables)
+            ::setenv(name.c_str(), value == "proxy" ? proxy.url("").absoluteString().c_str() : value.c_str(),
+                     1);
+        auto delegate = std::make_shared<RecordingDelegate>();
+        auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+        session->dataTask(URLRequest(*URL::parse(url)))->resume();
+        delegate->waitForEnds();
+        auto asked = proxy.requests();
+        auto code = delegate->error() ? delegate->error()->bridged().code() : 0;
+        std::fprintf(stderr, "%s%ld",
+                     asked.empty() ? "" : (asked[0].method + " " + asked[0].target + " ").c_str(), code);
+        std::_Exit(0);
+    };
+    auto exits = testing::ExitedWithCode(0);
+    EXPECT_EXIT(load({{"http_proxy", "proxy"}}, "http://name.invalid/x"), exits,
+                "^GET http://name.invalid/x 0$");
+    EXPECT_EXIT(load({{"https_proxy", "proxy"}}, "https://name.invalid/x"), exits,
+                "^CONNECT name.invalid:443 -1004$");
+    // A stranger's "Proxy:" field would become it.
+    EXPECT_EXIT(load({{"HTTP_PROXY", "proxy"}}, "http://127.0.0.1:1/"), exits, "^-1004$");
+    EXPECT_EXIT(load({{"all_proxy", "proxy"}, {"no_proxy", "a.b, 127.0.0.1"}}, "http://127.0.0.1:1/"), exits,
+                "^-1004$");
 }
 
 TEST(URLSessionOrder, completionsAreCalledOnceOnTheDelegateQueue)
