@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/DisplayLink.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/ScreenSight.h"
 #include "platform/uikit/UIView.h"
 
 #include <chrono>
@@ -10,13 +11,18 @@
 
 namespace platform {
 
+AnimatableValues::AnimatableValues(std::vector<double> values, std::function<void()> handleChange)
+    : AnimatableValues(std::move(values), std::move(handleChange), nullptr)
+{
+}
+
 AnimatableValues::AnimatableValues(std::vector<double> values, std::function<void()> handleChange,
-                                   Frames frames)
+                                   std::function<bool()> isSeen)
     : start_(values)
     , target_(values)
     , presentation_(std::move(values))
     , handleChange_(std::move(handleChange))
-    , pace_(frames)
+    , isSeen_(std::move(isSeen))
 {
 }
 
@@ -33,6 +39,7 @@ void AnimatableValues::set(std::vector<double> values)
     auto* timing = UIView::currentAnimation();
     if (!timing || values.size() != presentation_.size()) {
         frames_.cancel();
+        changes_.cancel();
         isMoving_ = false;
         start_ = target_ = presentation_ = std::move(values);
         handleChange_();
@@ -61,6 +68,7 @@ void AnimatableValues::set(std::vector<double> values)
 void AnimatableValues::requestFrames()
 {
     isDrawn_ = true; // what comes next is seen at least once
+    changes_.cancel();
     if (!frames_)
         frames_ = DisplayLink::shared().request([this](Instant frameTime) { step(frameTime); });
 }
@@ -78,13 +86,23 @@ const std::vector<double>& AnimatableValues::drawn()
 
 void AnimatableValues::step(Instant frameTime)
 {
-    if (pace_ == Frames::whileDrawn && !std::exchange(isDrawn_, false)) {
+    if (isSeen_ ? !isSeen_() : !std::exchange(isDrawn_, false)) {
         frames_.cancel();
+        if (isSeen_)
+            changes_ = whenScreenChanges([this] { showAgain(); });
         return;
     }
     moveTo(frameTime);
     if (!isMoving_)
         frames_.cancel();
+    handleChange_();
+}
+
+void AnimatableValues::showAgain()
+{
+    moveTo(RunLoop::main().clock().now());
+    if (isMoving_)
+        requestFrames();
     handleChange_();
 }
 

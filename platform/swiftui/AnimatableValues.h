@@ -11,16 +11,17 @@
 namespace platform {
 
 // Numbers that move from what is on screen to what was set, on the display clock, when they are set where changes are
-// animated. Main thread only.
+// animated. Nobody needs frames for what is hidden, covered or off the screen: there they move on unseen, and are where they
+// are by then when they come back. Main thread only.
 class AnimatableValues {
 public:
-    // Numbers that only drawing shows need no frames while nobody draws: hidden, covered or off the screen they move on
-    // unseen, and `drawn` finds them where they are by then.
-    enum class Frames { always, whileDrawn };
-
-    // `handleChange` is called at each frame while the numbers move.
+    // `handleChange` is called at each frame while the numbers move. They are seen only by who asks `drawn`, and then there
+    // is to be another frame.
+    AnimatableValues(std::vector<double> values, std::function<void()> handleChange);
+    // The same for what others draw: `isSeen` says at each frame whether they may be seen on their way. While they may not,
+    // the next frame is asked for when something else changes on screen.
     AnimatableValues(std::vector<double> values, std::function<void()> handleChange,
-                     Frames frames = Frames::always);
+                     std::function<bool()> isSeen);
     AnimatableValues(const AnimatableValues&) = delete; // a frame callback holds its address
     AnimatableValues& operator=(const AnimatableValues&) = delete;
 
@@ -31,11 +32,13 @@ public:
     // The same, for drawing them now, which keeps the frames coming.
     const std::vector<double>& drawn();
     bool isMoving() const { return isMoving_; }
+    const std::vector<double>& start() const { return start_; } // of the movement
 
 private:
     void step(Instant frameTime);
     void moveTo(Instant time);
     void requestFrames();
+    void showAgain();
     double elapsed(Instant now) const;
 
     std::vector<double> start_, target_, presentation_;
@@ -44,7 +47,8 @@ private:
     AnimationTiming timing_;
     Instant began_{};
     Token frames_;
-    const Frames pace_;
+    Token changes_;                      // of the screen, while nobody sees the numbers
+    const std::function<bool()> isSeen_; // none: who draws says so
     bool isMoving_ = false;
     bool isDrawn_ = false; // since the last frame
 };

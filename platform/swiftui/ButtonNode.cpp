@@ -200,7 +200,7 @@ void ButtonNode::readEnvironment()
 
     auto color = environment<ForegroundColorKey>();
     if (style == ButtonStyle::borderedProminent)
-        color = UIColor::white();
+        color = legibleColor(tint.value_or(UIColor::systemBlue()));
     else if (style != ButtonStyle::plain && !color)
         color = tint.value_or(UIColor::systemBlue());
     labelEnvironment_->set<ForegroundColorKey>(isEnabled ? color : UIColor::tertiaryLabel());

@@ -52,6 +52,7 @@ public:
         auto& entry = entryOf(idOf<Key>());
         if (auto* present = std::any_cast<typename Key::Value>(&entry.value); present && *present == value)
             return;
+        entry.source->prepareForChange();
         entry.value = std::move(value);
         entry.source->notify();
     }

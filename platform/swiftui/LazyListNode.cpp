@@ -54,12 +54,14 @@ void silence(UIScrollView& view)
 
 } // namespace
 
-LazyListNode::LazyListNode(const NodeContext& context, ListKind kind, RowSources rows)
+LazyListNode::LazyListNode(const NodeContext& context, ListKind kind, RowSources rows,
+                           std::shared_ptr<const RowSelection> selection)
     : PlatformViewNode(context)
     , ViewContainer(context.host)
     , kind_(kind)
     , contentView_(std::make_shared<GroupView>())
     , rows_(std::move(rows))
+    , selection_(std::move(selection))
 {
     auto onScroll = [this] {
         if (!isArranging_)
@@ -104,7 +106,12 @@ NodeContext LazyListNode::contentContext()
 void LazyListNode::refresh()
 {
     forgetSources();
+    auto style = style_;
+    auto wasRightToLeft = isRightToLeft_;
     readEnvironment();
+    showKeyboardState();
+    if (style == style_ && wasRightToLeft == isRightToLeft_)
+        return;
     width_ = -1; // everything is measured anew
     invalidateLayout();
 }
@@ -116,6 +123,8 @@ void LazyListNode::readEnvironment()
         style_ = kind_ == ListKind::form ? ListStyle::insetGrouped : ListStyle::plain;
     isRightToLeft_ = environment<LayoutDirectionKey>() == LayoutDirection::rightToLeft;
     scrollView_->setBackgroundColor(listGround(style_));
+    if (selection_)
+        selection_->registerReader(*this);
 }
 
 // --- Rows --------------------------------------------------------------------------------------------
@@ -144,6 +153,7 @@ void LazyListNode::setRows(RowSources rows)
     for (auto& [formerRow, node] : before) {
         auto row = *place++;
         if (!row || mounted_.contains(*row)) {
+            node->letGoOfList();
             host().retire(std::move(node));
             continue;
         }
@@ -203,6 +213,7 @@ CGFloat LazyListNode::measureRow(std::size_t row)
     auto isNew = !slot;
     if (isNew) {
         slot = std::make_unique<ListRowNode>(contentContext(), run, index);
+        attach(*slot);
         contentsDidChange();
     }
     auto& node = *slot;
@@ -303,6 +314,9 @@ void LazyListNode::placeRows()
         auto rect = CGRect::make(0, heights_.offset(row), width_, heights_.height(row));
         node->place(rect, {width_, std::nullopt});
     }
+    showKeyboardState();
+    if (awaitsFocus_)
+        followFocus();
 }
 
 } // namespace platform

@@ -5,6 +5,7 @@
 #include "platform/swiftui/LazyRows.h"
 #include "platform/swiftui/PlatformViewNode.h"
 #include "platform/swiftui/RowHeights.h"
+#include "platform/swiftui/RowSelection.h"
 #include "platform/swiftui/RowTable.h"
 #include "platform/swiftui/ViewContainer.h"
 
@@ -17,6 +18,7 @@ namespace platform {
 
 class ListRowNode;
 class UIScrollView;
+struct UIPress;
 
 enum class ListStyle {
     automatic,    // plain for lists, inset groups for forms
@@ -38,7 +40,8 @@ enum class ListKind { list, form };
 // the heights as they are known now.
 class LazyListNode : public PlatformViewNode, public ViewContainer {
 public:
-    LazyListNode(const NodeContext& context, ListKind kind, RowSources rows);
+    LazyListNode(const NodeContext& context, ListKind kind, RowSources rows,
+                 std::shared_ptr<const RowSelection> selection = nullptr);
     ~LazyListNode() override;
 
     void forEachChild(const std::function<void(ViewNode&)>& visit) const override;
@@ -49,6 +52,7 @@ public:
 
 protected:
     void setRows(RowSources rows);
+    void setSelection(std::shared_ptr<const RowSelection> selection);
     CGSize measure(const ProposedSize& proposal) override;
     void arrange(CGRect rect, const ProposedSize& proposal) override;
 
@@ -69,6 +73,16 @@ private:
     RowRange fill(const Anchor& anchor, CGFloat height);
     CGFloat reach(Anchor anchor, CGFloat height); // gives the offset
     void placeRows();
+    // By keys and pointer: see LazyListKeyboard.cpp.
+    void attach(ListRowNode& node);
+    std::optional<std::size_t> rowOf(const ListRowNode& node) const;
+    bool handleKey(const UIPress& press, const ListRowNode& node);
+    std::optional<std::size_t> nextRow(std::size_t row, std::ptrdiff_t step) const;
+    void goTo(std::size_t row);
+    void choose(std::size_t row);
+    void showInSight(std::size_t row);
+    void showKeyboardState();
+    void followFocus();
     CGFloat endGap() const;
 
     // fixed after construction
@@ -85,6 +99,9 @@ private:
     bool isRightToLeft_ = false;
     bool isArranging_ = false;
     bool hasEstimate_ = false;
+    std::shared_ptr<const RowSelection> selection_; // null: rows are not chosen
+    std::optional<std::size_t> awaitsFocus_;        // to be given once the row exists
+    std::shared_ptr<bool> isMounted_ = std::make_shared<bool>(true);
     RowRange wanted_; // of the rows that the last layout needed
 };
 

@@ -8,6 +8,7 @@
 #include "platform/swiftui/TupleView.h"
 #include "platform/swiftui/View.h"
 
+#include <any>
 #include <concepts>
 #include <cstddef>
 #include <functional>
@@ -32,6 +33,8 @@ public:
     // Where rows of a former source of the same type are in this one; none: gone. Requires: `rows` exist there.
     virtual std::vector<std::optional<std::size_t>> follow(const RowSource& former,
                                                            const std::vector<std::size_t>& rows) const = 0;
+    // What a row is known by; empty for one that is its place. Requires: the row exists.
+    virtual std::any identityOf(std::size_t) const { return {}; }
     // Whether every row of the former source is here at the same place, and no other.
     virtual bool hasSameRows(const RowSource& former) const = 0;
 };
@@ -124,6 +127,7 @@ public:
     {
         platform::updateNode<Element>(node, std::invoke(record_.content, element(row)));
     }
+    std::any identityOf(std::size_t row) const override { return Identity(identity(row)); }
     bool hasSameRows(const RowSource& source) const override
     {
         auto& former = static_cast<const ForEachRows&>(source);

@@ -44,12 +44,21 @@ public:
     {
         if (!node_)
             return {};
-        auto& places = node_->places_.drawn();
-        LinearGradientLine line{node_->record_.stops, UnitPoint{places[0], places[1]}.in(bounds()),
-                                UnitPoint{places[2], places[3]}.in(bounds())};
-        for (std::size_t i = 0; i < line.stops.size(); ++i)
-            line.stops[i].location = places[4 + i];
-        return line;
+        framesUnseen_ = 0;
+        return drawn_ = lineAt(node_->places_.drawn());
+    }
+    // The node's numbers have moved: only the colours' way is painted anew, not what lies before and behind it. That may be
+    // nowhere, or out of sight while the rest is seen; so now and then all of it is, and if nobody looks then nothing runs.
+    void placesDidMove()
+    {
+        constexpr int patience = 2; // frames
+        auto line = lineAt(node_->places_.presentation());
+        auto changed = changedArea(told_, line, bounds()).unionWith(changedArea(drawn_, line, bounds()));
+        told_ = std::move(line);
+        if (framesUnseen_++ >= patience)
+            return setNeedsDisplay();
+        setNeedsDisplay(changed);
+        node_->places_.drawn();
     }
     void draw(CGContext& context, CGRect) override
     {
@@ -60,6 +69,17 @@ public:
     }
 
 private:
+    LinearGradientLine lineAt(const std::vector<double>& places) const
+    {
+        LinearGradientLine line{node_->record_.stops, UnitPoint{places[0], places[1]}.in(bounds()),
+                                UnitPoint{places[2], places[3]}.in(bounds())};
+        for (std::size_t i = 0; i < line.stops.size(); ++i)
+            line.stops[i].location = places[4 + i];
+        return line;
+    }
+
+    LinearGradientLine drawn_, told_; // the last that was painted, and that was announced
+    int framesUnseen_ = 0;
     Node* node_; // lets go of the view, which others may keep
 };
 
@@ -67,8 +87,7 @@ LinearGradient::Node::Node(const NodeContext& context, const LinearGradient& vie
     : PlatformViewNode(context)
     , gradientView_(std::make_shared<GradientView>(*this))
     , record_(view)
-    , places_(
-          placesOf(view), [this] { gradientView_->setNeedsDisplay(); }, AnimatableValues::Frames::whileDrawn)
+    , places_(placesOf(view), [this] { gradientView_->placesDidMove(); })
 {
     setPlatformView(gradientView_);
 }

@@ -17,7 +17,8 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat cardRadius = 10;
+constexpr CGFloat cardRadius = 10, focusRadius = 6;
+constexpr double chosenAlpha = 0.18; // of the tint, behind a row that is chosen
 
 // The controls below `view`, but none inside of another.
 void collectControls(const UIView& view, std::vector<std::shared_ptr<UIControl>>& controls)
@@ -35,6 +36,18 @@ bool isPressable(const UIControl& control)
     auto role = control.accessibilityNow().role;
     return control.isEnabled() && !control.isHidden()
         && (role == AccessibilityRole::button || role == AccessibilityRole::link);
+}
+
+// The first control that takes the keyboard.
+std::shared_ptr<UIView> focusableIn(const UIView& view)
+{
+    std::vector<std::shared_ptr<UIControl>> controls;
+    collectControls(view, controls);
+    for (auto& control : controls) {
+        if (!control->isHidden() && control->canBecomeFirstResponder())
+            return control;
+    }
+    return nullptr;
 }
 
 void drawArrow(CGContext& context, CGRect area, bool isRightToLeft)
@@ -70,14 +83,50 @@ public:
                                               .value = static_cast<double>(row + 1),
                                               .step = 1};
     }
+    void setChosen(bool isChosen) override
+    {
+        this->accessibility().isSelected = isChosen;
+        if (std::exchange(isChosen_, isChosen) != isChosen)
+            this->setNeedsDisplay();
+    }
+    void setReachable(bool isReachable) override { isReachable_ = isReachable; }
+    bool canBecomeFirstResponder() const override { return isReachable_ && !focusableIn(*this); }
+    void focus() override
+    {
+        isReachable_ = true;
+        if (auto control = focusableIn(*this))
+            control->becomeFirstResponder();
+        else
+            this->becomeFirstResponder();
+    }
+    bool becomeFirstResponder() override
+    {
+        this->setNeedsDisplay();
+        return Base::becomeFirstResponder();
+    }
+    bool resignFirstResponder() override
+    {
+        this->setNeedsDisplay();
+        return Base::resignFirstResponder();
+    }
+    bool pressesBegan(const UIPress& press) override
+    {
+        auto handle = onKey; // which may let go of the cell
+        return (handle && handle(press)) || Base::pressesBegan(press);
+    }
     // All of the row belongs to its button or link.
     void touchesBegan(UITouch& touch) override
     {
         std::vector<std::shared_ptr<UIControl>> controls;
         collectControls(*this, controls);
         auto isOnly = controls.size() == 1 && isPressable(*controls.front());
-        if (!isOnly || touch.button != UIPointerButton::primary)
-            return Base::touchesBegan(touch);
+        if (!isOnly || touch.button != UIPointerButton::primary) {
+            if (onPress && touch.button == UIPointerButton::primary && controls.empty())
+                isPressed_ = true;
+            else
+                Base::touchesBegan(touch);
+            return;
+        }
         pressed_ = controls.front();
         controls.front()->setHighlighted(true);
         this->setNeedsDisplay();
@@ -86,7 +135,7 @@ public:
     {
         if (auto control = pressed_.lock())
             control->setHighlighted(this->bounds().contains(touch.location(*this)));
-        else
+        else if (!isPressed_)
             Base::touchesMoved(touch);
     }
     void touchesEnded(UITouch& touch) override
@@ -95,13 +144,16 @@ public:
         if (auto control = letGo()) {
             if (this->bounds().contains(touch.location(*this)))
                 control->performPrimaryAction(); // which may remove the row
+        } else if (std::exchange(isPressed_, false)) {
+            if (auto press = onPress; press && this->bounds().contains(touch.location(*this)))
+                press();
         } else {
             Base::touchesEnded(touch);
         }
     }
     void touchesCancelled(UITouch& touch) override
     {
-        if (!letGo())
+        if (!letGo() && !std::exchange(isPressed_, false))
             Base::touchesCancelled(touch);
     }
     void draw(CGContext& context, CGRect) override
@@ -115,8 +167,13 @@ public:
             else
                 context.fill(area, *look_.ground);
         }
+        if (isChosen_)
+            context.fill(area, this->tintColor().withAlphaComponent(chosenAlpha));
         if (!pressed_.expired())
             context.fill(area, UIColor::quaternarySystemFill());
+        if (this->isFirstResponder())
+            context.stroke(UIBezierPath::roundedRect(area.insetBy(2, 2), focusRadius), this->tintColor(),
+                           {.lineWidth = 2});
         auto isRightToLeft =
             this->effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
         if (look_.hasArrow)
@@ -142,6 +199,9 @@ private:
     }
 
     ListCellLook look_;
+    bool isChosen_ = false;
+    bool isReachable_ = false;
+    bool isPressed_ = false;           // by a touch, to be chosen
     std::weak_ptr<UIControl> pressed_; // by a touch beside it
 };
 

@@ -4,6 +4,7 @@
 #include "platform/uikit/UIView.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -33,6 +34,16 @@ public:
     virtual void setLook(const ListCellLook& look) = 0;
     // Makes it an item of a list to assistive technology: the row's number, from 0, of how many.
     virtual void setPosition(std::size_t row, std::size_t count) = 0;
+
+    // What its list does with a key that nothing inside takes, true when it does, and with a press on the row; none of both
+    // when the list has gone.
+    std::function<bool(const UIPress&)> onKey;
+    std::function<void()> onPress;
+    virtual void setChosen(bool isChosen) = 0;
+    // Whether the keyboard can come to the row from outside of the list.
+    virtual void setReachable(bool isReachable) = 0;
+    // What has the keyboard when the row has it: a control inside, or the cell.
+    virtual void focus() = 0;
 };
 
 } // namespace platform

@@ -27,7 +27,16 @@ ListRowNode::ListRowNode(const NodeContext& context, const RowRun& run, std::siz
     leadsOn_ = row->leadsOn;
 }
 
-ListRowNode::~ListRowNode() = default;
+ListRowNode::~ListRowNode()
+{
+    letGoOfList();
+}
+
+void ListRowNode::letGoOfList()
+{
+    cell().onKey = nullptr; // somebody may keep the cell
+    cell().onPress = nullptr;
+}
 
 NodeContext ListRowNode::contentContext()
 {

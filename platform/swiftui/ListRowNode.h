@@ -31,6 +31,7 @@ public:
     ListCell& cell() const { return ListCell::of(*platformView()); }
     UIView& containerView() const override { return *platformView(); }
     bool hasFocus() const; // the keyboard is somewhere inside
+    void letGoOfList();
 
 protected:
     NodeContext contentContext() override;

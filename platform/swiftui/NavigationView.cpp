@@ -2,9 +2,11 @@
 #include "platform/swiftui/NavigationView.h"
 
 #include "platform/swiftui/ContentController.h"
+#include "platform/swiftui/EmptyView.h"
 #include "platform/swiftui/NavigationLink.h"
 #include "platform/swiftui/ViewHost.h"
 #include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UISplitViewController.h"
 #include "platform/uikit/UIView.h"
 
 #include <utility>
@@ -32,25 +34,78 @@ public:
 
 } // namespace
 
-NavigationNode::NavigationNode(const NodeContext& context, AnyView content)
+void NavigationPath::show(const std::shared_ptr<UIViewController>& page, UIViewController& from)
+{
+    auto navigation = navigation_.lock();
+    auto detail = detail_.lock();
+    if (detail && detail->parent() && from.navigationController() != detail)
+        detail->setViewControllers({page});
+    else if (detail && detail->parent())
+        detail->pushViewController(page, Animated::yes);
+    else if (navigation)
+        navigation->pushViewController(page, Animated::yes);
+}
+
+NavigationNode::NavigationNode(const NodeContext& context, AnyView content, Kind kind)
     : ViewControllerNode(context)
     , surroundings_(std::make_shared<EnvironmentScope>(context.environment))
     , navigation_(std::make_shared<UINavigationController>())
 {
-    surroundings_->set<NavigationPathKey>(std::make_shared<NavigationPath>(navigation_));
+    path_ = std::make_shared<NavigationPath>(navigation_);
+    surroundings_->set<NavigationPathKey>(path_);
     root_ = std::make_shared<PageController>(std::move(content), surroundings_);
     navigation_->setViewControllers({root_});
-    auto isMirrored = environment<LayoutDirectionKey>() == LayoutDirection::rightToLeft;
-    navigation_->view()->setSemanticContentAttribute(isMirrored
-                                                         ? UISemanticContentAttribute::forceRightToLeft
-                                                         : UISemanticContentAttribute::forceLeftToRight);
-    adopt(navigation_, [] { });
+    if (kind == Kind::asStyled && environment<NavigationViewStyleKey>() != NavigationViewStyle::stack) {
+        nothingChosen_ = std::make_shared<PageController>(AnyView(EmptyView{}), surroundings_);
+        detail_ = std::make_shared<UINavigationController>();
+        path_->detail_ = detail_;
+        split_ = std::make_shared<UISplitViewController>();
+        split_->setViewController(navigation_, UISplitViewController::Column::primary);
+        split_->onCollapseChange = [this] { followWidth(); };
+    }
+    setDirection();
+    if (split_)
+        adopt(split_, [] { });
+    else
+        adopt(navigation_, [] { });
 }
 
 NavigationNode::~NavigationNode()
 {
+    if (split_)
+        split_->onCollapseChange = nullptr; // somebody may keep it
     release();
     navigation_->setViewControllers({}); // pages hold on to their surroundings
+    if (detail_)
+        detail_->setViewControllers({});
+}
+
+// The pages beside the content are those above it where there is room for one column only.
+void NavigationNode::followWidth()
+{
+    auto take = [](UINavigationController& from, std::size_t first) {
+        std::vector pages(from.viewControllers().begin() + static_cast<std::ptrdiff_t>(first),
+                          from.viewControllers().end());
+        auto rest = from.viewControllers();
+        rest.resize(first);
+        from.setViewControllers(std::move(rest));
+        return pages;
+    };
+    constexpr auto secondary = UISplitViewController::Column::secondary;
+    if (split_->isCollapsed()) {
+        auto pages = take(*detail_, 0);
+        std::erase(pages, nothingChosen_);
+        split_->setViewController(nullptr, secondary);
+        pages.insert(pages.begin(), navigation_->viewControllers().begin(),
+                     navigation_->viewControllers().end());
+        navigation_->setViewControllers(std::move(pages));
+        return;
+    }
+    auto pages = take(*navigation_, std::min<std::size_t>(1, navigation_->viewControllers().size()));
+    if (pages.empty())
+        pages.push_back(nothingChosen_);
+    detail_->setViewControllers(std::move(pages));
+    split_->setViewController(detail_, secondary);
 }
 
 void NavigationNode::setContent(AnyView content)
@@ -58,13 +113,22 @@ void NavigationNode::setContent(AnyView content)
     root_->setContent(std::move(content));
 }
 
+void NavigationNode::setDirection()
+{
+    auto attribute = environment<LayoutDirectionKey>() == LayoutDirection::rightToLeft
+        ? UISemanticContentAttribute::forceRightToLeft
+        : UISemanticContentAttribute::forceLeftToRight;
+    navigation_->view()->setSemanticContentAttribute(attribute);
+    if (!split_)
+        return;
+    detail_->view()->setSemanticContentAttribute(attribute);
+    split_->view()->setSemanticContentAttribute(attribute);
+}
+
 void NavigationNode::refresh()
 {
     forgetSources();
-    auto isMirrored = environment<LayoutDirectionKey>() == LayoutDirection::rightToLeft;
-    navigation_->view()->setSemanticContentAttribute(isMirrored
-                                                         ? UISemanticContentAttribute::forceRightToLeft
-                                                         : UISemanticContentAttribute::forceLeftToRight);
+    setDirection();
 }
 
 NavigationTitleModifier::Node::Node(const NodeContext& context, const NavigationTitleModifier& modifier)
@@ -113,13 +177,12 @@ void NavigationLinkNode::setDestination(std::function<AnyView()> destination)
 
 void NavigationLinkNode::open()
 {
-    auto navigation = path_ ? path_->controller() : nullptr;
     // Once, however often it is pressed.
-    if (!navigation || (page_.lock() && page_.lock()->parent() == navigation))
+    if (!path_ || (page_.lock() && page_.lock()->parent()))
         return;
     auto page = std::make_shared<PageController>(destination_(), context().environment);
     page_ = page;
-    navigation->pushViewController(page, Animated::yes);
+    path_->show(page, host().controller());
 }
 
 } // namespace platform

@@ -13,9 +13,15 @@ namespace platform {
 
 class ContentController;
 class UINavigationController;
+class UISplitViewController;
+class UIViewController;
 
-// How a NavigationView shows what it leads to. Columns need a place of their own and are shown as a stack.
-enum class NavigationViewStyle { automatic, stack };
+// How a NavigationView shows what it leads to.
+enum class NavigationViewStyle {
+    automatic, // as columns
+    stack,     // one page at a time
+    columns,   // its content beside what that leads to, where there is room for both; else as a stack
+};
 struct NavigationViewStyleKey : environment_keys::Key<NavigationViewStyle, NavigationViewStyle::automatic> {
 };
 inline auto navigationViewStyle(NavigationViewStyle style)
@@ -23,17 +29,20 @@ inline auto navigationViewStyle(NavigationViewStyle style)
     return environment<NavigationViewStyleKey>(style);
 }
 
-// The stack that a place stands in; what links push to. Main thread only.
+// Where the links of a navigation view lead to: the stack of its pages or, beside the content, the column of what it leads
+// to. Main thread only.
 class NavigationPath {
 public:
     explicit NavigationPath(std::weak_ptr<UINavigationController> navigation)
         : navigation_(std::move(navigation))
     {
     }
-    std::shared_ptr<UINavigationController> controller() const { return navigation_.lock(); }
+    // Shows the page that a link in `from` leads to. Nothing when it is shown already, or the navigation view is gone.
+    void show(const std::shared_ptr<UIViewController>& page, UIViewController& from);
 
 private:
-    std::weak_ptr<UINavigationController> navigation_;
+    friend class NavigationNode;
+    std::weak_ptr<UINavigationController> navigation_, detail_; // no detail: nothing is beside the content
 };
 // Null outside of a navigation view.
 struct NavigationPathKey {
@@ -41,10 +50,12 @@ struct NavigationPathKey {
     static Value defaultValue() { return nullptr; }
 };
 
-// Without the types of the content: a navigation controller with the content as its root.
+// Without the types of the content: a navigation controller with the content as its root; for columns inside of a split view
+// controller, whose other column is a navigation controller too.
 class NavigationNode : public ViewControllerNode {
 public:
-    NavigationNode(const NodeContext& context, AnyView content);
+    enum class Kind { stack, asStyled };
+    NavigationNode(const NodeContext& context, AnyView content, Kind kind);
     ~NavigationNode() override;
     void refresh() override;
 
@@ -52,13 +63,22 @@ protected:
     void setContent(AnyView content);
 
 private:
+    void setDirection();
+    void followWidth();
+
     std::shared_ptr<EnvironmentScope> surroundings_;
+    std::shared_ptr<NavigationPath> path_;
     std::shared_ptr<ContentController> root_;
     std::shared_ptr<UINavigationController> navigation_;
+    // null for a stack
+    std::shared_ptr<UISplitViewController> split_;
+    std::shared_ptr<UINavigationController> detail_;
+    std::shared_ptr<UIViewController> nothingChosen_;
 };
 
-// Views one step deeper than each other: its content, and on top of it what NavigationLinks in there lead to. A bar shows
-// each page's `navigationTitle` and the way back.
+// Views one step deeper than each other: its content, and on top of it or beside it, as the style says and the width allows,
+// what NavigationLinks in there lead to. A bar shows each page's `navigationTitle` and the way back. The style is settled
+// when it comes; what is shown stays when the width changes.
 template <View Content>
 struct NavigationView {
     Content content;
@@ -69,14 +89,14 @@ struct NavigationView {
     class Node final : public NavigationNode {
     public:
         Node(const NodeContext& context, const NavigationView& view)
-            : NavigationNode(context, AnyView(view.content))
+            : NavigationNode(context, AnyView(view.content), Kind::asStyled)
         {
         }
         void update(const NavigationView& view) { setContent(AnyView(view.content)); }
     };
 };
 
-// The same under its newer name.
+// Always one page at a time.
 template <View Content>
 struct NavigationStack {
     Content content;
@@ -87,7 +107,7 @@ struct NavigationStack {
     class Node final : public NavigationNode {
     public:
         Node(const NodeContext& context, const NavigationStack& view)
-            : NavigationNode(context, AnyView(view.content))
+            : NavigationNode(context, AnyView(view.content), Kind::stack)
         {
         }
         void update(const NavigationStack& view) { setContent(AnyView(view.content)); }

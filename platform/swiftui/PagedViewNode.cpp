@@ -18,7 +18,7 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat dotsHeight = 28; // points
+constexpr CGFloat dotsHeight = 28, dotsGap = 4; // points; from the lower edge
 
 } // namespace
 
@@ -78,6 +78,7 @@ PagedViewNode::PagedViewNode(const NodeContext& context, RowSources pages,
     pageView->addSubview(contentView_);
     scrollView_ = pageView;
     dots_->setHidesForSinglePage(true);
+    dots_->setBackgroundStyle(UIPageControlBackgroundStyle::prominent); // pages have any colour
     dots_->addAction([this](UIControl&) { goTo(dots_->currentPage(), true); },
                      {UIControlEvents::valueChanged});
     auto whole = std::make_shared<GroupView>();
@@ -252,7 +253,7 @@ void PagedViewNode::arrange(CGRect rect, const ProposedSize& proposal)
                                                           : UISemanticContentAttribute::forceLeftToRight);
         auto dots = dots_->sizeThatFits({width, dotsHeight});
         auto dotsWidth = std::min(dots.width, width);
-        dots_->setFrame(CGRect::make((width - dotsWidth) / 2, std::max(size_.height - dotsHeight, 0.0),
+        dots_->setFrame(CGRect::make((width - dotsWidth) / 2, std::max(size_.height - dotsHeight - dotsGap, 0.0),
                                      dotsWidth, std::min(dotsHeight, size_.height)));
     });
     std::map<std::size_t, std::unique_ptr<Page>> kept;

@@ -57,9 +57,8 @@ ShapeNode::ShapeNode(const NodeContext& context, std::unique_ptr<ErasedShape> sh
     , shape_(std::move(shape))
     , style_(std::move(style))
     , data_(
-          shape_->animatableData(), [this] { outlineView_->setNeedsDisplay(); },
-          AnimatableValues::Frames::whileDrawn)
-    , colorPart_({1}, [this] { outlineView_->setNeedsDisplay(); }, AnimatableValues::Frames::whileDrawn)
+          shape_->animatableData(), [this] { outlineView_->setNeedsDisplay(); })
+    , colorPart_({1}, [this] { outlineView_->setNeedsDisplay(); })
 {
     fromColor_ = toColor_ = styleColor();
     setPlatformView(outlineView_);

@@ -14,7 +14,7 @@ enum class ButtonStyle {
     plain,             // the label as it is; it dims while it is pressed
     borderless,        // the label in the tint colour
     bordered,          // the same on a ground
-    borderedProminent, // a light label on a ground of the tint colour
+    borderedProminent, // on a ground of the tint colour, the label black or white, whichever is read on it
 };
 enum class ToggleStyle { automatic, switch_, button_ };
 enum class ProgressViewStyle {

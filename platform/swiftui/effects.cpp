@@ -2,6 +2,8 @@
 #include "platform/swiftui/effects.h"
 
 #include "platform/graphics/CGContext.h"
+#include "platform/uikit/OutlineMask.h"
+#include "platform/uikit/ScreenSight.h"
 
 #include <algorithm>
 #include <cmath>
@@ -34,16 +36,16 @@ void ClippedModifier::Node::updateModifier(const ClippedModifier& modifier)
 
 // --- Shapes ----------------------------------------------------------------------------------------
 
-class ClipShapeNode::MaskView : public UIView {
+class ClipShapeNode::MaskView : public UIView, public OutlineMask {
 public:
     void setOutline(Outline outline)
     {
         outline_ = std::move(outline);
         setNeedsDisplay();
     }
-    UIBezierPath path() const { return outline_(bounds()); }
-    void draw(CGContext& context, CGRect) override { context.fill(path(), UIColor::black()); }
-    bool pointInside(CGPoint point) const override { return path().contains(point); }
+    UIBezierPath outlineNow() const override { return outline_(bounds()); }
+    void draw(CGContext& context, CGRect) override { context.fill(outlineNow(), UIColor::black()); }
+    bool pointInside(CGPoint point) const override { return outlineNow().contains(point); }
 
 private:
     Outline outline_;
@@ -78,7 +80,9 @@ void ClipShapeNode::arrange(CGRect rect, const ProposedSize& proposal)
 ShadowModifier::Node::Node(const NodeContext& context, const ShadowModifier& modifier)
     : GroupNode(context)
     , shadow_(modifier.shadow)
-    , numbers_({shadow_.radius, shadow_.offset.width, shadow_.offset.height}, [this] { show(); })
+    , numbers_(
+          {shadow_.radius, shadow_.offset.width, shadow_.offset.height}, [this] { show(); },
+          [this] { return isInSight(group()); })
 {
     show();
 }
@@ -104,7 +108,7 @@ void ShadowModifier::Node::show()
 TransformNode::TransformNode(const NodeContext& context, std::vector<double> numbers, UnitPoint anchor)
     : GroupNode(context)
     , anchor_(anchor)
-    , numbers_(std::move(numbers), [this] { applyTransform(); })
+    , numbers_(std::move(numbers), [this] { applyTransform(); }, [this] { return isSeen(); })
 {
 }
 
@@ -121,10 +125,32 @@ void TransformNode::arrange(CGRect rect, const ProposedSize& proposal)
     applyTransform();
 }
 
-void TransformNode::applyTransform()
+CGPoint TransformNode::arm() const
 {
     auto size = placedRect().size;
-    CGPoint arm{(anchor_.x - 0.5) * size.width, (anchor_.y - 0.5) * size.height};
+    return {(anchor_.x - 0.5) * size.width, (anchor_.y - 0.5) * size.height};
+}
+
+// Anywhere on its way, however it turns and as large as it gets.
+bool TransformNode::isSeen() const
+{
+    auto size = placedRect().size;
+    auto arm = this->arm();
+    auto radius = std::hypot(size.width, size.height) / 2 + std::hypot(arm.x, arm.y);
+    double growth = 1;
+    for (auto* numbers : {&numbers_.start(), &numbers_.values()}) {
+        auto map = transformOf(*numbers);
+        growth = std::max(growth, std::hypot(map.a, map.b) + std::hypot(map.c, map.d));
+    }
+    auto middle = group().presentationCenter();
+    auto reach =
+        CGRect::make(middle.x + arm.x, middle.y + arm.y, 0, 0).insetBy(-radius * growth, -radius * growth);
+    return isInSight(group(), reach.unionWith(placeOnScreen(group())));
+}
+
+void TransformNode::applyTransform()
+{
+    auto arm = this->arm();
     auto transform = CGAffineTransform::translation(-arm.x, -arm.y)
                          .concatenating(transformOf(numbers_.presentation()))
                          .concatenating(CGAffineTransform::translation(arm.x, arm.y));

@@ -167,6 +167,8 @@ protected:
 
 private:
     void applyTransform();
+    bool isSeen() const;
+    CGPoint arm() const; // from the middle to the anchor
     UnitPoint anchor_;
     AnimatableValues numbers_;
 };

@@ -4,6 +4,7 @@
 #include "kit/media/photoAssetPicker.h"
 
 #include "platform/swiftui/Color.h"
+#include "platform/swiftui/sheet.h"
 #include "tests/support/PhotoLibraryFolders.h"
 #include "tests/support/harness/DeclarativeHarness.h"
 
@@ -143,7 +144,9 @@ TEST(AssetPicker, is_presented_for_a_kind_and_clears_it_when_it_goes)
     tests::PhotoLibraryFolders folders;
     auto picture = tests::contentsOf(tests::smallPicture().path());
     folders.folder.write("pictures/one.png", picture);
-    for (bool picks : {true, false}) {
+    for (auto how : {"one.png", "Cancel", "Escape"}) {
+        SCOPED_TRACE(how);
+        bool picks = how == std::string("one.png");
         auto kind = std::make_shared<StateCell<std::optional<AssetPickerKind>>>(std::nullopt);
         std::vector<std::string> told;
         harness::DeclarativeHarness harness({320, 400});
@@ -156,12 +159,46 @@ TEST(AssetPicker, is_presented_for_a_kind_and_clears_it_when_it_goes)
         kind->set(AssetPickerKind(AssetPickerKind::photoLibrary));
         harness.advance(2s);
         harness.clock().settleWithBackgroundQueues();
-        harness.find(Role::button, picks ? "one.png" : "Cancel").tap();
+        if (how == std::string("Escape"))
+            harness.press(UIKeyCode::escape);
+        else
+            harness.find(Role::button, how).tap();
         harness.advance(2s);
         EXPECT_EQ(told, picks ? std::vector<std::string>{"one.png"} : std::vector<std::string>{});
         EXPECT_EQ(kind->value(), std::nullopt);
         EXPECT_FALSE(harness.tryFind(Role::button, "one.png"));
     }
+}
+
+TEST(Pickers, take_escape_before_what_they_stand_in_does_and_tell_of_it_once)
+{
+    tests::PhotoLibraryFolders folders;
+    auto escape = [](auto presentation, auto picker) {
+        auto isShown = std::make_shared<StateCell<bool>>(false);
+        harness::DeclarativeHarness harness({600, 500});
+        harness.show(Color{UIColor::white()} | presentation(Binding(isShown), picker));
+        isShown->set(true);
+        harness.advance(1s);
+        for (int times = 0; times < 2; ++times) {
+            harness.press(UIKeyCode::escape);
+            harness.advance(1s);
+        }
+        return isShown->value(); // who presents it is to end it
+    };
+    int cancelled = 0;
+    auto cancel = [&] { ++cancelled; };
+    auto photos = [&] {
+        return ImagePicker({.source = ImagePickerSource::photoLibrary({}), .didCancel = cancel});
+    };
+    auto fonts = [&] { return zelk::FontPickerScreen([](auto&) { FAIL(); }, cancel); };
+    auto asSheet = [](auto shown, auto content) { return sheet(shown, content); };
+    auto asCover = [](auto shown, auto content) { return fullScreenCover(shown, content); };
+    EXPECT_TRUE(escape(asSheet, photos));
+    EXPECT_TRUE(escape(asCover, photos));
+    EXPECT_TRUE(escape(asSheet, fonts));
+    EXPECT_TRUE(escape(asCover, fonts));
+    EXPECT_EQ(cancelled, 4);
+    EXPECT_FALSE(escape(asSheet, [] { return Color{UIColor::red()}; })) << "nothing inside wants it";
 }
 
 } // namespace

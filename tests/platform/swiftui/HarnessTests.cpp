@@ -58,6 +58,32 @@ TEST(Harness, does_not_reach_what_is_covered_or_out_of_sight)
     EXPECT_DEATH(harness.find(button, "Add").tap(), "is out of sight");
 }
 
+TEST(Harness, says_where_a_moving_element_is_seen_and_taps_where_it_goes)
+{
+    auto place = std::make_shared<StateCell<double>>(0);
+    int taps = 0;
+    struct Moving {
+        Binding<double> place;
+        std::function<void()> action;
+        auto dynamicProperties() { return std::tie(place); }
+        auto body() const
+        {
+            return VStack{Button{"Go", action}} | opacity(0.9) | offset({.x = place.get()});
+        }
+    };
+    DeclarativeHarness harness({400, 200});
+    harness.show(Moving{Binding(place), [&] { ++taps; }});
+    auto start = harness.find(button, "Go").frame().minX();
+    withAnimation(Animation::linear(1), [&] { place->set(100); });
+    harness.advance(500ms);
+    EXPECT_NEAR(harness.find(button, "Go").frame().minX(), start + 50, 3);
+    EXPECT_NEAR(harness.find(button, "Go").visibleFrame().minX(), start + 50, 3);
+    harness.find(button, "Go").tap();
+    EXPECT_EQ(taps, 1);
+    harness.advance(1s);
+    EXPECT_EQ(harness.find(button, "Go").frame().minX(), start + 100);
+}
+
 TEST(Harness, counts_the_frames_that_paint_anything)
 {
     DeclarativeHarness harness({320, 200});

@@ -4,6 +4,7 @@
 #include "tests/support/harness/ViewHarness.h"
 
 #include "platform/foundation/Precondition.h"
+#include "platform/uikit/ScreenSight.h"
 
 namespace harness {
 
@@ -66,18 +67,23 @@ bool Element::setValue(double value) const
 
 CGRect Element::frame() const
 {
-    return view().convertTo(view().presentationBounds(), nullptr);
+    return rectOnScreen(view(), view().presentationBounds());
 }
 
 CGRect Element::visibleFrame() const
 {
+    return seenPart(rectOnScreen);
+}
+
+CGRect Element::seenPart(CGRect (*place)(const UIView&, CGRect)) const
+{
     auto window = view().window();
     if (!window)
         return {};
-    auto seen = frame().intersection({{}, window->bounds().size});
+    auto seen = place(view(), view().presentationBounds()).intersection({{}, window->bounds().size});
     for (auto above = view().superview(); above && !seen.isEmpty(); above = above->superview()) {
         if (above->clipsToBounds())
-            seen = seen.intersection(above->convertTo(above->presentationBounds(), nullptr));
+            seen = seen.intersection(place(*above, above->presentationBounds()));
     }
     return seen;
 }
@@ -85,7 +91,7 @@ CGRect Element::visibleFrame() const
 CGPoint Element::reach() const
 {
     harness_->settle();
-    auto seen = visibleFrame();
+    auto seen = seenPart([](const UIView& view, CGRect) { return view.convertTo(view.bounds(), nullptr); });
     auto outOfSight = seen.isEmpty();
     precondition(!outOfSight, outOfSight ? name().append(" is out of sight") : std::string());
     auto place = seen.center();

@@ -63,13 +63,14 @@ public:
     bool decrement(int steps = 1) const;
     bool setValue(double value) const; // Requires: inside of the range
 
-    // --- Where it is, in the window's coordinates, as animations have it now ------------------------
+    // --- Where it is on screen now, while it or what is around it moves; in the window's coordinates ----
     platform::CGRect frame() const;
     // What neither the window nor a clipping view cuts off; empty for what is out of sight.
     platform::CGRect visibleFrame() const;
     bool isOnScreen() const { return !visibleFrame().isEmpty(); }
 
     // --- Hands: mouse, unless the press says otherwise ------------------------------------------------
+    // While something moves they go to where it is going, as hit testing does.
     void tap(const Press& press = {}) const;
     void doubleTap() const { tap({.tapCount = 2}); }
     void longPress(platform::Duration time = std::chrono::milliseconds{700}, const Press& press = {}) const;
@@ -87,6 +88,7 @@ public:
     std::vector<Element> findAll(platform::AccessibilityRole role, std::string_view label) const;
 
 private:
+    platform::CGRect seenPart(platform::CGRect (*place)(const platform::UIView&, platform::CGRect)) const;
     platform::CGPoint reach() const; // a place of it that the pointer gets to
     std::string name() const;        // for messages
 
