@@ -253,8 +253,9 @@ void PagedViewNode::arrange(CGRect rect, const ProposedSize& proposal)
                                                           : UISemanticContentAttribute::forceLeftToRight);
         auto dots = dots_->sizeThatFits({width, dotsHeight});
         auto dotsWidth = std::min(dots.width, width);
-        dots_->setFrame(CGRect::make((width - dotsWidth) / 2, std::max(size_.height - dotsHeight - dotsGap, 0.0),
-                                     dotsWidth, std::min(dotsHeight, size_.height)));
+        dots_->setFrame(CGRect::make((width - dotsWidth) / 2,
+                                     std::max(size_.height - dotsHeight - dotsGap, 0.0), dotsWidth,
+                                     std::min(dotsHeight, size_.height)));
     });
     std::map<std::size_t, std::unique_ptr<Page>> kept;
     auto offset = scrollView_->contentOffset().x;

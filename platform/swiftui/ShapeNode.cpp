@@ -56,8 +56,7 @@ ShapeNode::ShapeNode(const NodeContext& context, std::unique_ptr<ErasedShape> sh
     , outlineView_(std::make_shared<OutlineView>(*this))
     , shape_(std::move(shape))
     , style_(std::move(style))
-    , data_(
-          shape_->animatableData(), [this] { outlineView_->setNeedsDisplay(); })
+    , data_(shape_->animatableData(), [this] { outlineView_->setNeedsDisplay(); })
     , colorPart_({1}, [this] { outlineView_->setNeedsDisplay(); })
 {
     fromColor_ = toColor_ = styleColor();

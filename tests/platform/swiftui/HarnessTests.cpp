@@ -66,10 +66,7 @@ TEST(Harness, says_where_a_moving_element_is_seen_and_taps_where_it_goes)
         Binding<double> place;
         std::function<void()> action;
         auto dynamicProperties() { return std::tie(place); }
-        auto body() const
-        {
-            return VStack{Button{"Go", action}} | opacity(0.9) | offset({.x = place.get()});
-        }
+        auto body() const { return VStack{Button{"Go", action}} | opacity(0.9) | offset({.x = place.get()}); }
     };
     DeclarativeHarness harness({400, 200});
     harness.show(Moving{Binding(place), [&] { ++taps; }});
