@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/dispatch/currentDate.h"
+#include "platform/uikit/ScreenSight.h"
 #include "platform/uikit/UIProgressView.h"
 
 #include <algorithm>
@@ -63,6 +64,16 @@ void DeadlineProgress::step()
     auto wait = std::clamp(whole / stepsToFull, shortestStep, longestStep);
     auto delay = std::chrono::ceil<platform::Duration>(std::chrono::duration<double>(std::min(wait, left)));
     auto& loop = platform::RunLoop::main();
+    if (!platform::isInSight(*bar)) {
+        next_ = platform::whenScreenChanges([weak = weak_from_this()] {
+            if (auto self = weak.lock())
+                self->next_ = platform::RunLoop::main().schedule({}, [weak] {
+                    if (auto again = weak.lock())
+                        again->step();
+                });
+        });
+        return;
+    }
     next_ = loop.schedule(loop.clock().now() + delay, [weak = weak_from_this()] {
         if (auto self = weak.lock())
             self->step();

@@ -9,7 +9,8 @@
 
 namespace zelk {
 
-// Moves a progress bar evenly so that it is full when a deadline comes. Main thread only.
+// Moves a progress bar evenly so that it is full when a deadline comes. While the bar is out of sight nothing runs; when it
+// comes back it stands where it should by then. Main thread only.
 class DeadlineProgress : public std::enable_shared_from_this<DeadlineProgress> {
 public:
     // The bar may go before this.
