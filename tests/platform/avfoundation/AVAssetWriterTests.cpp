@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/avfoundation/AVAssetWriter.h"
 #include "platform/avfoundation/AVError.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/MediaInspection.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <atomic>
-#include <csignal>
 #include <future>
-#include <sys/resource.h>
 
 using namespace platform;
 using namespace tests;
@@ -285,12 +284,7 @@ TEST(AVAssetWriter, cancelling_removes_the_file_and_letting_go_keeps_it)
 TEST(AVAssetWriter, a_disk_that_is_full_is_one_error)
 {
     TemporaryDirectory folder;
-    auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{}, small{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    small = before;
-    small.rlim_cur = 100'000;
-    ::setrlimit(RLIMIT_FSIZE, &small);
+    FullDisk disk(100'000);
     for (auto type : {AVFileTypeWAVE, AVFileTypeQuickTimeMovie}) {
         Writing writing(folder.path(type == AVFileTypeWAVE ? "wav" : "mov"), type);
         ASSERT_TRUE(writing.start());
@@ -301,8 +295,6 @@ TEST(AVAssetWriter, a_disk_that_is_full_is_one_error)
         ASSERT_TRUE(writing.writer->error());
         EXPECT_EQ(writing.finish(), AVAssetWriterStatus::failed);
     }
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
 }
 
 } // namespace
