@@ -4,18 +4,17 @@
 #include "platform/foundation/DefaultsArguments_p.h"
 #include "platform/foundation/DefaultsFile_p.h"
 #include "platform/foundation/Logger.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <condition_variable>
-#include <csignal>
 #include <mutex>
 #include <thread>
 
 #include <sys/inotify.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -278,19 +277,14 @@ TEST(NSUserDefaultsTests, A_full_disk_keeps_the_last_good_file_and_the_value_in_
     defaults->setObject("small", "k");
     ASSERT_TRUE(defaults->synchronize());
     auto good = home.bytes();
-    auto previous = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old;
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
-    rlimit small{4096, old.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
     defaults->setObject(std::string(100'000, 'x'), "k");
-    auto full = defaults->synchronize();
-    auto held = home.bytes();
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, previous);
-    ASSERT_FALSE(full);
-    EXPECT_EQ(full.error(), Error(NSError(NSCocoaError::fileWriteOutOfSpace)));
-    EXPECT_EQ(held, good);
+    {
+        tests::FullDisk disk(4096);
+        auto full = defaults->synchronize();
+        ASSERT_FALSE(full);
+        EXPECT_EQ(full.error(), Error(NSError(NSCocoaError::fileWriteOutOfSpace)));
+        EXPECT_EQ(home.bytes(), good);
+    }
     EXPECT_EQ(defaults->stringForKey("k")->size(), 100'000u);
     EXPECT_TRUE(defaults->synchronize());
     EXPECT_GT(home.bytes().size(), 100'000u);

@@ -29,22 +29,9 @@ constexpr TextScanOptions cut(std::size_t block, std::size_t piece, unsigned thr
 
 TEST(TextSurveyTests, Lines_are_the_same_however_the_text_is_cut)
 {
-    constexpr std::string_view texts[] = {"",
-                                          "\n",
-                                          "\r",
-                                          "\r\n",
-                                          "no line end",
-                                          "one\n",
-                                          "one\ntwo",
-                                          "\n\n\n",
-                                          "\r\r\r",
-                                          "\r\n\r\n\r\n",
-                                          "\n\r\n\r",
-                                          "a\rb\nc\r\nd\r\r\n\n\re",
-                                          "é\r\n€\r\n😀\r\n",
-                                          "nul \0\r\n\0\n"sv,
-                                          "line\u2028separator is no line end\n"};
-    for (auto text : texts) {
+    for (auto text : {""sv, "\n"sv, "\r"sv, "\r\n"sv, "no line end"sv, "one\n"sv, "one\ntwo"sv, "\n\n\n"sv,
+                      "\r\r\r"sv, "\r\n\r\n\r\n"sv, "\n\r\n\r"sv, "a\rb\nc\r\nd\r\r\n\n\re"sv,
+                      "é\r\n€\r\n😀\r\n"sv, "nul \0\r\n\0\n"sv, "line\u2028separator is no line end\n"sv}) {
         auto starts = lineStarts(text);
         for (auto& options : {cut(1, 1, 1), cut(1, 2, 2), cut(2, 2, 1), cut(2, 6, 2), cut(3, 3, 2),
                               cut(5, 5, 1), cut(16384, 16384, 1)}) {
