@@ -105,8 +105,10 @@ std::vector<std::string> UIPasteboardContents::formats() const
         }
     }
     // First: there are desktops that keep a copy of whatever comes first, and of nothing else.
-    if (!formats.empty() && isFleeting())
-        formats.emplace(formats.begin(), pasteboardSecretType);
+    if (!formats.empty() && isFleeting()) {
+        add(std::string(pasteboardSecretType));
+        std::ranges::rotate(formats, formats.end() - 1);
+    }
     return formats;
 }
 
