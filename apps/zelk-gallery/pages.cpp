@@ -11,6 +11,7 @@ Page tokensPage();
 Page textPage();
 Page symbolsPage();
 Page controlsPage();
+Page datesPage();
 Page layoutStackPage();
 Page listsPage();
 Page scrollViewPage();
@@ -30,10 +31,11 @@ Page animationsPage();
 const std::vector<Page>& allPages()
 {
     static const std::vector<Page> pages{
-        colorsPage(),       tokensPage(),      textPage(),       symbolsPage(),  controlsPage(),
-        layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),   accessoryAlertsPage(),
-        presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(), playerPage(),
-        cachedImagePage(),  shimmerPage(),     particlesPage(),  gesturesPage(), animationsPage(),
+        colorsPage(),          tokensPage(),       textPage(),        symbolsPage(),    controlsPage(),
+        datesPage(),           layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),
+        accessoryAlertsPage(), presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(),
+        playerPage(),          cachedImagePage(),  shimmerPage(),     particlesPage(),  gesturesPage(),
+        animationsPage(),
     };
     return pages;
 }

@@ -15,7 +15,7 @@ using namespace platform;
 
 namespace {
 
-constexpr CGFloat sidebarWidth = 240;
+constexpr CGFloat sidebarWidth = 264;
 constexpr CGFloat narrowWindow = 760; // below: the list of pages is behind a button
 constexpr CGFloat wideContent = 920;  // from here on code stands beside the exhibits
 constexpr CGFloat widestContent = 1320;

@@ -100,6 +100,31 @@ struct Typing {
 };
 // [/]
 
+// [Long, empty and out of range]
+struct Hostile {
+    State<bool> isOn = true;
+    State<std::string> text =
+        std::string("a text that is longer than there is room for ").append(60, '-');
+
+    auto dynamicProperties() { return std::tie(isOn, text); }
+    auto body() const
+    {
+        std::string title =
+            "A title that somebody wrote who was paid by the word and did not "
+            "expect that anybody would ever have to show it";
+        return VStack{{.spacing = Spacing::_200},
+                      Toggle{title, isOn.binding()},
+                      Button{title, [] { }} | buttonStyle(ButtonStyle::bordered),
+                      Button{"", [] { }} | buttonStyle(ButtonStyle::borderedProminent),
+                      TextField{"", text.binding()}
+                          | textFieldStyle(TextFieldStyle::roundedBorder),
+                      Slider{Binding<double>::constant(7), {.label = "Beyond its end"}},
+                      ProgressView{-3.0},
+                      ProgressView{std::numeric_limits<double>::quiet_NaN()}};
+    }
+};
+// [/]
+
 // [Pages with dots]
 struct Paging {
     State<int> page = 1;
@@ -139,6 +164,9 @@ Page controlsPage()
                     {"Switch and stepper", "", AnyView(Switching{})},
                     {"One of a few", "", AnyView(Choosing{})},
                     {"Text fields", "", AnyView(Typing{})},
+                    {"Long, empty and out of range",
+                     "Nobody asks for these; they come all the same.",
+                     AnyView(Hostile{})},
                     {"Pages with dots", "Swipe, or press beside the dots.",
                      AnyView(Paging{})}};
             }};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/zelk-gallery/frame/Page.h"
 
+#include "apps/zelk-gallery/frame/tinted.h"
 #include "kit/theme/CornerRadius.h"
 #include "kit/theme/GridSize.h"
 #include "kit/theme/Spacing.h"
@@ -30,7 +31,7 @@ struct Tile {
         auto binding = count.binding();
         return Button{[binding] { binding.set(binding.get() + 1); },
                       Text{*count > 0 ? std::to_string(*count) : title}
-                          | font(Font::headline()) | foregroundColor(UIColor::white())
+                          | font(Font::headline()) | onTint()
                           | frame({.width = side, .height = side})
                           | background(RoundedRectangle{CornerRadius::_150})};
     }

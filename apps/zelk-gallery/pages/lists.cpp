@@ -26,17 +26,22 @@ using zelk::ZelkNavigationView;
 namespace {
 
 // [Ten thousand rows]
-auto manyRows()
-{
-    return List{std::views::iota(1, 10'001), std::identity{},
-                [](int number) {
-                    return HStack{Image{.systemName = "music.note"} | tinted(),
-                                  Text{"Track " + std::to_string(number)}, Spacer{},
-                                  Text{"3:20"}
-                                      | foregroundColor(UIColor::secondaryLabel())};
-                }}
-    | frame({.height = 260}) | cornerRadius(CornerRadius::_150);
-}
+struct Tracks {
+    State<std::optional<int>> chosen = std::optional(2);
+
+    auto dynamicProperties() { return std::tie(chosen); }
+    auto body() const
+    {
+        return List{chosen.binding(), std::views::iota(1, 10'001), std::identity{},
+                    [](int number) {
+                        return HStack{Image{.systemName = "music.note"} | tinted(),
+                                      Text{"Track " + std::to_string(number)}, Spacer{},
+                                      Text{"3:20"}
+                                          | foregroundColor(UIColor::secondaryLabel())};
+                    }}
+        | frame({.height = 260}) | cornerRadius(CornerRadius::_150);
+    }
+};
 // [/]
 
 // [Groups]
@@ -88,7 +93,9 @@ Page listsPage()
             .summary = "Only the rows in sight exist. A page deeper brings its way back.",
             .exhibits = [] {
                 return std::vector<Exhibit>{
-                    {"Ten thousand rows", "", AnyView(manyRows())},
+                    {"Ten thousand rows",
+                     "Press a row, or go from one to the next by keys.",
+                     AnyView(Tracks{})},
                     {"Groups", "", AnyView(Settings{})},
                     {"One step deeper", "Press a row; Escape or the arrow leads back.",
                      AnyView(navigation())}};

@@ -6,6 +6,7 @@
 #include "kit/theme/Spacing.h"
 #include "kit/ui/ZelkScrollView.h"
 #include "platform/swiftui/swiftui.h"
+#include "platform/uikit/ControlLook.h"
 
 #include <ranges>
 
@@ -26,11 +27,11 @@ auto tile(int index)
     static const std::vector<UIColor> colors{
         UIColor::systemRed(),   UIColor::systemOrange(), UIColor::systemYellow(),
         UIColor::systemGreen(), UIColor::systemTeal(),   UIColor::systemIndigo()};
+    const auto& color = colors[static_cast<std::size_t>(hue)];
     return Text{std::to_string(index)} | font(Font::title2().bold())
-        | foregroundColor(UIColor::white())
+        | foregroundColor(legibleColor(color))
         | frame({.width = GridSize::_600, .height = GridSize::_600})
-        | background(RoundedRectangle{CornerRadius::_200}
-                     | fill(colors[static_cast<std::size_t>(hue)]));
+        | background(RoundedRectangle{CornerRadius::_200} | fill(color));
 }
 
 auto tiles()

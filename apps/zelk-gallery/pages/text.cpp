@@ -14,25 +14,32 @@ namespace {
 // [Text styles]
 auto textStyles()
 {
-    return VStack{{.alignment = HorizontalAlignment::leading, .spacing = Spacing::_100},
-                  Text{"Large title"} | font(Font::largeTitle().bold()),
-                  Text{"Title"} | font(Font::title()),
-                  Text{"Headline"} | font(Font::headline()),
-                  Text{"Body: follows the text size of the desktop"} | font(Font::body()),
-                  Text{"Footnote"} | font(Font::footnote()),
-                  Text{"Monospaced 0123"} | font(Font::body().monospaced())};
+    return HStack{
+        VStack{{.alignment = HorizontalAlignment::leading, .spacing = Spacing::_100},
+               Text{"Large title"} | font(Font::largeTitle().bold()),
+               Text{"Title"} | font(Font::title()),
+               Text{"Headline"} | font(Font::headline()),
+               Text{"Body: follows the text size of the desktop"} | font(Font::body()),
+               Text{"Footnote"} | font(Font::footnote()),
+               Text{"Monospaced 0123"} | font(Font::body().monospaced()),
+               Text{"A line that is longer than there is room for is cut where its "
+                    "limit says so, and tells that it goes on"}
+                   | lineLimit(1)},
+        Spacer{}};
 }
 // [/]
 
 // [Many scripts]
 auto scripts()
 {
-    return VStack{{.alignment = HorizontalAlignment::leading, .spacing = Spacing::_100},
-                  Text{"Crème brûlée, Ångström, Łódź"},
-                  Text{"Съешь ещё этих мягких булок"},
-                  Text{"العربية تُكتب من اليمين إلى اليسار"},
-                  Text{"עברית and English in one line"},
-                  Text{"Ελληνικά και λατινικά"}};
+    return HStack{
+        VStack{{.alignment = HorizontalAlignment::leading, .spacing = Spacing::_100},
+               Text{"Crème brûlée, Ångström, Łódź"},
+               Text{"Съешь ещё этих мягких булок"},
+               Text{"العربية تُكتب من اليمين إلى اليسار"},
+               Text{"עברית and English in one line"},
+               Text{"Ελληνικά και λατινικά"}},
+        Spacer{}};
 }
 // [/]
 
