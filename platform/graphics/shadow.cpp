@@ -27,6 +27,20 @@ CGFloat blurScale(const CGContext& context, CGFloat deviation)
     return deviation * scale > widestDeviation ? widestDeviation / deviation : scale;
 }
 
+// The rectangle rounded outwards to pixels: those of the surface, or coarser ones that lie at the same places whatever part
+// of the shadow is painted.
+CGRect onGrid(const CGRect& rect, const CGContext& context, CGFloat scale)
+{
+    auto map = context.pixelTransform();
+    if (map.b != 0 || map.c != 0 || map.a != scale || map.d != scale)
+        map = CGAffineTransform::scale(scale, scale);
+    constexpr CGFloat rounding = 1e-6;
+    auto place = map.apply(rect);
+    auto left = std::floor(place.minX() + rounding), top = std::floor(place.minY() + rounding);
+    auto right = std::ceil(place.maxX() - rounding), bottom = std::ceil(place.maxY() - rounding);
+    return map.inverted().apply(CGRect::make(left, top, right - left, bottom - top));
+}
+
 bool isUsable(CGFloat deviation, const CGRect& rect)
 {
     return deviation >= 0 && std::isfinite(deviation) && !rect.isEmpty() && std::isfinite(rect.width())
@@ -124,6 +138,7 @@ void drawShadow(CGContext& context, const OutlineShadow& shadow, const std::func
     if (clip.isEmpty() || area.isEmpty())
         return;
     auto scale = blurScale(context, shadow.deviation);
+    area = onGrid(area, context, scale);
     auto picture = makeImage(
         {area.width() * scale, area.height() * scale}, 1,
         [&](CGContext& inner) {

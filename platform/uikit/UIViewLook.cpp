@@ -258,9 +258,10 @@ void UIView::visualFrameDidChange()
 
 void UIView::subviewOrderDidChange()
 {
-    if (subviewBounds_ && !subviewBounds_->markReordered())
-        return;
-    if (!clipsToBounds_)
+    auto wasKnown = !subviewBounds_ || subviewBounds_->markReordered();
+    if (subviews_.empty())
+        subviewBounds_.reset(); // nobody asks where none are, and the next one is news
+    if (wasKnown && !clipsToBounds_)
         visualFrameDidChange();
 }
 
