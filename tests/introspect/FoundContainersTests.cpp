@@ -104,6 +104,14 @@ TEST(FoundContainers, NavigationAndTabsAreFoundOnTheRunningSystem)
     EXPECT_EQ(outside.name(), "outside");
     EXPECT_EQ(inside.name(), "inside");
 
+    Found columns;
+    const auto& split = navigationViewWithColumnsStyle;
+    show(platform::NavigationView{Text{"a"}}
+         | platform::navigationViewStyle(platform::NavigationViewStyle::columns)
+         | introspect(split, iOS(startingAt(split.iOS.v13)),
+                      columns.as<platform::UISplitViewController>("columns")));
+    EXPECT_EQ(columns.name(), "columns");
+
     show(platform::NavigationStack{Text{"a"}}
          | introspect(navigationStack, iOS(startingAt(navigationStack.iOS.v16)),
                       stack.as<Navigation>("stack")));

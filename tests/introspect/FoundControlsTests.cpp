@@ -61,6 +61,9 @@ TEST(FoundControls, AreOfThePlatformsClass)
                              [](auto& found) { return found.text() == "abc"; });
     expectFound<UITextField>(secureField, SecureField{"Secret", text},
                              [](auto& found) { return found.isSecureTextEntry(); });
+    auto pages = TabView{Text{"a"}, Text{"b"}, Text{"c"}} | tabViewStyle(TabViewStyle::page);
+    expectFound<UIPageControl>(pageControl, pages | frame({.width = 100, .height = 60}),
+                               [](auto& found) { return found.numberOfPages() == 3; });
     int calls = 0;
     Screen screen(Toggle{"On", isOn} | toggleStyle(ToggleStyle::button_)
                   | introspect(toggle, iOS(toggle.iOS.v17), [&](UISwitch&) { ++calls; }));

@@ -22,12 +22,14 @@ namespace {
 // [Buttons]
 auto buttons()
 {
-    return HStack{
-        {.spacing = Spacing::_200},
-        Button{"Plain", [] { }} | buttonStyle(ButtonStyle::plain),
-        Button{"Bordered", [] { }} | buttonStyle(ButtonStyle::bordered),
-        Button{"Prominent", [] { }} | buttonStyle(ButtonStyle::borderedProminent),
-        Button{"Disabled", [] { }} | buttonStyle(ButtonStyle::bordered) | disabled()};
+    return HStack{{.spacing = Spacing::_200},
+                  Button{"Plain", [] { }} | buttonStyle(ButtonStyle::plain),
+                  Button{"Bordered", [] { }} | buttonStyle(ButtonStyle::bordered),
+                  Button{"Prominent", [] { }}
+                      | buttonStyle(ButtonStyle::borderedProminent),
+                  Button{"Disabled", [] { }} | buttonStyle(ButtonStyle::bordered)
+                      | disabled()}
+    | lineLimit(1);
 }
 // [/]
 

@@ -161,6 +161,27 @@ TEST(Presentation, takes_all_that_is_in_front_with_it)
     EXPECT_EQ(stage.log.back(), "nothing to end");
 }
 
+TEST(Presentation, gives_the_view_back_as_it_was)
+{
+    for (auto style : {Style::pageSheet, Style::popover, Style::fullScreen}) {
+        Stage stage;
+        auto controller = stage.make("B", style);
+        auto view = controller->view();
+        view->setCornerRadius(3);
+        view->setMaskedCorners({UIRectCorner::topLeft});
+        stage.root->present(controller, Animated::yes);
+        stage.harness.advance(1s);
+        EXPECT_EQ(view->clipsToBounds() && view->cornerRadius() > 3, style != Style::fullScreen)
+            << int(style);
+        stage.root->dismiss(Animated::yes);
+        stage.harness.advance(1s);
+        EXPECT_EQ(view->cornerRadius(), 3) << int(style);
+        EXPECT_EQ(view->maskedCorners(), UIRectCorner{UIRectCorner::topLeft}) << int(style);
+        EXPECT_FALSE(view->clipsToBounds()) << int(style);
+        EXPECT_TRUE(view->transform().isIdentity() && view->alpha() == 1) << int(style);
+    }
+}
+
 TEST(Presentation, turns_back_from_where_it_is)
 {
     Stage stage;
