@@ -22,6 +22,7 @@ Page bottomSheetPage();
 Page sharingPage();
 Page feedbackPage();
 Page playerPage();
+Page pickersPage();
 Page cachedImagePage();
 Page shimmerPage();
 Page particlesPage();
@@ -34,8 +35,8 @@ const std::vector<Page>& allPages()
         colorsPage(),          tokensPage(),       textPage(),        symbolsPage(),    controlsPage(),
         datesPage(),           layoutStackPage(),  listsPage(),       scrollViewPage(), alertsPage(),
         accessoryAlertsPage(), presentationPage(), bottomSheetPage(), sharingPage(),    feedbackPage(),
-        playerPage(),          cachedImagePage(),  shimmerPage(),     particlesPage(),  gesturesPage(),
-        animationsPage(),
+        playerPage(),          pickersPage(),      cachedImagePage(), shimmerPage(),    particlesPage(),
+        gesturesPage(),        animationsPage(),
     };
     return pages;
 }

@@ -70,8 +70,10 @@ Result<UIImage> paint(const Picture& picture, const UITraitCollection& traits, V
     window->setTintColor(tints().front().color);
     window->setRootViewController(picture.controller);
     window->showOffscreen();
-    clock.settle();
+    // What is read or drawn on other threads is there, before the moment and at it.
+    clock.settleWithBackgroundQueues();
     clock.advance(picture.moment);
+    clock.settleWithBackgroundQueues();
     window->layoutNow();
     auto image = makeImage(
         picture.size, traits.displayScale,

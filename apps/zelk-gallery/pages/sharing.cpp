@@ -6,11 +6,13 @@
 #include "kit/sharing/photoLibraryPublishers.h"
 #include "kit/theme/CornerRadius.h"
 #include "kit/theme/Spacing.h"
+#include "platform/dispatch/currentDate.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/UIBezierPath.h"
 #include "platform/graphics/UIImage.h"
 #include "platform/swiftui/swiftui.h"
+#include "platform/uikit/UIPasteboard.h"
 
 namespace gallery {
 
@@ -111,6 +113,44 @@ struct ShareToStories {
 };
 // [/]
 
+// [On the pasteboard]
+struct Pasteboard {
+    State<std::string> outcome = std::string("Gone after a minute.");
+
+    auto dynamicProperties() { return std::tie(outcome); }
+    static void copy()
+    {
+        UIPasteboardOptions options{.UIPasteboardOptionExpirationDate =
+                                        Date{currentDate().timeIntervalSince1970 + 60},
+                                    .UIPasteboardOptionLocalOnly = true};
+        UIPasteboard::general().setItems(
+            {{{"public.utf8-plain-text", String("From the gallery")},
+              {"public.png",
+               NSData::dataWithBytes(drawing().value_or(UIImage()).pngData())}}},
+            options);
+    }
+    static std::string pasted()
+    {
+        std::string all;
+        for (const auto& type : UIPasteboard::general().types())
+            all.append(all.empty() ? "" : ", ").append(type);
+        return all.empty() ? "There is nothing." : all;
+    }
+    auto body() const
+    {
+        auto said = outcome.binding();
+        return VStack{{.spacing = Spacing::_100},
+                      Button{"Copy the postcard and a text",
+                             [said] {
+                                 copy();
+                                 said.set("Copied; this program alone may keep it.");
+                             }},
+                      Button{"See what there is", [said] { said.set(pasted()); }},
+                      Text{*outcome} | foregroundColor(UIColor::secondaryLabel())};
+    }
+};
+// [/]
+
 } // namespace
 
 Page sharingPage()
@@ -121,13 +161,15 @@ Page sharingPage()
             .symbol = "square.and.arrow.up",
             .summary =
                 "Ways out for a picture or a video: the user's own photos, which ask "
-                "first, and another program.",
+                "first, another program, and the pasteboard.",
             .exhibits = [] {
                 return std::vector<Exhibit>{
                     {"To the photo library", "The answer is remembered.",
                      AnyView(SaveToPhotos{})},
                     {"To Stories", "Says so where nothing takes them.",
-                     AnyView(ShareToStories{})}};
+                     AnyView(ShareToStories{})},
+                    {"On the pasteboard", "Paste it in any other program.",
+                     AnyView(Pasteboard{})}};
             }};
 }
 
