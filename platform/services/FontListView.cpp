@@ -59,6 +59,8 @@ public:
         UIControl::layoutSubviews();
         auto room = bounds().insetBy(inset, 0);
         label_->setFrame(room.isNull() ? bounds() : room);
+        // Names stand where the page begins, whatever they are written in.
+        label_->setTextAlignment(isMirrored() ? TextAlignment::right : TextAlignment::left);
     }
     void draw(CGContext& context, CGRect) override
     {
@@ -68,8 +70,9 @@ public:
         else if (isHovered_ && !row_.isHeading)
             context.fill(all, UIColor::quaternarySystemFill());
         auto hairline = 1 / std::max(traitCollection().displayScale, 1.0);
-        context.fill(CGRect::make(inset, all.maxY() - hairline, all.width() - inset, hairline),
-                     UIColor::separator());
+        context.fill(
+            CGRect::make(isMirrored() ? 0 : inset, all.maxY() - hairline, all.width() - inset, hairline),
+            UIColor::separator());
         auto ring = all.insetBy(3, 3);
         if (hasRing_ && !ring.isNull())
             context.stroke(UIBezierPath::roundedRect(ring, 8), tintColor(), {.lineWidth = 2});
@@ -94,6 +97,11 @@ public:
     }
 
 private:
+    bool isMirrored() const
+    {
+        return effectiveUserInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+    }
+
     const Row row_;
     const std::shared_ptr<UILabel> label_;
     bool isHovered_ = false, hasRing_ = false;

@@ -133,6 +133,7 @@ void MediaGridView::placeCells()
         spare_.push_back(each->second);
         each = cells_.erase(each);
     }
+    std::vector<std::size_t> added; // and to be loaded
     for (auto index = first; index < last; ++index) {
         auto& cell = cells_[index];
         if (!cell) {
@@ -147,16 +148,27 @@ void MediaGridView::placeCells()
             if (auto known = loader_->cached(files_[index]))
                 cell->show(*known);
             else
-                loader_->load(
-                    files_[index],
-                    [this, weak = std::weak_ptr(cell), file = files_[index]](const Thumbnail& made) {
-                        if (auto present = weak.lock(); present && present->file() == file)
-                            take(*present, made);
-                    });
+                added.push_back(index);
         }
         cell->setFrame(cellFrame(index));
     }
+    load(std::move(added));
     showChoice();
+}
+
+// What is asked for last comes first: the first one in sight, then the others in sight.
+void MediaGridView::load(std::vector<std::size_t> places)
+{
+    std::ranges::reverse(places);
+    std::ranges::stable_partition(
+        places, [this](std::size_t index) { return !cellFrame(index).intersects(bounds()); });
+    for (auto index : places)
+        loader_->load(
+            files_[index],
+            [this, weak = std::weak_ptr(cells_[index]), file = files_[index]](const Thumbnail& made) {
+                if (auto present = weak.lock(); present && present->file() == file)
+                    take(*present, made);
+            });
 }
 
 // --- Keyboard --------------------------------------------------------------------------------------

@@ -49,6 +49,7 @@ private:
     CGRect cellFrame(std::size_t index) const;
     void placeCells();
     std::shared_ptr<MediaCell> takeCell();
+    void load(std::vector<std::size_t> places);
     void take(MediaCell& cell, const Thumbnail& thumbnail);
     void pick(LibraryFile file);
     void moveChoice(std::ptrdiff_t step);
