@@ -1,14 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/alert.h"
-
-#include "platform/swiftui/Color.h"
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/State.h"
-#include "platform/swiftui/UIHostingController.h"
-#include "platform/swiftui/ZStack.h"
-#include "platform/swiftui/layered.h"
 #include "platform/uikit/UIAlertController.h"
-#include "tests/support/harness/ViewHarness.h"
+#include "tests/platform/swiftui/probes.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +8,6 @@ namespace {
 
 using namespace platform;
 using namespace std::chrono_literals;
-using harness::ViewHarness;
 
 struct Note {
     std::string id;
@@ -27,7 +18,7 @@ using NoteCell = std::shared_ptr<StateCell<std::optional<Note>>>;
 
 NoteCell cell(std::optional<Note> note = {})
 {
-    return std::make_shared<StateCell<std::optional<Note>>>(std::move(note));
+    return probes::cell(std::move(note));
 }
 
 std::function<void()> onOK; // what the button of the notes' alerts does
@@ -44,35 +35,18 @@ auto showNote(const NoteCell& cell)
 
 // A host in a window, and what it presents.
 template <class Root>
-struct Scene {
-    ViewHarness harness;
-    std::shared_ptr<UIHostingController<Root>> host;
-
+struct Scene : probes::Scene<Root> {
     explicit Scene(Root root)
-        : host(std::make_shared<UIHostingController<Root>>(std::move(root)))
+        : probes::Scene<Root>(std::move(root))
     {
         onOK = nullptr;
-        harness.show(host);
-        settle();
     }
     ~Scene() { onOK = nullptr; }
-    void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            harness.settle();
-            harness.advance(1s);
-        }
-    }
     std::shared_ptr<UIAlertController> shown()
     {
-        return std::dynamic_pointer_cast<UIAlertController>(host->presentedViewController());
+        return std::dynamic_pointer_cast<UIAlertController>(this->host->presentedViewController());
     }
     std::string title() { return shown() ? shown()->title() : ""; }
-    void press(UIKeyCode key)
-    {
-        harness.press(key);
-        settle();
-    }
 };
 
 TEST(Alert, is_shown_while_the_binding_holds_an_item)

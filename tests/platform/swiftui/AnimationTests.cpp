@@ -1,15 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/animation.h"
-
-#include "platform/swiftui/Color.h"
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/appearance.h"
-#include "platform/swiftui/effects.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/layered.h"
-#include "platform/swiftui/transition.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -39,8 +29,7 @@ CGFloat shownWidth(ViewHarness& harness)
 TEST(WithAnimation, moves_places_from_where_they_are_to_where_they_go)
 {
     auto place = makeHandle<double>();
-    ViewHarness harness;
-    harness.show(host(movable(place)));
+    Shown harness(movable(place));
     EXPECT_FALSE(harness.find("a").isAnimating()) << "what comes first comes from nowhere";
     withAnimation(Animation::linear(1), [&] { (*place)->set(100); });
     harness.settle();
@@ -56,8 +45,7 @@ TEST(WithAnimation, moves_places_from_where_they_are_to_where_they_go)
 TEST(WithAnimation, that_is_interrupted_continues_from_where_it_is)
 {
     auto place = makeHandle<double>();
-    ViewHarness harness;
-    harness.show(host(movable(place)));
+    Shown harness(movable(place));
     withAnimation(Animation::linear(1), [&] { (*place)->set(100); });
     harness.advance(500ms);
     withAnimation(Animation::linear(1), [&] { (*place)->set(0); });
@@ -71,9 +59,8 @@ TEST(WithAnimation, animates_only_what_is_changed_in_it)
 {
     auto place = makeHandle<double>();
     auto other = makeHandle<double>();
-    ViewHarness harness;
-    harness.show(
-        host(movable(place) | overlay(stateful(other, 5.0, [](double now) { return Leaf("b", {now, 5}); }))));
+    Shown harness(movable(place)
+                  | overlay(stateful(other, 5.0, [](double now) { return Leaf("b", {now, 5}); })));
     (*other)->set(50);
     withAnimation(Animation::linear(1), [&] { (*place)->set(100); });
     harness.settle();
@@ -84,8 +71,7 @@ TEST(WithAnimation, animates_only_what_is_changed_in_it)
 TEST(WithAnimation, without_an_animation_changes_at_once)
 {
     auto place = makeHandle<double>();
-    ViewHarness harness;
-    harness.show(host(movable(place)));
+    Shown harness(movable(place));
     withAnimation(std::nullopt, [&] { (*place)->set(100); });
     harness.settle();
     EXPECT_EQ(shownWidth(harness), 120);
@@ -94,8 +80,7 @@ TEST(WithAnimation, without_an_animation_changes_at_once)
 TEST(WithAnimation, shows_the_end_at_once_to_who_wants_no_motion)
 {
     auto place = makeHandle<double>();
-    ViewHarness harness({200, 100}, {.prefersReducedMotion = true});
-    harness.show(host(movable(place)));
+    Shown harness({200, 100}, {.prefersReducedMotion = true}, movable(place));
     withAnimation(Animation::linear(1), [&] { (*place)->set(100); });
     harness.settle();
     EXPECT_EQ(shownWidth(harness), 120);
@@ -104,12 +89,11 @@ TEST(WithAnimation, shows_the_end_at_once_to_who_wants_no_motion)
 TEST(WithAnimation, that_repeats_for_ever_goes_on_until_it_is_replaced)
 {
     auto faded = makeHandle<bool>();
-    ViewHarness harness;
-    harness.show(host(stateful(faded, false, [faded](bool isFaded) {
+    Shown harness(stateful(faded, false, [faded](bool isFaded) {
         return Leaf("a") | opacity(isFaded ? 0 : 1) | onAppear([faded] {
                    withAnimation(Animation::linear(1).repeatForever(), [faded] { (*faded)->set(true); });
                });
-    })));
+    }));
     auto& group = *harness.find("a").superview();
     harness.advance(20s + 500ms);
     EXPECT_NEAR(group.presentationAlpha(), 0.5, frameTolerance);
@@ -124,13 +108,11 @@ TEST(WithAnimation, that_repeats_for_ever_goes_on_until_it_is_replaced)
 TEST(WithAnimation, moves_colours_too)
 {
     auto isDark = makeHandle<bool>();
-    auto controller = host(
+    Shown harness(
         stateful(isDark, false, [](bool now) { return Color{now ? UIColor::black() : UIColor::white()}; }));
-    ViewHarness harness;
-    harness.show(controller);
     withAnimation(Animation::linear(1), [&] { (*isDark)->set(true); });
     harness.advance(500ms);
-    auto shown = controller->view()->subviews().front()->presentationBackgroundColor();
+    auto shown = harness.controller->view()->subviews().front()->presentationBackgroundColor();
     EXPECT_NEAR(shown.value().components().red, 0.5, frameTolerance);
 }
 
@@ -149,22 +131,19 @@ TEST(WithAnimation, tells_representable_views_how_they_are_updated)
 {
     auto handle = makeHandle<int>();
     auto log = std::make_shared<std::vector<Transaction>>();
-    ViewHarness harness;
-    harness.show(host(stateful(handle, 0, [log](int) { return Noting(log); })));
+    Shown harness(stateful(handle, 0, [log](int) { return Noting(log); }));
     withAnimation(Animation::linear(1), [&] { (*handle)->set(1); });
     harness.settle();
-    (*handle)->set(2);
-    harness.settle();
+    harness.set(handle, 2);
     EXPECT_EQ(*log, (std::vector<Transaction>{{}, {.animation = Animation::linear(1)}, {}}));
 }
 
 TEST(RotationEffect, goes_round_when_it_is_animated)
 {
     auto turned = makeHandle<bool>();
-    ViewHarness harness;
-    harness.show(host(stateful(turned, false, [](bool isTurned) {
+    Shown harness(stateful(turned, false, [](bool isTurned) {
         return Leaf("a") | rotationEffect(Angle::degrees(isTurned ? 360 : 0));
-    })));
+    }));
     auto& group = *harness.find("a").superview();
     withAnimation(Animation::linear(1), [&] { (*turned)->set(true); });
     harness.advance(500ms);
@@ -181,13 +160,11 @@ TEST(AnimationModifier, animates_the_updates_in_which_its_value_changed)
         bool operator==(const Model&) const = default;
     };
     auto model = makeHandle<Model>();
-    ViewHarness harness;
-    harness.show(host(stateful(model, Model{}, [](const Model& now) {
+    Shown harness(stateful(model, Model{}, [](const Model& now) {
         return Leaf("a", {20 + now.width, 10}) | animation(Animation::linear(1), now.trigger)
             | overlay(Leaf("outside", {5 + now.width, 5}));
-    })));
-    (*model)->set({.width = 50});
-    harness.settle();
+    }));
+    harness.set(model, {.width = 50});
     EXPECT_EQ(shownWidth(harness), 70);
     (*model)->set({.width = 100, .trigger = 1});
     harness.advance(500ms);
@@ -198,11 +175,10 @@ TEST(AnimationModifier, animates_the_updates_in_which_its_value_changed)
 TEST(AnimationModifier, without_an_animation_keeps_the_content_out_of_a_surrounding_one)
 {
     auto width = makeHandle<double>();
-    ViewHarness harness;
-    harness.show(host(stateful(width, 0.0, [](double now) {
+    Shown harness(stateful(width, 0.0, [](double now) {
         return Leaf("a", {20 + now, 10}) | animation(std::nullopt, now)
             | overlay(Leaf("outside", {5 + now, 5}));
-    })));
+    }));
     withAnimation(Animation::linear(1), [&] { (*width)->set(100); });
     harness.settle();
     EXPECT_EQ(shownWidth(harness), 120);
@@ -212,10 +188,9 @@ TEST(AnimationModifier, without_an_animation_keeps_the_content_out_of_a_surround
 TEST(TransactionModifier, changes_what_updates_below_come_with)
 {
     auto width = makeHandle<double>();
-    ViewHarness harness;
-    harness.show(
-        host(stateful(width, 0.0, [](double now) { return Leaf("a", {20 + now, 10}); })
-             | transaction([](Transaction& transaction) { transaction.animation = Animation::linear(2); })));
+    Shown harness(
+        stateful(width, 0.0, [](double now) { return Leaf("a", {20 + now, 10}); })
+        | transaction([](Transaction& transaction) { transaction.animation = Animation::linear(2); }));
     (*width)->set(100);
     harness.advance(1s);
     EXPECT_NEAR(shownWidth(harness), 70, 100 * frameTolerance);
@@ -234,9 +209,7 @@ auto arriving(const Handle<bool>& shown, AnyTransition how)
 TEST(Transition, moves_what_comes_and_keeps_what_goes_until_it_has_gone)
 {
     auto shown = makeHandle<bool>();
-    auto controller = host(arriving(shown, AnyTransition::opacity()));
-    ViewHarness harness;
-    harness.show(controller);
+    Shown harness(arriving(shown, AnyTransition::opacity()));
     withAnimation(Animation::linear(1), [&] { (*shown)->set(true); });
     harness.advance(500ms);
     std::weak_ptr<UIView> group = harness.find("a").superview();
@@ -248,24 +221,20 @@ TEST(Transition, moves_what_comes_and_keeps_what_goes_until_it_has_gone)
     harness.advance(500ms);
     ASSERT_FALSE(group.expired());
     EXPECT_NEAR(group.lock()->presentationAlpha(), 0.5, frameTolerance);
-    EXPECT_EQ(controller->view()->subviews().back(), group.lock()) << "in front of what stays";
+    EXPECT_EQ(harness.controller->view()->subviews().back(), group.lock()) << "in front of what stays";
     harness.advance(600ms);
     EXPECT_TRUE(group.expired());
-    EXPECT_EQ(names(*controller->view()), Log{"none"});
+    EXPECT_EQ(harness.names(), Log{"none"});
 }
 
 TEST(Transition, without_an_animation_takes_no_time)
 {
     auto shown = makeHandle<bool>();
-    auto controller = host(arriving(shown, AnyTransition::opacity()));
-    ViewHarness harness;
-    harness.show(controller);
-    (*shown)->set(true);
-    harness.settle();
+    Shown harness(arriving(shown, AnyTransition::opacity()));
+    harness.set(shown, true);
     EXPECT_EQ(harness.find("a").superview()->presentationAlpha(), 1);
-    (*shown)->set(false);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"none"});
+    harness.set(shown, false);
+    EXPECT_EQ(harness.names(), Log{"none"});
 }
 
 TEST(Transition, comes_from_its_edge_and_goes_where_it_is_told)
@@ -292,8 +261,7 @@ TEST(Transition, comes_from_its_edge_and_goes_where_it_is_told)
                  CGRect::make(30, 60, 40, 20), CGRect::make(30, 20, 40, 20)},
          }) {
         auto shown = makeHandle<bool>();
-        ViewHarness harness({100, 100});
-        harness.show(host(arriving(shown, how)));
+        Shown harness({100, 100}, arriving(shown, how));
         withAnimation(Animation::linear(1), [&] { (*shown)->set(true); });
         harness.settle();
         auto group = harness.find("a").superview();
@@ -311,7 +279,7 @@ TEST(Transition, of_views_that_follow_state_is_safe_while_they_go_and_after)
     auto shown = makeHandle<bool>();
     auto inner = makeHandle<int>();
     auto log = std::make_shared<Log>();
-    auto controller = host(stateful(shown, true, [=](bool isShown) {
+    Shown harness(stateful(shown, true, [=](bool isShown) {
         return when(
                    isShown,
                    [&] {
@@ -322,8 +290,6 @@ TEST(Transition, of_views_that_follow_state_is_safe_while_they_go_and_after)
                    [] { return Leaf("none"); })
             | clipped();
     }));
-    ViewHarness harness;
-    harness.show(controller);
     withAnimation(Animation::linear(1), [&] { (*shown)->set(false); });
     harness.advance(300ms);
     (*inner)->set(1);
@@ -331,8 +297,7 @@ TEST(Transition, of_views_that_follow_state_is_safe_while_they_go_and_after)
     EXPECT_TRUE(log->empty());
     harness.advance(1s);
     EXPECT_EQ(*log, Log{"gone"});
-    (*inner)->set(2);
-    harness.settle();
+    harness.set(inner, 2);
 }
 
 TEST(Transition, ends_with_the_group_or_the_host_that_it_happens_in)
@@ -341,18 +306,17 @@ TEST(Transition, ends_with_the_group_or_the_host_that_it_happens_in)
         auto outer = makeHandle<bool>();
         auto shown = makeHandle<bool>();
         std::weak_ptr<UIView> group;
-        ViewHarness harness;
-        harness.show(host(stateful(outer, true, [=](bool isOuter) {
+        Shown harness(stateful(outer, true, [=](bool isOuter) {
             return when(
                 isOuter, [&] { return arriving(shown, AnyTransition::opacity()) | clipped(); },
                 [] { return Leaf("x"); });
-        })));
-        (*shown)->set(true);
-        harness.settle();
+        }));
+        harness.set(shown, true);
         group = harness.find("a").superview();
         withAnimation(Animation::linear(1), [&] { (*shown)->set(false); });
         harness.advance(100ms);
         EXPECT_FALSE(group.expired());
+        harness.controller.reset();
         if (removesHost)
             harness.window().setRootViewController(std::make_shared<UIViewController>());
         else

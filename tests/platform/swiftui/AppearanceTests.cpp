@@ -1,12 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/appearance.h"
-
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/layered.h"
-#include "platform/swiftui/onChange.h"
-#include "platform/swiftui/task.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -49,30 +42,25 @@ TEST(Appearance, of_a_choice_follows_the_choice_with_the_end_after_the_update)
 {
     auto log = std::make_shared<Log>();
     auto first = makeHandle<bool>();
-    auto controller = host(stateful(first, true, [log](bool isFirst) {
+    Shown harness(stateful(first, true, [log](bool isFirst) {
         log->push_back("body");
         return when(
             isFirst, [&] { return talking("first", log); },
             [&] { return talking("second", log) | overlay(Leaf("x")); });
     }));
-    ViewHarness harness;
-    harness.show(controller);
     log->clear();
-    (*first)->set(false);
-    harness.settle();
+    harness.set(first, false);
     EXPECT_EQ(*log, (Log{"body", "first disappears", "second appears"}));
 }
 
 TEST(Appearance, ends_and_begins_again_with_the_hosts)
 {
     auto log = std::make_shared<Log>();
-    auto controller = host(talking("a", log));
-    ViewHarness harness;
-    harness.show(controller);
+    Shown harness(talking("a", log));
     harness.window().setRootViewController(std::make_shared<UIViewController>());
     harness.settle();
     EXPECT_EQ(*log, (Log{"a appears", "a disappears"}));
-    harness.show(controller);
+    harness.show(harness.controller);
     EXPECT_EQ(*log, (Log{"a appears", "a disappears", "a appears"}));
 }
 
@@ -80,8 +68,7 @@ TEST(Appearance, of_a_host_that_is_let_go_ends_once)
 {
     auto log = std::make_shared<Log>();
     {
-        ViewHarness harness;
-        harness.show(host(talking("a", log)));
+        Shown harness(talking("a", log));
     }
     EXPECT_EQ(*log, (Log{"a appears", "a disappears"}));
 }
@@ -90,14 +77,12 @@ TEST(Appearance, may_remove_its_own_view_and_change_state)
 {
     auto log = std::make_shared<Log>();
     auto shown = makeHandle<bool>();
-    auto controller = host(stateful(shown, true, [=](bool isShown) {
+    Shown harness(stateful(shown, true, [=](bool isShown) {
         return when(
             isShown, [&] { return talking("inner", log) | onAppear([shown] { (*shown)->set(false); }); },
             [] { return Leaf("none"); });
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    EXPECT_EQ(names(*controller->view()), Log{"none"});
+    EXPECT_EQ(harness.names(), Log{"none"});
     EXPECT_EQ(log->back(), "inner disappears");
 }
 
@@ -107,16 +92,13 @@ TEST(OnChange, tells_of_each_change_after_the_update_with_both_values_but_not_of
 {
     auto log = std::make_shared<Log>();
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 1, [log](int now) {
+    Shown harness(stateful(handle, 1, [log](int now) {
         return Leaf(std::to_string(now)) | onChange(now / 10, [log](int before, int changed) {
                    log->push_back(std::to_string(before) + " " + std::to_string(changed));
                });
     }));
-    ViewHarness harness;
-    harness.show(controller);
     for (int value : {2, 15, 37, 38}) {
-        (*handle)->set(value);
-        harness.settle();
+        harness.set(handle, value);
     }
     EXPECT_EQ(*log, (Log{"0 1", "1 3"}));
 }
@@ -124,17 +106,14 @@ TEST(OnChange, tells_of_each_change_after_the_update_with_both_values_but_not_of
 TEST(OnChange, may_change_state_until_it_comes_to_rest)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 0, [handle](int now) {
+    Shown harness(stateful(handle, 0, [handle](int now) {
         return Leaf(std::to_string(now)) | onChange(now, [handle, now] {
                    if (now < 5)
                        (*handle)->set(now + 1);
                });
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    (*handle)->set(1);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"5"});
+    harness.set(handle, 1);
+    EXPECT_EQ(harness.names(), Log{"5"});
 }
 
 // --- task --------------------------------------------------------------------------------------------
@@ -163,17 +142,13 @@ TEST(Task, of_an_id_starts_anew_for_each_new_id)
 {
     auto tokens = std::make_shared<std::vector<std::stop_token>>();
     auto id = makeHandle<int>();
-    auto controller = host(stateful(id, 0, [tokens](int now) {
+    Shown harness(stateful(id, 0, [tokens](int now) {
         return Leaf(std::to_string(now))
             | task(now / 10, [tokens](std::stop_token token) { tokens->push_back(token); });
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    (*id)->set(5);
-    harness.settle();
+    harness.set(id, 5);
     EXPECT_EQ(tokens->size(), 1u);
-    (*id)->set(15);
-    harness.settle();
+    harness.set(id, 15);
     ASSERT_EQ(tokens->size(), 2u);
     EXPECT_TRUE(tokens->at(0).stop_requested());
     EXPECT_FALSE(tokens->at(1).stop_requested());

@@ -1,12 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/Button.h"
-
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/ForEach.h"
-#include "platform/swiftui/ScrollView.h"
-#include "platform/swiftui/environment.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UIControl.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIScrollView.h"
@@ -20,7 +12,6 @@ namespace {
 
 using namespace platform;
 using namespace probes;
-using harness::ViewHarness;
 
 UIControl& controlIn(UIView& view)
 {
@@ -30,12 +21,10 @@ UIControl& controlIn(UIView& view)
 TEST(Button, acts_on_clicks_keys_and_assistive_technology)
 {
     int count = 0;
-    auto controller = host(Button{"Save", [&] { ++count; }});
-    ViewHarness harness;
-    harness.show(controller);
+    Shown harness(Button{"Save", [&] { ++count; }});
     harness.tap("Save");
     EXPECT_EQ(count, 1);
-    auto& control = controlIn(*controller->view());
+    auto& control = controlIn(*harness.controller->view());
     ASSERT_TRUE(control.becomeFirstResponder());
     harness.press(UIKeyCode::space);
     EXPECT_EQ(count, 2);
@@ -51,19 +40,16 @@ TEST(Button, that_is_disabled_does_nothing_and_says_so)
 {
     int count = 0;
     auto handle = makeHandle<bool>();
-    auto controller = host(stateful(handle, false, [&count](bool isEnabled) {
+    Shown harness(stateful(handle, false, [&count](bool isEnabled) {
         return Button{"Save", [&count] { ++count; }} | environment<IsEnabledKey>(isEnabled);
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    auto& control = controlIn(*controller->view());
+    auto& control = controlIn(*harness.controller->view());
     auto& label = dynamic_cast<UILabel&>(*control.subviews().at(0));
     harness.tap("Save");
     EXPECT_EQ(count, 0);
     EXPECT_FALSE(control.accessibilityNow().isEnabled);
     EXPECT_EQ(label.textColor(), UIColor::tertiaryLabel());
-    (*handle)->set(true);
-    harness.settle();
+    harness.set(handle, true);
     harness.tap("Save");
     EXPECT_EQ(count, 1);
     EXPECT_EQ(label.textColor(), UIColor::systemBlue());
@@ -71,10 +57,8 @@ TEST(Button, that_is_disabled_does_nothing_and_says_so)
 
 TEST(Button, speaks_all_that_its_label_says_and_takes_its_colour)
 {
-    auto controller = host(Button{[] { }, HStack{Text{"Save"}, Text{"all"}}} | tint(UIColor::red()));
-    ViewHarness harness;
-    harness.show(controller);
-    auto& control = controlIn(*controller->view());
+    Shown harness(Button{[] { }, HStack{Text{"Save"}, Text{"all"}}} | tint(UIColor::red()));
+    auto& control = controlIn(*harness.controller->view());
     EXPECT_EQ(control.accessibilityNow().label, "Save all");
     EXPECT_EQ(control.accessibilityNow().role, AccessibilityRole::button);
     EXPECT_EQ(dynamic_cast<UILabel&>(*control.subviews().at(1)).textColor(), UIColor::red());
@@ -83,25 +67,20 @@ TEST(Button, speaks_all_that_its_label_says_and_takes_its_colour)
 TEST(Button, may_remove_itself)
 {
     auto handle = makeHandle<bool>();
-    auto controller = host(stateful(handle, true, [handle](bool isShown) {
+    Shown harness(stateful(handle, true, [handle](bool isShown) {
         return when(isShown, [handle] { return Button{"Close", [handle] { (*handle)->set(false); }}; });
     }));
-    ViewHarness harness;
-    harness.show(controller);
     harness.tap("Close");
-    EXPECT_TRUE(controller->view()->subviews().empty());
+    EXPECT_TRUE(harness.controller->view()->subviews().empty());
 }
 
 TEST(Button, runs_the_action_it_was_given_last)
 {
     auto handle = makeHandle<int>();
     int seen = 0;
-    auto controller = host(
+    Shown harness(
         stateful(handle, 1, [&seen](int value) { return Button{"Show", [&seen, value] { seen = value; }}; }));
-    ViewHarness harness;
-    harness.show(controller);
-    (*handle)->set(2);
-    harness.settle();
+    harness.set(handle, 2);
     harness.tap("Show");
     EXPECT_EQ(seen, 2);
 }
@@ -133,10 +112,8 @@ TEST(ScrollView, gives_its_content_all_the_length_it_wants)
     };
     for (auto& test : cases) {
         SCOPED_TRACE(test.name);
-        auto controller = host(ScrollView{test.options, rows(10, test.row)});
-        ViewHarness harness({100, 100});
-        harness.show(controller);
-        auto& scrollView = scrollViewIn(*controller->view());
+        Shown harness({100, 100}, ScrollView{test.options, rows(10, test.row)});
+        auto& scrollView = scrollViewIn(*harness.controller->view());
         EXPECT_EQ(scrollView.frame(), CGRect::make(0, 0, 100, 100));
         EXPECT_EQ(scrollView.contentSize(), test.content);
     }
@@ -145,43 +122,68 @@ TEST(ScrollView, gives_its_content_all_the_length_it_wants)
 TEST(ScrollView, scrolls_and_keeps_its_place_when_the_content_changes)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 10, [](int count) { return ScrollView{rows(count)}; }));
-    ViewHarness harness({100, 100});
-    harness.show(controller);
-    auto& scrollView = scrollViewIn(*controller->view());
+    Shown harness({100, 100}, stateful(handle, 10, [](int count) { return ScrollView{rows(count)}; }));
+    auto& scrollView = scrollViewIn(*harness.controller->view());
     EXPECT_TRUE(harness.scroll({50, 50}, {0, -60}));
     harness.advance(std::chrono::seconds(1));
     EXPECT_EQ(scrollView.contentOffset().y, 60);
-    (*handle)->set(20);
-    harness.settle();
+    harness.set(handle, 20);
     EXPECT_EQ(scrollView.contentSize().height, 400);
     EXPECT_EQ(scrollView.contentOffset().y, 60);
-    (*handle)->set(6);
-    harness.settle();
+    harness.set(handle, 6);
     EXPECT_EQ(scrollView.contentOffset().y, 20) << "it does not look past the end";
-}
-
-TEST(ScrollView, begins_where_reading_begins)
-{
-    auto controller = host(ScrollView{{.axes = AxisSet::horizontal}, rows(1, {300, 20})});
-    ViewHarness harness({100, 100}, rightToLeft());
-    harness.show(controller);
-    EXPECT_EQ(scrollViewIn(*controller->view()).contentOffset().x, 200);
 }
 
 TEST(ScrollView, keeps_its_bars_when_its_content_comes_and_goes)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 10, [](int count) { return ScrollView{rows(count)}; }));
-    ViewHarness harness({100, 100});
-    harness.show(controller);
-    auto& scrollView = scrollViewIn(*controller->view());
+    Shown harness({100, 100}, stateful(handle, 10, [](int count) { return ScrollView{rows(count)}; }));
+    auto& scrollView = scrollViewIn(*harness.controller->view());
     auto before = scrollView.subviews().size();
-    (*handle)->set(11);
-    harness.settle();
-    (*handle)->set(0);
-    harness.settle();
+    harness.set(handle, 11);
+    harness.set(handle, 0);
     EXPECT_EQ(scrollView.subviews().size(), before);
+}
+
+TEST(ScrollView, keeps_its_distance_from_where_reading_begins)
+{
+    for (auto direction :
+         {UIUserInterfaceLayoutDirection::leftToRight, UIUserInterfaceLayoutDirection::rightToLeft}) {
+        auto isMirrored = direction == UIUserInterfaceLayoutDirection::rightToLeft;
+        SCOPED_TRACE(isMirrored);
+        harness::ViewHarness harness({100, 50}, {.layoutDirection = direction});
+        auto width = makeHandle<CGFloat>();
+        harness.show(host(stateful(width, 400.0, [](CGFloat wide) {
+            return ScrollView{{.axes = AxisSet::horizontal}, Color{} | frame({.width = wide, .height = 20})};
+        })));
+        harness.settle();
+        auto& view = static_cast<UIScrollView&>(harness.find(AccessibilityRole::scrollArea).view());
+        auto fromStart = [&] {
+            auto x = view.contentOffset().x;
+            return isMirrored ? view.contentSize().width - x - 100 : x;
+        };
+        EXPECT_EQ(fromStart(), 0);
+        view.setContentOffset({isMirrored ? 250.0 : 50.0, 0});
+        for (CGFloat wide : {700.0, 300.0}) {
+            (*width)->set(wide);
+            harness.settle();
+            EXPECT_EQ(fromStart(), 50);
+        }
+        (*width)->set(80);
+        harness.settle();
+        EXPECT_EQ(view.contentOffset().x, 0);
+    }
+}
+
+TEST(ScrollView, stands_content_without_end)
+{
+    constexpr auto infinity = std::numeric_limits<CGFloat>::infinity();
+    for (auto axes : {AxisSet::vertical, AxisSet::horizontal, AxisSet::both}) {
+        Shown harness({100, 50}, ScrollView{{.axes = axes}, Leaf("endless", {infinity, infinity})});
+        harness.settle();
+        auto& view = static_cast<UIScrollView&>(harness.find(AccessibilityRole::scrollArea).view());
+        EXPECT_EQ(view.contentSize(), (CGSize{100, 50}));
+    }
 }
 
 } // namespace

@@ -1,26 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Declarative controls, as somebody meets them who uses them.
-#include "platform/swiftui/Picker.h"
-#include "platform/swiftui/ProgressView.h"
-#include "platform/swiftui/Slider.h"
-#include "platform/swiftui/State.h"
-#include "platform/swiftui/Stepper.h"
-#include "platform/swiftui/TextField.h"
-#include "platform/swiftui/Toggle.h"
-#include "platform/swiftui/adjustable.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/gestures.h"
-#include "platform/swiftui/hover.h"
-#include "platform/swiftui/interaction.h"
-#include "platform/swiftui/keyboardShortcut.h"
-#include "platform/swiftui/padding.h"
-#include "platform/swiftui/shapes.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/support/harness/DeclarativeHarness.h"
-#include "tests/support/harness/pixels.h"
 
 #include <gtest/gtest.h>
-
-#include <limits>
 
 namespace {
 

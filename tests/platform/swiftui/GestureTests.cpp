@@ -1,13 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/gestures.h"
-
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/interaction.h"
-#include "platform/swiftui/layered.h"
-#include "platform/swiftui/placement.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -32,8 +24,7 @@ Leaf target()
 TEST(TapGesture, is_taken_by_the_content_and_by_nothing_beside_it)
 {
     auto log = std::make_shared<Log>();
-    ViewHarness harness({100, 100});
-    harness.show(host(target() | frame({.width = 80, .height = 80}) | onTapGesture(say(log, "tap"))));
+    Shown harness({100, 100}, target() | frame({.width = 80, .height = 80}) | onTapGesture(say(log, "tap")));
     harness.tap({50, 50});
     EXPECT_EQ(*log, Log{"tap"});
     harness.tap({15, 15});
@@ -45,9 +36,9 @@ TEST(TapGesture, is_taken_by_the_content_and_by_nothing_beside_it)
 TEST(TapGesture, is_taken_in_all_of_a_content_shape)
 {
     auto log = std::make_shared<Log>();
-    ViewHarness harness({100, 100});
-    harness.show(
-        host(target() | frame({.width = 80, .height = 80}) | contentShape() | onTapGesture(say(log, "tap"))));
+    Shown harness({100, 100},
+                  target() | frame({.width = 80, .height = 80}) | contentShape()
+                      | onTapGesture(say(log, "tap")));
     harness.tap({15, 15});
     EXPECT_EQ(*log, Log{"tap"});
 }
@@ -55,8 +46,8 @@ TEST(TapGesture, is_taken_in_all_of_a_content_shape)
 TEST(TapGesture, is_taken_where_content_is_seen_that_takes_no_touches_itself)
 {
     auto log = std::make_shared<Log>();
-    ViewHarness harness({100, 100});
-    harness.show(host(target() | allowsHitTesting(HitTesting::allowed) | onTapGesture(say(log, "tap"))));
+    Shown harness({100, 100},
+                  target() | allowsHitTesting(HitTesting::allowed) | onTapGesture(say(log, "tap")));
     harness.find("target").setUserInteractionEnabled(false); // as texts and colours are
     harness.tap({50, 50});
     EXPECT_EQ(*log, Log{"tap"});
@@ -85,23 +76,21 @@ TEST(TapGesture, may_remove_its_own_view)
 {
     auto shown = makeHandle<bool>();
     auto log = std::make_shared<Log>();
-    auto controller = host(stateful(shown, true, [=](bool isShown) {
-        return when(
-            isShown,
-            [&] {
-                return target() | onTapGesture([=] {
-                           withAnimation(std::nullopt, [&] { (*shown)->set(false); });
-                           (*shown)->set(false);
-                           log->push_back("tap");
-                       });
-            },
-            [] { return Leaf("none"); });
-    }));
-    ViewHarness harness({100, 100});
-    harness.show(controller);
+    Shown harness({100, 100}, stateful(shown, true, [=](bool isShown) {
+                      return when(
+                          isShown,
+                          [&] {
+                              return target() | onTapGesture([=] {
+                                         withAnimation(std::nullopt, [&] { (*shown)->set(false); });
+                                         (*shown)->set(false);
+                                         log->push_back("tap");
+                                     });
+                          },
+                          [] { return Leaf("none"); });
+                  }));
     harness.tap({50, 50});
     EXPECT_EQ(*log, Log{"tap"});
-    EXPECT_EQ(names(*controller->view()), Log{"none"});
+    EXPECT_EQ(harness.names(), Log{"none"});
     harness.tap({50, 50});
     EXPECT_EQ(log->size(), 1u);
 }
@@ -110,13 +99,12 @@ TEST(TapGesture, runs_the_action_of_the_latest_description)
 {
     auto handle = makeHandle<int>();
     auto log = std::make_shared<Log>();
-    ViewHarness harness({100, 100});
-    harness.show(host(stateful(handle, 1, [=](int now) {
-        return target() | onTapGesture([=] {
-                   log->push_back(std::to_string(now));
-                   (*handle)->set(now + 1);
-               });
-    })));
+    Shown harness({100, 100}, stateful(handle, 1, [=](int now) {
+                      return target() | onTapGesture([=] {
+                                 log->push_back(std::to_string(now));
+                                 (*handle)->set(now + 1);
+                             });
+                  }));
     harness.tap({50, 50});
     harness.advance(1s);
     harness.tap({50, 50});
@@ -127,13 +115,12 @@ TEST(TapGesture, of_disabled_content_does_nothing)
 {
     auto isOff = makeHandle<bool>();
     auto log = std::make_shared<Log>();
-    ViewHarness harness({100, 100});
-    harness.show(host(stateful(
-        isOff, true, [log](bool now) { return target() | onTapGesture(say(log, "tap")) | disabled(now); })));
+    Shown harness({100, 100}, stateful(isOff, true, [log](bool now) {
+                      return target() | onTapGesture(say(log, "tap")) | disabled(now);
+                  }));
     harness.tap({50, 50});
     EXPECT_TRUE(log->empty());
-    (*isOff)->set(false);
-    harness.settle();
+    harness.set(isOff, false);
     harness.tap({50, 50});
     EXPECT_EQ(*log, Log{"tap"});
 }
@@ -151,9 +138,9 @@ TEST(GesturePriority, decides_who_is_first_of_two_on_one_place)
              Case{"simultaneous ones both", GesturePriority::simultaneous, {"inner", "outer"}},
          }) {
         auto log = std::make_shared<Log>();
-        ViewHarness harness({100, 100});
-        harness.show(host(target() | onTapGesture(say(log, "inner"))
-                          | GestureModifier<TapGesture>{TapGesture{}.onEnded(say(log, "outer")), outer}));
+        Shown harness({100, 100},
+                      target() | onTapGesture(say(log, "inner"))
+                          | GestureModifier<TapGesture>{TapGesture{}.onEnded(say(log, "outer")), outer});
         harness.tap({50, 50});
         harness.advance(1s);
         EXPECT_EQ(*log, expected) << name;
@@ -163,8 +150,7 @@ TEST(GesturePriority, decides_who_is_first_of_two_on_one_place)
 TEST(LongPressGesture, ends_when_the_time_is_over_and_not_if_it_moved_or_left)
 {
     auto log = std::make_shared<Log>();
-    ViewHarness harness({100, 100});
-    harness.show(host(target() | onLongPressGesture(say(log, "pressed"))));
+    Shown harness({100, 100}, target() | onLongPressGesture(say(log, "pressed")));
     harness.down({50, 50});
     harness.advance(400ms);
     harness.up();
@@ -195,11 +181,11 @@ TEST(DragGesture, tells_of_its_way_in_the_views_or_in_the_windows_coordinates)
              Case{"global", CoordinateSpace::global, {50, 50}},
          }) {
         std::vector<DragGesture::Value> changes, ends;
-        ViewHarness harness({100, 100});
-        harness.show(host(target()
+        Shown harness({100, 100},
+                      target()
                           | gesture(DragGesture{.minimumDistance = 5, .coordinateSpace = space}
                                         .onChanged([&](auto& value) { changes.push_back(value); })
-                                        .onEnded([&](auto& value) { ends.push_back(value); }))));
+                                        .onEnded([&](auto& value) { ends.push_back(value); })));
         harness.drag({50, 50}, {90, 70});
         ASSERT_EQ(ends.size(), 1u) << name;
         EXPECT_GE(changes.size(), 5u) << name;
@@ -217,10 +203,10 @@ TEST(DragGesture, begins_after_its_distance_or_with_the_press_itself)
 {
     for (auto distance : {0.0, 15.0}) {
         int changes = 0;
-        ViewHarness harness({100, 100});
-        harness.show(host(target() | gesture(DragGesture{.minimumDistance = distance}.onChanged([&](auto&) {
-                              ++changes;
-                          }))));
+        Shown harness({100, 100},
+                      target() | gesture(DragGesture{.minimumDistance = distance}.onChanged([&](auto&) {
+                          ++changes;
+                      })));
         harness.down({50, 50});
         EXPECT_EQ(changes, distance == 0 ? 1 : 0);
         harness.moveTo({60, 50});
@@ -234,12 +220,12 @@ TEST(DragGesture, begins_after_its_distance_or_with_the_press_itself)
 TEST(DragGesture, keeps_going_while_it_moves_its_own_view)
 {
     auto place = makeHandle<double>();
-    ViewHarness harness({200, 100});
-    harness.show(host(stateful(place, 0.0, [place](double now) {
-        return target() | offset({.x = now})
-            | gesture(DragGesture{.minimumDistance = 0, .coordinateSpace = CoordinateSpace::global}.onChanged(
-                [place](auto& value) { (*place)->set(value.translation.dx); }));
-    })));
+    Shown harness(
+        {200, 100}, stateful(place, 0.0, [place](double now) {
+            return target() | offset({.x = now})
+                | gesture(DragGesture{.minimumDistance = 0, .coordinateSpace = CoordinateSpace::global}
+                              .onChanged([place](auto& value) { (*place)->set(value.translation.dx); }));
+        }));
     harness.drag({100, 50}, {150, 50});
     EXPECT_EQ((*place)->get(), 50);
     EXPECT_EQ(harness.find("target").convertTo(CGPoint{}, nullptr).x, 130);
@@ -251,10 +237,10 @@ TEST(DragGesture, ends_in_exactly_one_of_end_and_cancellation)
     auto log = std::make_shared<Log>();
     auto drag =
         DragGesture{}.onEnded([log](auto&) { log->push_back("end"); }).onCancelled(say(log, "cancel"));
-    ViewHarness harness({100, 100});
-    harness.show(host(stateful(shown, true, [=](bool isShown) {
-        return when(isShown, [&] { return target() | gesture(drag); }, [] { return Leaf("none"); });
-    })));
+    Shown harness({100, 100}, stateful(shown, true, [=](bool isShown) {
+                      return when(
+                          isShown, [&] { return target() | gesture(drag); }, [] { return Leaf("none"); });
+                  }));
     harness.drag({50, 50}, {80, 50});
     harness.down({50, 50});
     harness.moveTo({80, 50});
@@ -262,8 +248,7 @@ TEST(DragGesture, ends_in_exactly_one_of_end_and_cancellation)
     EXPECT_EQ(*log, (Log{"end", "cancel"}));
     harness.down({50, 50});
     harness.moveTo({80, 50});
-    (*shown)->set(false);
-    harness.settle();
+    harness.set(shown, false);
     harness.up();
     EXPECT_EQ(*log, (Log{"end", "cancel", "cancel"}));
 }

@@ -1,15 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/GroupNode.h"
-
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/Environment.h"
-#include "platform/swiftui/effects.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/interaction.h"
-#include "platform/swiftui/layered.h"
-#include "platform/swiftui/mask.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -59,8 +50,7 @@ UIView* hitAt(ViewHarness& harness, CGPoint place)
 
 TEST(Group, stands_at_its_contents_place_with_its_content_at_its_origin)
 {
-    ViewHarness harness({100, 100});
-    harness.show(host(Leaf("a", {20, 10}) | opacity(0.5) | overlay(Leaf("b"))));
+    Shown harness({100, 100}, Leaf("a", {20, 10}) | opacity(0.5) | overlay(Leaf("b")));
     auto& leaf = harness.find("a");
     EXPECT_EQ(leaf.frame(), CGRect::make(0, 0, 20, 10));
     EXPECT_EQ(leaf.superview()->frame(), CGRect::make(40, 45, 20, 10));
@@ -71,19 +61,16 @@ TEST(Group, stands_at_its_contents_place_with_its_content_at_its_origin)
 TEST(Group, follows_changes_of_what_stands_in_it)
 {
     auto shown = makeHandle<bool>();
-    auto controller = host(stateful(shown, true, [](bool isShown) {
+    Shown harness(stateful(shown, true, [](bool isShown) {
         return when(
                    isShown, [] { return Leaf("a") | overlay(Leaf("b")); }, [] { return Leaf("c"); })
             | clipped();
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    auto group = controller->view()->subviews().front();
+    auto group = harness.controller->view()->subviews().front();
     EXPECT_EQ(names(*group), (Log{"a", "b"}));
-    (*shown)->set(false);
-    harness.settle();
+    harness.set(shown, false);
     EXPECT_EQ(names(*group), Log{"c"});
-    EXPECT_EQ(controller->view()->subviews().front(), group);
+    EXPECT_EQ(harness.controller->view()->subviews().front(), group);
 }
 
 TEST(Group, lets_touches_through_where_it_is_empty)
@@ -104,18 +91,17 @@ TEST(Opacity, is_kept_between_nothing_and_all)
 {
     for (auto& [name, given, shown] : {OpacityCase{"negative", -1, 0}, OpacityCase{"half", 0.5, 0.5},
                                        OpacityCase{"too much", 7, 1}, OpacityCase{"no number", NAN, 1}}) {
-        ViewHarness harness;
-        harness.show(host(Leaf("a") | opacity(given)));
+        Shown harness(Leaf("a") | opacity(given));
         EXPECT_EQ(harness.find("a").superview()->alpha(), shown) << name;
     }
 }
 
 TEST(Clipping, hides_and_does_not_touch_what_is_outside)
 {
-    ViewHarness harness({100, 100});
-    harness.show(host(
+    Shown harness(
+        {100, 100},
         Filler("behind")
-        | overlay(Paint(red, "large", CGSize{80, 80}) | frame({.width = 40, .height = 40}) | clipped())));
+            | overlay(Paint(red, "large", CGSize{80, 80}) | frame({.width = 40, .height = 40}) | clipped()));
     auto image = harness.snapshot();
     EXPECT_EQ(colorAt(image, {50, 50}), "ff0000");
     EXPECT_NE(colorAt(image, {20, 50}), "ff0000");
@@ -126,16 +112,15 @@ TEST(Clipping, hides_and_does_not_touch_what_is_outside)
 TEST(Clipping, to_a_shape_follows_its_outline_also_when_it_grows)
 {
     auto side = makeHandle<double>();
-    ViewHarness harness({100, 100});
-    harness.show(host(stateful(side, 40.0, [](double now) {
-        return Filler("behind")
-            | overlay(Paint(red, "disc") | frame({.width = now, .height = now}) | clipShape(Disc{}));
-    })));
+    Shown harness({100, 100}, stateful(side, 40.0, [](double now) {
+                      return Filler("behind")
+                          | overlay(Paint(red, "disc") | frame({.width = now, .height = now})
+                                    | clipShape(Disc{}));
+                  }));
     EXPECT_EQ(colorAt(harness.snapshot(), {50, 50}), "ff0000");
     EXPECT_NE(colorAt(harness.snapshot(), {33, 33}), "ff0000") << "the corner of the small disc";
     EXPECT_EQ(hitAt(harness, {33, 33}), &harness.find("behind"));
-    (*side)->set(80);
-    harness.settle();
+    harness.set(side, 80);
     EXPECT_EQ(colorAt(harness.snapshot(), {33, 33}), "ff0000");
     EXPECT_EQ(hitAt(harness, {33, 33}), &harness.find("disc"));
 }
@@ -143,8 +128,7 @@ TEST(Clipping, to_a_shape_follows_its_outline_also_when_it_grows)
 TEST(Clipping, to_round_corners_takes_any_radius)
 {
     for (auto radius : {-5.0, 0.0, 10.0, 1000.0, double(NAN), double(INFINITY)}) {
-        ViewHarness harness({40, 40});
-        harness.show(host(Paint(red) | cornerRadius(radius)));
+        Shown harness({40, 40}, Paint(red) | cornerRadius(radius));
         auto image = harness.snapshot();
         EXPECT_EQ(colorAt(image, {20, 20}), "ff0000") << radius;
         EXPECT_EQ(colorAt(image, {0, 0}) == "ff0000", !(radius >= 10)) << radius;
@@ -154,15 +138,14 @@ TEST(Clipping, to_round_corners_takes_any_radius)
 TEST(Mask, shows_the_content_only_where_the_mask_is)
 {
     auto shown = makeHandle<bool>();
-    ViewHarness harness({100, 100});
-    harness.show(host(stateful(shown, true, [](bool isWide) {
-        auto shape = Paint(blue, "mask", isWide ? CGSize{60, 20} : CGSize{20, 60});
-        return Paint(red, "content") | mask(shape, Alignment{.vertical = VerticalAlignment::top});
-    })));
+    Shown harness({100, 100}, stateful(shown, true, [](bool isWide) {
+                      auto shape = Paint(blue, "mask", isWide ? CGSize{60, 20} : CGSize{20, 60});
+                      return Paint(red, "content")
+                          | mask(shape, Alignment{.vertical = VerticalAlignment::top});
+                  }));
     EXPECT_EQ(colorAt(harness.snapshot(), {25, 10}), "ff0000");
     EXPECT_NE(colorAt(harness.snapshot(), {50, 50}), "ff0000");
-    (*shown)->set(false);
-    harness.settle();
+    harness.set(shown, false);
     EXPECT_NE(colorAt(harness.snapshot(), {25, 10}), "ff0000");
     EXPECT_EQ(colorAt(harness.snapshot(), {50, 50}), "ff0000");
 }
@@ -178,8 +161,7 @@ TEST(ScaleEffect, draws_larger_about_its_anchor_and_keeps_the_layout)
          {Case{"centre", UnitPoint::center(), CGRect::make(30, 35, 40, 30)},
           Case{"top left", UnitPoint::topLeading(), CGRect::make(40, 42.5, 40, 30)},
           Case{"bottom right", UnitPoint::bottomTrailing(), CGRect::make(20, 27.5, 40, 30)}}) {
-        ViewHarness harness({100, 100});
-        harness.show(host(Leaf("a", {20, 15}) | scaleEffect(2, anchor) | overlay(Filler("beside"))));
+        Shown harness({100, 100}, Leaf("a", {20, 15}) | scaleEffect(2, anchor) | overlay(Filler("beside")));
         EXPECT_EQ(harness.find("a").superview()->frame(), frame) << name;
         EXPECT_EQ(harness.find("beside").frame(), CGRect::make(40, 42.5, 20, 15)) << name;
     }
@@ -188,8 +170,7 @@ TEST(ScaleEffect, draws_larger_about_its_anchor_and_keeps_the_layout)
 TEST(ScaleEffect, of_nothing_or_of_no_number_harms_nobody)
 {
     for (auto factor : {0.0, double(NAN), double(INFINITY)}) {
-        ViewHarness harness({100, 100});
-        harness.show(host(Leaf("a", {20, 10}) | scaleEffect(factor)));
+        Shown harness({100, 100}, Leaf("a", {20, 10}) | scaleEffect(factor));
         hitAt(harness, {50, 50});
         harness.snapshot();
     }
@@ -197,8 +178,7 @@ TEST(ScaleEffect, of_nothing_or_of_no_number_harms_nobody)
 
 TEST(RotationEffect, turns_clockwise)
 {
-    ViewHarness harness({100, 100});
-    harness.show(host(Paint(red, "a", CGSize{60, 20}) | rotationEffect(Angle::degrees(90))));
+    Shown harness({100, 100}, Paint(red, "a", CGSize{60, 20}) | rotationEffect(Angle::degrees(90)));
     EXPECT_EQ(colorAt(harness.snapshot(), {50, 25}), "ff0000");
     EXPECT_NE(colorAt(harness.snapshot(), {25, 50}), "ff0000");
 }
@@ -208,15 +188,14 @@ TEST(RotationEffect, turns_clockwise)
 TEST(HitTesting, that_is_disallowed_lets_touches_through)
 {
     auto allowed = makeHandle<bool>();
-    ViewHarness harness({100, 100});
-    harness.show(host(stateful(allowed, false, [](bool isAllowed) {
-        return Filler("behind")
-            | overlay(Filler("front")
-                      | allowsHitTesting(isAllowed ? HitTesting::allowed : HitTesting::disallowed));
-    })));
+    Shown harness(
+        {100, 100}, stateful(allowed, false, [](bool isAllowed) {
+            return Filler("behind")
+                | overlay(Filler("front")
+                          | allowsHitTesting(isAllowed ? HitTesting::allowed : HitTesting::disallowed));
+        }));
     EXPECT_EQ(hitAt(harness, {50, 50}), &harness.find("behind"));
-    (*allowed)->set(true);
-    harness.settle();
+    harness.set(allowed, true);
     EXPECT_EQ(hitAt(harness, {50, 50}), &harness.find("front"));
 }
 
@@ -229,15 +208,12 @@ struct EnabledReader {
 TEST(Disabled, holds_whatever_is_said_inside_and_follows_changes)
 {
     auto outer = makeHandle<bool>();
-    auto controller = host(stateful(outer, true, [](bool isDisabled) {
+    Shown harness(stateful(outer, true, [](bool isDisabled) {
         return EnabledReader{} | disabled(false) | disabled(isDisabled);
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    EXPECT_EQ(names(*controller->view()), Log{"disabled"});
-    (*outer)->set(false);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"enabled"});
+    EXPECT_EQ(harness.names(), Log{"disabled"});
+    harness.set(outer, false);
+    EXPECT_EQ(harness.names(), Log{"enabled"});
 }
 
 } // namespace

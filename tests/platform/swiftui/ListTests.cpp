@@ -1,15 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/List.h"
-
-#include "platform/swiftui/Button.h"
-#include "platform/swiftui/Form.h"
 #include "platform/swiftui/RowHeights.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UIScrollView.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/Element.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 #include <numeric>
@@ -192,8 +184,7 @@ TEST(List, lets_a_row_remove_itself_when_it_is_tapped)
                         }};
         }
     };
-    ViewHarness harness;
-    harness.show(probes::host(Root{Binding(numbers)}));
+    probes::Shown harness(Root{Binding(numbers)});
     auto row = [&](std::string_view name) { return harness.find(Role::button, name).frame(); };
     auto place = row("2");
     harness.tap({300, place.midY()}); // beside the text: all of the row is the button's
@@ -230,8 +221,7 @@ TEST(List, stands_any_size_and_any_height)
 
 TEST(List, turns_rows_round_where_reading_goes_from_right_to_left)
 {
-    UITraitCollection traits;
-    traits.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
+    const UITraitCollection traits{.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft};
     for (auto& [direction, x] : {std::pair{traits, 304.0}, std::pair{UITraitCollection{}, 16.0}}) {
         Scene scene(upTo(2), [](int) { return 22; }, ListStyle::plain, direction);
         auto frame = scene.list().findAll(Role::button).front().frame();
@@ -253,8 +243,7 @@ TEST(List, groups_rows_in_sections_and_conditions)
                         ForEach{Numbers{1, 2}, std::identity{}, [](int number) { return Row{number, 22}; }}}};
         }
     };
-    ViewHarness harness;
-    harness.show(probes::host(Root{Binding(isOpen)}));
+    probes::Shown harness(Root{Binding(isOpen)});
     harness.find(Role::button, "2 tapped 0").tap();
     harness.settle();
     EXPECT_EQ(harness.findAll(Role::listItem).size(), 3u);

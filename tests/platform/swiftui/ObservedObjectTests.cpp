@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/ObservedObject.h"
-
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -31,53 +28,39 @@ struct ObservingView {
 TEST(ObservedObject, updates_its_view_once_a_turn_with_the_new_value)
 {
     auto player = std::make_shared<Player>(1);
-    auto controller = host(ObservingView{player});
-    ViewHarness harness;
-    harness.show(controller);
-    auto before = controller->statistics().bodies;
+    Shown harness(ObservingView{player});
+    auto before = harness.controller->statistics().bodies;
     player->position = 2;
     player->position = 3;
     harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"3"});
-    EXPECT_EQ(controller->statistics().bodies - before, 1);
+    EXPECT_EQ(harness.names(), Log{"3"});
+    EXPECT_EQ(harness.controller->statistics().bodies - before, 1);
 }
 
 TEST(ObservedObject, that_is_replaced_is_not_listened_to_any_more)
 {
     auto first = std::make_shared<Player>(1);
     auto second = std::make_shared<Player>(10);
-    auto controller = host(ObservingView{first});
-    ViewHarness harness;
-    harness.show(controller);
-    controller->setRootView(ObservingView{second});
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"10"});
-    auto before = controller->statistics().bodies;
+    Shown harness(ObservingView{first});
+    harness.update(ObservingView{second});
+    EXPECT_EQ(harness.names(), Log{"10"});
+    auto before = harness.controller->statistics().bodies;
     first->position = 5;
     harness.settle();
-    EXPECT_EQ(controller->statistics().bodies, before);
+    EXPECT_EQ(harness.controller->statistics().bodies, before);
     second->position = 11;
     harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"11"});
+    EXPECT_EQ(harness.names(), Log{"11"});
 }
 
 TEST(ObservedObject, that_changes_after_its_view_is_gone_tells_nobody)
 {
     auto player = std::make_shared<Player>();
     {
-        ViewHarness harness;
-        harness.show(host(ObservingView{player}));
+        Shown harness(ObservingView{player});
     }
     player->position = 4;
     EXPECT_EQ(player.use_count(), 1);
-}
-
-TEST(ObservedObject, hands_out_bindings_to_its_values)
-{
-    auto player = std::make_shared<Player>(1);
-    auto binding = ObservedObject<Player>(player).binding(&Player::position);
-    binding.set(binding.get() + 1);
-    EXPECT_EQ(player->position.get(), 2);
 }
 
 struct OwningView {
@@ -122,21 +105,17 @@ TEST(EnvironmentObject, is_the_one_of_the_surroundings_also_when_that_changes)
     auto first = std::make_shared<Player>(1);
     auto second = std::make_shared<Player>(2);
     auto handle = makeHandle<std::shared_ptr<Player>>();
-    auto controller = host(stateful(handle, first, [](const std::shared_ptr<Player>& player) {
+    Shown harness(stateful(handle, first, [](const std::shared_ptr<Player>& player) {
         return EnvironmentView{} | environmentObject(player);
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    EXPECT_EQ(names(*controller->view()), Log{"1"});
-    (*handle)->set(second);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"2"});
+    EXPECT_EQ(harness.names(), Log{"1"});
+    harness.set(handle, second);
+    EXPECT_EQ(harness.names(), Log{"2"});
     second->position = 3;
     harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"3"});
-    (*handle)->set(nullptr);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"none"});
+    EXPECT_EQ(harness.names(), Log{"3"});
+    harness.set(handle, nullptr);
+    EXPECT_EQ(harness.names(), Log{"none"});
 }
 
 TEST(EnvironmentObjectDeathTest, is_a_fault_to_use_where_nobody_gave_one)

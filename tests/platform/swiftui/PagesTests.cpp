@@ -1,17 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Tabs, pages that turn, and pages one step deeper than each other.
-#include "platform/swiftui/Button.h"
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/Environment.h"
-#include "platform/swiftui/List.h"
-#include "platform/swiftui/NavigationLink.h"
-#include "platform/swiftui/TabView.h"
-#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UIPageControl.h"
 #include "platform/uikit/UIScrollView.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/Element.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 #include <numeric>
@@ -20,31 +11,20 @@ namespace {
 
 using namespace platform;
 using namespace std::chrono_literals;
-using harness::ViewHarness;
+using probes::cell;
 using Role = AccessibilityRole;
 
-struct Scene {
-    ViewHarness harness;
-
-    template <class Root>
-    explicit Scene(Root root, UITraitCollection traits = {})
-        : harness({300, 200}, traits)
+template <class Root>
+struct Scene : probes::Scene<Root> {
+    explicit Scene(Root root, const UITraitCollection& traits = {})
+        : probes::Scene<Root>(std::move(root), {300, 200}, traits)
     {
-        harness.show(probes::host(std::move(root)));
-        settle();
-    }
-    void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            harness.settle();
-            harness.advance(1s);
-        }
     }
     // What is read on the page in sight.
     std::string text()
     {
         std::string all;
-        for (auto& each : harness.findAll(Role::staticText)) {
+        for (auto& each : this->harness.findAll(Role::staticText)) {
             auto isButtonText =
                 each.view().superview() && dynamic_cast<UIControl*>(each.view().superview().get());
             if (each.isOnScreen() && !isButtonText)
@@ -52,24 +32,11 @@ struct Scene {
         }
         return all;
     }
-    void press(UIKeyCode key, std::uint8_t modifiers = 0)
-    {
-        harness.press(key, modifiers);
-        settle();
-    }
 };
 
 UITraitCollection rightToLeft()
 {
-    UITraitCollection traits;
-    traits.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft;
-    return traits;
-}
-
-template <class Value>
-std::shared_ptr<StateCell<Value>> cell(Value value)
-{
-    return std::make_shared<StateCell<Value>>(std::move(value));
+    return {.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft};
 }
 
 TEST(TabView, shows_the_tab_of_its_selection)

@@ -1,25 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/placement.h"
-
-#include "platform/swiftui/GeometryReader.h"
-#include "platform/swiftui/Spacer.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/ZStack.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/padding.h"
-#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UILabel.h"
 #include "tests/platform/swiftui/layoutProbes.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace {
 
 using namespace platform;
 using namespace probes;
-using harness::ViewHarness;
 
 constexpr auto notANumber = std::numeric_limits<CGFloat>::quiet_NaN();
 
@@ -62,16 +50,13 @@ TEST(Placement, follows_each_modifier)
 TEST(Placement, changes_with_the_modifier)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 0, [](int step) {
-        return HStack{{.spacing = 0},
-                      Filler("x") | layoutPriority(step),
-                      Filler("y") | padding(step) | offset({.x = step * 10.0})};
-    }));
-    ViewHarness harness({100, 50});
-    harness.show(controller);
-    (*handle)->set(1);
-    harness.settle();
-    auto& views = controller->view()->subviews();
+    Shown harness({100, 50}, stateful(handle, 0, [](int step) {
+                      return HStack{{.spacing = 0},
+                                    Filler("x") | layoutPriority(step),
+                                    Filler("y") | padding(step) | offset({.x = step * 10.0})};
+                  }));
+    harness.set(handle, 1);
+    auto& views = harness.controller->view()->subviews();
     EXPECT_EQ(views[0]->frame(), CGRect::make(0, 0, 98, 50));
     EXPECT_EQ(views[1]->frame(), CGRect::make(109, 1, 0, 48));
 }
@@ -79,17 +64,14 @@ TEST(Placement, changes_with_the_modifier)
 TEST(ZIndex, brings_views_to_the_front)
 {
     auto handle = makeHandle<double>();
-    auto controller = host(
-        stateful(handle, 0.0, [](double index) { return ZStack{Filler("a") | zIndex(index), Filler("b")}; }));
-    ViewHarness harness({100, 50});
-    harness.show(controller);
+    Shown harness({100, 50}, stateful(handle, 0.0, [](double index) {
+                      return ZStack{Filler("a") | zIndex(index), Filler("b")};
+                  }));
     auto front = [&] { return harness.window().hitTest({50, 25})->accessibility().identifier; };
     EXPECT_EQ(front(), "b");
-    (*handle)->set(1);
-    harness.settle();
+    harness.set(handle, 1);
     EXPECT_EQ(front(), "a");
-    (*handle)->set(-1);
-    harness.settle();
+    harness.set(handle, -1);
     EXPECT_EQ(front(), "b");
 }
 
@@ -102,10 +84,8 @@ TEST(GeometryReader, describes_its_content_by_its_size)
         }};
     };
     int count = 0;
-    auto controller = host(HStack{{.spacing = 0}, Leaf("b"), reader(&count)});
-    ViewHarness harness({100, 50});
-    harness.show(controller);
-    auto place = [&] { return controller->view()->subviews().at(1)->frame(); };
+    Shown harness({100, 50}, HStack{{.spacing = 0}, Leaf("b"), reader(&count)});
+    auto place = [&] { return harness.controller->view()->subviews().at(1)->frame(); };
     EXPECT_EQ(place(), CGRect::make(20, 0, 40, 10));
     EXPECT_EQ(count, 1);
 
@@ -114,33 +94,33 @@ TEST(GeometryReader, describes_its_content_by_its_size)
     EXPECT_EQ(place(), CGRect::make(20, 0, 90, 10));
     EXPECT_EQ(count, 2);
 
-    controller->setRootView(HStack{{.spacing = 0}, Leaf("b"), reader(&count)});
-    harness.settle();
+    harness.update(HStack{{.spacing = 0}, Leaf("b"), reader(&count)});
     EXPECT_EQ(count, 3) << "a new description counts, the same place does not";
 }
 
-TEST(GeometryReader, knows_its_place_in_the_window)
+// The inner reader is described during a layout, before the group around it stands in the window.
+TEST(GeometryReader, inside_of_a_group_that_another_describes_knows_its_place_in_the_window)
 {
-    auto seen = std::make_shared<CGRect>();
-    auto controller = host(GeometryReader{[seen](const GeometryProxy& proxy) {
-                               *seen = proxy.globalFrame;
-                               return Leaf("a");
-                           }}
-                           | padding(10));
-    ViewHarness harness({100, 50});
-    harness.show(controller);
-    EXPECT_EQ(*seen, CGRect::make(10, 10, 80, 30));
+    auto frame = std::make_shared<CGRect>();
+    auto inner = [frame](const GeometryProxy& proxy) {
+        *frame = proxy.globalFrame;
+        return Text{"Inside"};
+    };
+    auto outer = [inner](const GeometryProxy& proxy) {
+        return GeometryReader{inner} | cornerRadius(8) | padding(20)
+            | platform::frame({.width = proxy.size.width, .height = proxy.size.height});
+    };
+    Shown harness({320, 200}, GeometryReader{outer});
+    EXPECT_EQ(*frame, CGRect::make(20, 20, 280, 160));
 }
 
 TEST(GeometryReader, with_a_text_inside_lays_out_what_changes_there)
 {
     // The text becomes another one while the reader is laid out: it stands in its new size at once.
-    auto controller = host(GeometryReader{[](const GeometryProxy& proxy) {
-        return HStack{Text{proxy.size.width > 150 ? "a much longer text" : "short"}, Spacer{}};
-    }});
-    ViewHarness harness({100, 50});
-    harness.show(controller);
-    auto& label = dynamic_cast<UILabel&>(*controller->view()->subviews().at(0));
+    Shown harness({100, 50}, GeometryReader{[](const GeometryProxy& proxy) {
+                      return HStack{Text{proxy.size.width > 150 ? "a much longer text" : "short"}, Spacer{}};
+                  }});
+    auto& label = dynamic_cast<UILabel&>(harness.view());
     auto before = label.bounds().width();
     harness.window().setFrame(CGRect::make(0, 0, 300, 50));
     harness.settle();

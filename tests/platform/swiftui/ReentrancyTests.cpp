@@ -1,21 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Views that change the tree they stand in at the worst moment.
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/GeometryReader.h"
-#include "platform/swiftui/LinearGradient.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/animation.h"
-#include "platform/swiftui/appearance.h"
-#include "platform/swiftui/effects.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/gestures.h"
-#include "platform/swiftui/mask.h"
-#include "platform/swiftui/matched.h"
-#include "platform/swiftui/placement.h"
-#include "platform/swiftui/stacks.h"
-#include "platform/swiftui/transition.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -40,14 +25,13 @@ template <class Decorate, class Act>
 Log afterRemoving(Decorate decorate, Act act)
 {
     auto shown = makeHandle<bool>();
-    auto controller =
-        host(removable(shown, [&](Leaf leaf) { return decorate(leaf, [shown] { (*shown)->set(false); }); }));
-    ViewHarness harness({100, 100});
-    harness.show(controller);
+    Shown harness({100, 100}, removable(shown, [&](Leaf leaf) {
+                      return decorate(leaf, [shown] { (*shown)->set(false); });
+                  }));
     act(harness);
     harness.advance(5s);
     harness.paintFrame();
-    return names(*controller->view());
+    return harness.names();
 }
 
 TEST(View, can_be_removed_by_what_happens_to_itself)
@@ -101,16 +85,14 @@ TEST(View, can_be_removed_by_what_happens_to_itself)
     // By the completion of its own animation, and while that runs.
     for (auto time : {200ms, 2000ms}) {
         auto shown = makeHandle<bool>();
-        auto controller = host(removable(shown, [](Leaf leaf) { return leaf; }));
-        ViewHarness harness({100, 100});
-        harness.show(controller);
+        Shown harness({100, 100}, removable(shown, [](Leaf leaf) { return leaf; }));
         UIView::animate(
             AnimationTiming::linear(1), [&] { harness.find("a").setAlpha(0); },
             [&](bool) { (*shown)->set(false); });
         harness.advance(time);
         (*shown)->set(false);
         harness.advance(5s);
-        EXPECT_EQ(names(*controller->view()), gone);
+        EXPECT_EQ(harness.names(), gone);
     }
 }
 
@@ -144,8 +126,7 @@ struct Restless {
 
 TEST(Layout, that_changes_state_comes_to_rest_where_the_state_does)
 {
-    ViewHarness harness({100, 100});
-    harness.show(host(Restless{.limit = 30}));
+    Shown harness({100, 100}, Restless{.limit = 30});
     harness.settle();
     harness.find("30");
 }
@@ -154,8 +135,7 @@ TEST(Layout, that_never_comes_to_rest_is_a_fault_that_stops_a_test_and_slows_a_p
 {
     EXPECT_DEATH(
         {
-            ViewHarness harness({100, 100});
-            harness.show(host(Restless{.limit = 1'000'000'000}));
+            Shown harness({100, 100}, Restless{.limit = 1'000'000'000});
             harness.advance(10s);
         },
         "rest");
@@ -171,10 +151,10 @@ double brightnessAt(ViewHarness& harness, double x)
 TEST(LinearGradient, that_is_interrupted_goes_on_from_where_it_is_with_a_springs_speed)
 {
     auto end = makeHandle<double>();
-    ViewHarness harness({100, 10});
-    harness.show(host(stateful(end, 0.0, [](double now) {
-        return LinearGradient::ofColors({UIColor::black(), UIColor::white()}, {now - 1, 0}, {now, 0});
-    })));
+    Shown harness({100, 10}, stateful(end, 0.0, [](double now) {
+                      return LinearGradient::ofColors({UIColor::black(), UIColor::white()}, {now - 1, 0},
+                                                      {now, 0});
+                  }));
     auto edge = [&] { return 100.0 * (1 - brightnessAt(harness, 0)); }; // where it is white
     withAnimation(Animation::linear(1), [&] { (*end)->set(0.8); });
     harness.advance(500ms);
@@ -193,12 +173,11 @@ TEST(LinearGradient, that_is_interrupted_goes_on_from_where_it_is_with_a_springs
 TEST(Matched, begins_where_the_view_it_replaces_was)
 {
     auto open = makeHandle<bool>();
-    ViewHarness harness({100, 100});
-    harness.show(host(stateful(open, false, [](bool isOpen) {
-        return when(
-            isOpen, [] { return Leaf("large", {80, 40}) | matched("card"); },
-            [] { return Leaf("small", {20, 20}) | matched("card") | position({10, 10}); });
-    })));
+    Shown harness({100, 100}, stateful(open, false, [](bool isOpen) {
+                      return when(
+                          isOpen, [] { return Leaf("large", {80, 40}) | matched("card"); },
+                          [] { return Leaf("small", {20, 20}) | matched("card") | position({10, 10}); });
+                  }));
     auto place = [&](std::string_view name) {
         auto& view = harness.find(name);
         return view.superview()->presentationFrame();
@@ -214,8 +193,7 @@ TEST(Matched, begins_where_the_view_it_replaces_was)
     EXPECT_NEAR(place("small").midX(), 30, 1) << "from where the other one was on its way";
     harness.advance(2s);
     EXPECT_EQ(place("small"), CGRect::make(0, 0, 20, 20));
-    (*open)->set(true);
-    harness.settle();
+    harness.set(open, true);
     EXPECT_EQ(place("large"), CGRect::make(10, 30, 80, 40)) << "at once without an animation";
 }
 

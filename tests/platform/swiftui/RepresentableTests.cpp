@@ -1,11 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/UIViewControllerRepresentable.h"
-
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/Environment.h"
-#include "platform/swiftui/layered.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -105,40 +99,34 @@ TEST(UIViewControllerRepresentable, comes_and_goes_in_the_order_that_introspecti
 {
     auto log = std::make_shared<Log>();
     auto version = makeHandle<int>();
-    auto controller = host(stateful(version, 1, [log](int now) {
+    Shown harness(stateful(version, 1, [log](int now) {
         return when(now > 0, [&] { return Talking(log, now); }, [] { return Leaf("none"); });
     }));
-    ViewHarness harness;
-    harness.show(controller);
     EXPECT_EQ(
         *log,
         (Log{"makeCoordinator", "make", "willMove(parent)", "viewDidLoad", "view inserted", "didMove(parent)",
              "update 1", "viewWillAppear", "viewDidLayoutSubviews", "viewDidAppear"}));
 
     log->clear();
-    (*version)->set(2);
-    harness.settle();
+    harness.set(version, 2);
     EXPECT_EQ(*log, Log{"update 2"});
 
     log->clear();
-    (*version)->set(0);
-    harness.settle();
+    harness.set(version, 0);
     EXPECT_EQ(*log,
               (Log{"willMove(null)", "viewWillDisappear", "viewDidDisappear", "view removed", "didMove(null)",
                    "dismantle", "coordinator gone"}));
-    EXPECT_TRUE(controller->children().empty());
+    EXPECT_TRUE(harness.controller->children().empty());
 }
 
 TEST(UIViewControllerRepresentable, that_is_added_on_screen_appears_after_its_first_update)
 {
     auto log = std::make_shared<Log>();
     auto shown = makeHandle<bool>();
-    ViewHarness harness;
-    harness.show(host(stateful(shown, false, [log](bool isShown) {
+    Shown harness(stateful(shown, false, [log](bool isShown) {
         return when(isShown, [&] { return Talking(log, 1); }, [] { return Leaf("none"); });
-    })));
-    (*shown)->set(true);
-    harness.settle();
+    }));
+    harness.set(shown, true);
     EXPECT_EQ(
         *log,
         (Log{"makeCoordinator", "make", "willMove(parent)", "viewDidLoad", "viewWillAppear", "view inserted",
@@ -149,13 +137,11 @@ TEST(UIViewControllerRepresentable, may_change_state_when_it_has_moved)
 {
     auto log = std::make_shared<Log>();
     auto version = makeHandle<int>();
-    auto controller = host(stateful(version, 1, [=](int now) {
+    Shown harness(stateful(version, 1, [=](int now) {
         auto talking = Talking(log, now);
         talking.onMoved = [version] { (*version)->set(5); };
         return talking;
     }));
-    ViewHarness harness;
-    harness.show(controller);
     EXPECT_EQ(std::ranges::count(*log, "update 5"), 1);
     EXPECT_EQ(std::ranges::count(*log, "makeCoordinator"), 1);
 }
@@ -226,8 +212,7 @@ TEST(UIHostingController, measures_what_was_changed_just_now)
 TEST(UIHostingController, gives_a_root_with_senseless_sizes_a_finite_place)
 {
     for (auto size : {CGSize{NAN, NAN}, CGSize{-5, -5}, CGSize{INFINITY, 1}}) {
-        ViewHarness harness({100, 100});
-        harness.show(host(Leaf("a", size)));
+        Shown harness({100, 100}, Leaf("a", size));
         auto frame = harness.find("a").frame();
         EXPECT_TRUE(std::isfinite(frame.origin.x) && std::isfinite(frame.origin.y)) << size.width;
         EXPECT_FALSE(frame.size.width < 0) << size.width;
@@ -239,33 +224,27 @@ TEST(UIHostingController, gives_a_root_with_senseless_sizes_a_finite_place)
 TEST(Subviews, stand_in_the_order_of_the_tree_backgrounds_before_content_and_overlays_after)
 {
     auto shown = makeHandle<bool>();
-    auto controller = host(stateful(shown, false, [](bool isShown) {
+    Shown harness(stateful(shown, false, [](bool isShown) {
         auto behind = when(
             isShown, [] { return Leaf("behind 1") | background(Leaf("behind 0")); },
             [] { return Leaf("nothing behind"); });
         return Leaf("content") | background(behind) | overlay(Leaf("front") | overlay(Leaf("foremost")));
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    EXPECT_EQ(names(*controller->view()), (Log{"nothing behind", "content", "front", "foremost"}));
-    auto content = controller->view()->subviews()[1];
-    (*shown)->set(true);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), (Log{"behind 0", "behind 1", "content", "front", "foremost"}));
-    EXPECT_EQ(controller->view()->subviews()[2], content);
+    EXPECT_EQ(harness.names(), (Log{"nothing behind", "content", "front", "foremost"}));
+    auto content = harness.controller->view()->subviews()[1];
+    harness.set(shown, true);
+    EXPECT_EQ(harness.names(), (Log{"behind 0", "behind 1", "content", "front", "foremost"}));
+    EXPECT_EQ(harness.controller->view()->subviews()[2], content);
 }
 
 TEST(Subviews, are_not_touched_by_an_update_that_changes_no_structure)
 {
     auto width = makeHandle<int>();
-    auto controller = host(stateful(
+    Shown harness(stateful(
         width, 10, [](int now) { return Leaf("content", {CGFloat(now), 10}) | overlay(Filler("front")); }));
-    ViewHarness harness;
-    harness.show(controller);
-    auto before = controller->view()->subviews();
-    (*width)->set(40);
-    harness.settle();
-    EXPECT_EQ(controller->view()->subviews(), before);
+    auto before = harness.controller->view()->subviews();
+    harness.set(width, 40);
+    EXPECT_EQ(harness.controller->view()->subviews(), before);
     EXPECT_EQ(harness.find("front").frame().size.width, 40);
 }
 

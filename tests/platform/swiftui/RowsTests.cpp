@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/swiftui.h"
 #include "platform/uikit/UILabel.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -84,18 +82,16 @@ TEST(Rows, one_that_changes_is_all_that_is_worked_on)
 TEST(Rows, one_that_becomes_wider_moves_no_other)
 {
     auto handles = std::make_shared<Handles::element_type>(rowCount);
-    auto controller = host(statefulRows(handles));
-    ViewHarness harness({320, 30'000});
-    harness.show(controller);
+    Shown harness({320, 30'000}, statefulRows(handles));
     harness.paintFrame();
-    auto before = controller->statistics();
+    auto before = harness.controller->statistics();
     (*handles)[changed]->set(1'000'000);
     auto painted = harness.paintFrame();
-    auto& after = controller->statistics();
+    auto& after = harness.controller->statistics();
     EXPECT_EQ(after.bodies - before.bodies, 1);
     EXPECT_LE(after.placements - before.placements, 3); // text, space, row
     EXPECT_LE(after.measurements - before.measurements, 24);
-    auto row = labels(*controller->view())[changed]->frame();
+    auto row = labels(*harness.controller->view())[changed]->frame();
     for (auto& rect : painted)
         EXPECT_TRUE(row.insetBy(-1, -1).contains(rect)) << "another row was painted";
 }
@@ -103,14 +99,12 @@ TEST(Rows, one_that_becomes_wider_moves_no_other)
 TEST(Rows, that_are_told_the_same_are_left_alone)
 {
     auto handles = std::make_shared<Handles::element_type>(rowCount);
-    auto controller = host(statefulRows(handles));
-    ViewHarness harness({320, 30'000});
-    harness.show(controller);
+    Shown harness({320, 30'000}, statefulRows(handles));
     harness.paintFrame();
-    auto before = controller->statistics();
-    controller->setRootView(statefulRows(handles));
+    auto before = harness.controller->statistics();
+    harness.controller->setRootView(statefulRows(handles));
     EXPECT_TRUE(harness.paintFrame().empty());
-    auto& after = controller->statistics();
+    auto& after = harness.controller->statistics();
     EXPECT_EQ(after.bodies, before.bodies);
     EXPECT_EQ(after.measurements, before.measurements);
     EXPECT_EQ(after.placements, before.placements);
@@ -134,23 +128,22 @@ TEST(Rows, of_data_of_which_one_element_changes_evaluate_one_body)
     for (int index = 0; index < rowCount; ++index)
         items.push_back({index, "Row " + std::to_string(index) + ": 10"});
     auto handle = makeHandle<std::vector<Item>>();
-    auto controller = host(stateful(handle, items, [](const std::vector<Item>& data) {
-        return VStack{{.spacing = 0}, ForEach{data, [](const Item& item) { return ItemRow{item}; }}};
-    }));
-    ViewHarness harness({320, 30'000});
-    harness.show(controller);
+    Shown harness({320, 30'000}, stateful(handle, items, [](const std::vector<Item>& data) {
+                      return VStack{{.spacing = 0},
+                                    ForEach{data, [](const Item& item) { return ItemRow{item}; }}};
+                  }));
     harness.paintFrame();
-    auto before = controller->statistics();
+    auto before = harness.controller->statistics();
     EXPECT_EQ(before.bodies, rowCount + 1);
 
     items[changed].title = "Row 400: 11";
     (*handle)->set(items);
     auto painted = harness.paintFrame();
-    auto& after = controller->statistics();
+    auto& after = harness.controller->statistics();
     EXPECT_EQ(after.bodies - before.bodies, 2) << "that of the list and that of the row";
     EXPECT_EQ(after.updates - before.updates, 1);
     EXPECT_LE(after.placements - before.placements, 2);
-    auto row = labels(*controller->view())[changed]->frame();
+    auto row = labels(*harness.controller->view())[changed]->frame();
     ASSERT_FALSE(painted.empty());
     for (auto& rect : painted)
         EXPECT_TRUE(row.insetBy(-1, -1).contains(rect)) << "another row was painted";

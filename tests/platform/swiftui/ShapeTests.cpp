@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/shapes.h"
-
 #include "platform/dispatch/DisplayLink.h"
-#include "platform/swiftui/Color.h"
-#include "platform/swiftui/LinearGradient.h"
-#include "platform/swiftui/Transaction.h"
-#include "platform/swiftui/environment.h"
-#include "platform/swiftui/frame.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
+#include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -18,15 +12,13 @@ using namespace platform;
 using namespace probes;
 using namespace std::chrono_literals;
 using harness::colorAt;
-using harness::ViewHarness;
 
 const std::string red = "ff0000", green = "00ff00", blue = "0000ff";
 
 template <View Root>
 UIImage pictureOf(Root root, CGSize size = {40, 40})
 {
-    ViewHarness harness(size);
-    harness.show(host(std::move(root)));
+    Shown harness(size, std::move(root));
     return harness.snapshot();
 }
 
@@ -58,26 +50,21 @@ TEST(Shape, covers_its_outline_only)
 TEST(Shape, paints_the_half_of_a_line_that_lies_outside_of_its_place)
 {
     auto handle = makeHandle<double>();
-    auto controller = host(stateful(handle, 6.0, [](double width) {
-        return Rectangle{} | stroke(UIColor::red(), width) | frame({.width = 20, .height = 20});
-    }));
-    ViewHarness harness({40, 40});
-    harness.show(controller);
+    Shown harness({40, 40}, stateful(handle, 6.0, [](double width) {
+                      return Rectangle{} | stroke(UIColor::red(), width) | frame({.width = 20, .height = 20});
+                  }));
     EXPECT_EQ(colorAt(harness.snapshot(), {8, 8}), red);
     EXPECT_NE(colorAt(harness.snapshot(), {5, 20}), red);
-    (*handle)->set(14.0);
-    harness.settle();
+    harness.set(handle, 14.0);
     EXPECT_EQ(colorAt(harness.snapshot(), {4, 20}), red) << "a wider line has the room it needs";
 }
 
 TEST(Shape, without_a_colour_takes_that_of_the_surroundings)
 {
     auto handle = makeHandle<bool>();
-    auto controller = host(stateful(handle, false, [](bool isBlue) {
-        return Rectangle{} | foregroundColor(isBlue ? UIColor::blue() : UIColor::red());
-    }));
-    ViewHarness harness({40, 40});
-    harness.show(controller);
+    Shown harness({40, 40}, stateful(handle, false, [](bool isBlue) {
+                      return Rectangle{} | foregroundColor(isBlue ? UIColor::blue() : UIColor::red());
+                  }));
     EXPECT_EQ(colorAt(harness.snapshot(), {20, 20}), red);
     (*handle)->set(true);
     EXPECT_EQ(colorAt(harness.snapshot(), {20, 20}), blue);
@@ -106,11 +93,9 @@ struct Bar {
 TEST(Shape, moves_its_numbers_and_its_colour_in_an_animation)
 {
     auto handle = makeHandle<bool>();
-    auto controller = host(stateful(handle, false, [](bool isLong) {
-        return Bar{isLong ? 1.0 : 0.0} | fill(isLong ? UIColor::green() : UIColor::red());
-    }));
-    ViewHarness harness({100, 10});
-    harness.show(controller);
+    Shown harness({100, 10}, stateful(handle, false, [](bool isLong) {
+                      return Bar{isLong ? 1.0 : 0.0} | fill(isLong ? UIColor::green() : UIColor::red());
+                  }));
     withAnimation(Animation::linear(1), [&] { (*handle)->set(true); });
     harness.settle();
     harness.advance(500ms);
@@ -129,10 +114,8 @@ TEST(Shape, moves_its_numbers_and_its_colour_in_an_animation)
 TEST(Shape, that_turns_back_continues_from_where_it_is)
 {
     auto handle = makeHandle<double>();
-    auto controller =
-        host(stateful(handle, 0.0, [](double part) { return Bar{part} | fill(UIColor::red()); }));
-    ViewHarness harness({100, 10});
-    harness.show(controller);
+    Shown harness({100, 10},
+                  stateful(handle, 0.0, [](double part) { return Bar{part} | fill(UIColor::red()); }));
     withAnimation(Animation::linear(1), [&] { (*handle)->set(1); });
     harness.settle();
     harness.advance(500ms);
@@ -153,14 +136,12 @@ TEST(Shape, that_goes_while_it_moves_leaves_nothing_running)
 {
     auto handle = makeHandle<double>();
     {
-        auto controller = host(stateful(handle, 0.0, [](double part) { return Bar{part} | fill(); }));
-        ViewHarness harness({100, 10});
-        harness.show(controller);
+        Shown harness({100, 10}, stateful(handle, 0.0, [](double part) { return Bar{part} | fill(); }));
         withAnimation(Animation::linear(1), [&] { (*handle)->set(1); });
         harness.settle();
-        auto view = controller->view()->subviews().front();
+        auto view = harness.controller->view()->subviews().front();
         harness.dropWindow();
-        controller.reset();
+        harness.controller.reset();
         harness.advance(2s);
         view->setNeedsDisplay(); // somebody kept it
     }
@@ -180,14 +161,12 @@ TEST(LinearGradient, runs_between_its_points)
 TEST(LinearGradient, moves_its_points_in_an_animation)
 {
     auto handle = makeHandle<bool>();
-    auto controller = host(stateful(handle, false, [](bool isMoved) {
-        auto x = isMoved ? 1.0 : 0.0;
-        return LinearGradient{{{0, UIColor::red()}, {0.01, UIColor::blue()}},
-                              {x, 0},
-                              {x + 1, 0}}; // the edge is at the start point
-    }));
-    ViewHarness harness({100, 10});
-    harness.show(controller);
+    Shown harness({100, 10}, stateful(handle, false, [](bool isMoved) {
+                      auto x = isMoved ? 1.0 : 0.0;
+                      return LinearGradient{{{0, UIColor::red()}, {0.01, UIColor::blue()}},
+                                            {x, 0},
+                                            {x + 1, 0}}; // the edge is at the start point
+                  }));
     EXPECT_EQ(colorAt(harness.snapshot(), {5, 5}), blue);
     withAnimation(Animation::linear(1), [&] { (*handle)->set(true); });
     harness.settle();
@@ -208,11 +187,45 @@ TEST(LinearGradient, without_stops_or_length_paints_what_there_is)
               blue);
 }
 
-TEST(Color, fills_what_it_is_offered)
+// A mask that is a gradient is painted in one step. It must look as any other mask does.
+
+TEST(GradientMask, looks_as_the_same_mask_with_a_picture_of_its_own)
 {
-    auto picture = pictureOf(Color{UIColor::red()} | frame({.width = 10, .height = 10}));
-    EXPECT_EQ(colorAt(picture, {20, 20}), red);
-    EXPECT_EQ(colorAt(picture, {5, 5}), "ffffff");
+    auto gradient = [](std::vector<double> alphas, UnitPoint end = {0.8, 1}) {
+        std::vector<UIColor> colors;
+        for (auto alpha : alphas)
+            colors.push_back(UIColor::gray(0, alpha));
+        return LinearGradient::ofColors(colors, {0.1, 0}, end);
+    };
+    auto content = Text{"Masked"} | padding(10) | background(Circle{} | fill(UIColor::systemRed()))
+        | frame({.width = 80.5, .height = 60.25});
+    struct Pair {
+        AnyView simple, clipped; // the second is painted by itself first
+    };
+    auto masked = [&](auto mask) {
+        return Pair{AnyView{content | platform::mask(mask)},
+                    AnyView{content | platform::mask(mask | platform::clipped())}};
+    };
+    const struct {
+        const char* name;
+        Pair pair;
+    } cases[]{{"dim, bright, dim", masked(gradient({0.3, 1, 0.3}))},
+              {"no colours at all", masked(gradient({}))},
+              {"both ends in one place", masked(gradient({1, 0.5}, {0.1, 0}))},
+              {"smaller than the content", masked(gradient({1, 0}) | frame({.width = 40, .height = 30}))},
+              {"turned", masked(gradient({0, 1}) | scaleEffect(1.8) | rotationEffect(Angle{0.4}))}};
+    for (auto [scale, turn] : {std::pair{1.0, Angle{}}, {2.0, Angle{}}, {1.5, Angle{0.2}}}) {
+        for (auto& each : cases) {
+            auto picture = [&](bool isSimple) {
+                harness::DeclarativeHarness harness({120, 120}, {.displayScale = scale});
+                harness.show((isSimple ? each.pair.simple : each.pair.clipped) | opacity(0.7)
+                             | rotationEffect(turn) | offset({.x = 7.3}));
+                return harness.snapshot();
+            };
+            EXPECT_LT(harness::differenceOf(picture(true), picture(false), 6), 0.01)
+                << each.name << " at " << scale;
+        }
+    }
 }
 
 } // namespace

@@ -1,22 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Sheets, covers and popovers that the tree wants.
-#include "platform/swiftui/sheet.h"
 
-#include "platform/swiftui/Button.h"
-#include "platform/swiftui/Color.h"
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/Environment.h"
-#include "platform/swiftui/ZStack.h"
-#include "platform/swiftui/environment.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/layered.h"
-#include "platform/swiftui/placement.h"
-#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UIPopoverPresentationController.h"
 #include "platform/uikit/UISheetPresentationController.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/Element.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -25,45 +12,22 @@ namespace {
 using namespace platform;
 using namespace std::chrono_literals;
 using harness::ViewHarness;
+using probes::cell;
 using Role = AccessibilityRole;
-
-template <class Value>
-std::shared_ptr<StateCell<Value>> cell(Value value = {})
-{
-    return std::make_shared<StateCell<Value>>(std::move(value));
-}
 
 // A host in a window, and what is over it.
 template <class Root>
-struct Scene {
-    ViewHarness harness;
-    std::shared_ptr<UIHostingController<Root>> host;
-
-    explicit Scene(Root root, CGSize size = {800, 600}, UITraitCollection traits = {})
-        : harness(size, traits)
-        , host(probes::host(std::move(root)))
+struct Scene : probes::Scene<Root> {
+    explicit Scene(Root root, CGSize size = {800, 600})
+        : probes::Scene<Root>(std::move(root), size)
     {
-        harness.show(host);
-        settle();
-    }
-    void settle()
-    {
-        for (int i = 0; i < 4; ++i) {
-            harness.settle();
-            harness.advance(1s);
-        }
     }
     std::optional<harness::Element> dialog()
     {
-        auto all = harness.findAll(Role::dialog);
+        auto all = this->harness.findAll(Role::dialog);
         return all.empty() ? std::nullopt : std::optional(all.back());
     }
     std::string text() { return dialog() ? dialog()->findAll(Role::staticText).front().label() : ""; }
-    void press(UIKeyCode key)
-    {
-        harness.press(key);
-        settle();
-    }
 };
 
 struct Note {

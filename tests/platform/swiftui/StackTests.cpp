@@ -1,23 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/stacks.h"
-
-#include "platform/swiftui/AnyView.h"
-#include "platform/swiftui/Divider.h"
-#include "platform/swiftui/EmptyView.h"
-#include "platform/swiftui/Spacer.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/TupleView.h"
-#include "platform/swiftui/ZStack.h"
-#include "platform/swiftui/environment.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/padding.h"
-#include "platform/swiftui/placement.h"
 #include "tests/platform/swiftui/layoutProbes.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -174,17 +160,13 @@ TEST(Stack, survives_lengths_that_are_no_lengths)
 
 TEST(Stack, of_equal_options_is_not_laid_out_again)
 {
-    auto controller = host(VStack{{.spacing = 4}, Leaf("a"), Leaf("b")});
-    harness::ViewHarness harness;
-    harness.show(controller);
-    auto before = controller->statistics();
-    controller->setRootView(VStack{{.spacing = 4}, Leaf("a"), Leaf("b")});
-    harness.settle();
-    EXPECT_EQ(controller->statistics().measurements, before.measurements);
-    EXPECT_EQ(controller->statistics().placements, before.placements);
-    controller->setRootView(VStack{{.spacing = 5}, Leaf("a"), Leaf("b")});
-    harness.settle();
-    EXPECT_GT(controller->statistics().placements, before.placements);
+    Shown harness(VStack{{.spacing = 4}, Leaf("a"), Leaf("b")});
+    auto before = harness.controller->statistics();
+    harness.update(VStack{{.spacing = 4}, Leaf("a"), Leaf("b")});
+    EXPECT_EQ(harness.controller->statistics().measurements, before.measurements);
+    EXPECT_EQ(harness.controller->statistics().placements, before.placements);
+    harness.update(VStack{{.spacing = 5}, Leaf("a"), Leaf("b")});
+    EXPECT_GT(harness.controller->statistics().placements, before.placements);
 }
 
 // A stack of stacks, to the depth given, in turn a row and a column of a flexible view and the rest.
@@ -201,11 +183,9 @@ auto nested()
 
 TEST(Stack, within_stacks_measures_each_a_bounded_number_of_times)
 {
-    auto controller = host(nested<14>());
-    harness::ViewHarness harness({5000, 5000});
-    harness.show(controller);
+    Shown harness({5000, 5000}, nested<14>());
     // 29 nodes; without what is remembered the innermost would be asked three times for each stack around it.
-    EXPECT_LT(controller->statistics().measurements, 29 * 12);
+    EXPECT_LT(harness.controller->statistics().measurements, 29 * 12);
 }
 
 TEST(Stack, aligns_baselines_of_texts_of_different_sizes)
@@ -216,11 +196,9 @@ TEST(Stack, aligns_baselines_of_texts_of_different_sizes)
                       Text{"small\nof two lines"} | font(Font::system(12))};
     };
     for (auto alignment : {VerticalAlignment::firstTextBaseline, VerticalAlignment::lastTextBaseline}) {
-        auto controller = host(row(alignment));
-        harness::ViewHarness harness;
-        harness.show(controller);
+        Shown harness(row(alignment));
         std::vector<CGFloat> baselines;
-        for (auto& view : controller->view()->subviews()) {
+        for (auto& view : harness.controller->view()->subviews()) {
             auto isFirst = alignment == VerticalAlignment::firstTextBaseline;
             auto offset =
                 isFirst ? view->firstBaselineOffset() : view->bounds().height() - view->lastBaselineOffset();

@@ -1,12 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/State.h"
-
-#include "platform/swiftui/ConditionalContent.h"
-#include "platform/swiftui/Environment.h"
-#include "platform/swiftui/environment.h"
-#include "platform/swiftui/layered.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -32,13 +25,10 @@ struct Counter {
 TEST(State, keeps_its_value_when_the_record_is_replaced)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(Counter{"a", handle});
-    ViewHarness harness;
-    harness.show(controller);
+    Shown harness(Counter{"a", handle});
     (*handle)->set(7);
-    controller->setRootView(Counter{"b", handle, 3});
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"b7"});
+    harness.update(Counter{"b", handle, 3});
+    EXPECT_EQ(harness.names(), Log{"b7"});
 }
 
 TEST(State, has_its_initial_value_and_forgets_what_is_set_before_it_is_mounted)
@@ -52,40 +42,31 @@ TEST(State, has_its_initial_value_and_forgets_what_is_set_before_it_is_mounted)
 TEST(State, that_is_set_to_what_it_is_updates_nothing)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(Counter{"a", handle});
-    ViewHarness harness;
-    harness.show(controller);
-    auto before = controller->statistics().updates;
-    (*handle)->set(1);
-    harness.settle();
-    EXPECT_EQ(controller->statistics().updates, before);
+    Shown harness(Counter{"a", handle});
+    auto before = harness.controller->statistics().updates;
+    harness.set(handle, 1);
+    EXPECT_EQ(harness.controller->statistics().updates, before);
 }
 
 TEST(State, of_a_place_that_comes_back_begins_anew)
 {
     auto handle = makeHandle<int>();
     auto shown = makeHandle<bool>();
-    auto controller = host(stateful(shown, true, [handle](bool isShown) {
+    Shown harness(stateful(shown, true, [handle](bool isShown) {
         return when(isShown, [&] { return Counter{"a", handle}; }, [] { return Leaf("none"); });
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    (*handle)->set(7);
-    harness.settle();
-    (*shown)->set(false);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"none"});
-    (*shown)->set(true);
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"a1"});
+    harness.set(handle, 7);
+    harness.set(shown, false);
+    EXPECT_EQ(harness.names(), Log{"none"});
+    harness.set(shown, true);
+    EXPECT_EQ(harness.names(), Log{"a1"});
 }
 
 TEST(State, that_outlives_its_view_may_still_be_set)
 {
     auto handle = makeHandle<int>();
     {
-        ViewHarness harness;
-        harness.show(host(Counter{"a", handle}));
+        Shown harness(Counter{"a", handle});
     }
     (*handle)->set(9);
     EXPECT_EQ((*handle)->get(), 9);
@@ -130,26 +111,14 @@ TEST(Binding, updates_who_holds_it_once_after_its_parent_and_nobody_else)
 {
     auto handle = makeHandle<int>();
     auto log = std::make_shared<Log>();
-    auto controller = host(Owner{handle, log});
-    ViewHarness harness;
-    harness.show(controller);
+    Shown harness(Owner{handle, log});
     log->clear();
     (*handle)->set(1);
     (*handle)->set(2);
     EXPECT_EQ(*log, Log{}) << "nothing is described before the turn of the run loop ends";
     harness.settle();
     EXPECT_EQ(*log, (Log{"owner", "reader"}));
-    EXPECT_EQ(names(*controller->view()), (Log{"reader2", "bystander"}));
-}
-
-TEST(Binding, of_functions_reads_and_writes_through_them)
-{
-    int stored = 3;
-    Binding<int> binding([&] { return stored; }, [&](int value) { stored = value; });
-    binding.set(binding.get() + 1);
-    EXPECT_EQ(stored, 4);
-    EXPECT_TRUE(binding == Binding<int>(binding));
-    EXPECT_FALSE(binding == Binding<int>([] { return 0; }, [](int) {}));
+    EXPECT_EQ(harness.names(), (Log{"reader2", "bystander"}));
 }
 
 // --- Environment -------------------------------------------------------------------------------------
@@ -173,35 +142,16 @@ TEST(EnvironmentValue, that_changes_refreshes_exactly_its_readers)
 {
     auto handle = makeHandle<int>();
     auto log = std::make_shared<Log>();
-    auto controller = host(stateful(handle, 1, [log](int value) {
+    Shown harness(stateful(handle, 1, [log](int value) {
         return PaperReader{"outer", log}
         | overlay(PaperReader{"inner", log} | overlay(Bystander{log})
                   | platform::environment<PaperKey>(value))
             | overlay(PaperReader{"fixed", log} | platform::environment<PaperKey>(5));
     }));
-    ViewHarness harness;
-    harness.show(controller);
     EXPECT_EQ(*log, (Log{"outer10", "inner1", "bystander", "fixed5"}));
     log->clear();
-    (*handle)->set(2);
-    harness.settle();
+    harness.set(handle, 2);
     EXPECT_EQ(*log, Log{"inner2"});
-}
-
-TEST(EnvironmentValue, of_the_surroundings_follows_the_window)
-{
-    struct SchemeReader {
-        Environment<ColorSchemeKey> scheme{};
-        auto dynamicProperties() { return std::tie(scheme); }
-        auto body() const { return Leaf(scheme.get() == ColorScheme::dark ? "dark" : "light"); }
-    };
-    auto controller = host(SchemeReader{});
-    ViewHarness harness;
-    harness.show(controller);
-    EXPECT_EQ(names(*controller->view()), Log{"light"});
-    harness.window().setBaseTraits({.userInterfaceStyle = UIUserInterfaceStyle::dark});
-    harness.settle();
-    EXPECT_EQ(names(*controller->view()), Log{"dark"});
 }
 
 // --- At the wrong moment -----------------------------------------------------------------------------
@@ -222,14 +172,12 @@ struct SetsWhileDescribing {
 TEST(State, that_is_changed_in_a_body_is_complained_of_and_shown_next)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(SetsWhileDescribing{handle});
-    ViewHarness harness;
-    harness.show(controller);
+    Shown harness(SetsWhileDescribing{handle});
     (*handle)->set(1);
     testing::internal::CaptureStderr();
     harness.settle();
     EXPECT_NE(testing::internal::GetCapturedStderr().find("while a body was evaluated"), std::string::npos);
-    EXPECT_EQ(names(*controller->view()), Log{"2"});
+    EXPECT_EQ(harness.names(), Log{"2"});
 }
 
 // Counts its measurements in a state: each layout asks for another update, three times.
@@ -256,11 +204,9 @@ struct SetsWhileMeasured : UIViewRepresentable<SetsWhileMeasured> {
 TEST(State, that_is_changed_during_layout_is_shown_in_the_end)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 0, [handle](int) { return SetsWhileMeasured(**handle); }));
-    ViewHarness harness;
-    harness.show(controller);
-    EXPECT_EQ(names(*controller->view()), Log{"3"});
-    EXPECT_EQ(controller->view()->subviews().front()->frame().size.width, 30);
+    Shown harness(stateful(handle, 0, [handle](int) { return SetsWhileMeasured(**handle); }));
+    EXPECT_EQ(harness.names(), Log{"3"});
+    EXPECT_EQ(harness.controller->view()->subviews().front()->frame().size.width, 30);
 }
 
 TEST(ViewHost, lets_go_of_a_view_that_is_removed_while_it_is_dirty)
@@ -268,18 +214,15 @@ TEST(ViewHost, lets_go_of_a_view_that_is_removed_while_it_is_dirty)
     auto inner = makeHandle<int>();
     auto shown = makeHandle<bool>();
     auto log = std::make_shared<Log>();
-    auto controller = host(stateful(shown, true, [=](bool isShown) {
+    Shown harness(stateful(shown, true, [=](bool isShown) {
         return when(isShown, [&] { return Owner{inner, log}; }, [] { return Leaf("none"); });
     }));
-    ViewHarness harness;
-    harness.show(controller);
     log->clear();
     (*inner)->set(1);
-    (*shown)->set(false);
-    harness.settle();
+    harness.set(shown, false);
     EXPECT_EQ(*log, Log{});
-    EXPECT_EQ(names(*controller->view()), Log{"none"});
-    auto& statistics = controller->statistics();
+    EXPECT_EQ(harness.names(), Log{"none"});
+    auto& statistics = harness.controller->statistics();
     EXPECT_EQ(statistics.mounted - statistics.unmounted, 3) << "the root, the choice and the leaf";
 }
 

@@ -1,25 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/Text.h"
-
-#include "platform/swiftui/Image.h"
-#include "platform/swiftui/environment.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/placement.h"
-#include "platform/swiftui/stacks.h"
+#include "platform/swiftui/swiftui.h"
 #include "platform/uikit/UIImageView.h"
 #include "platform/uikit/UILabel.h"
 #include "tests/platform/swiftui/layoutProbes.h"
+#include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>
-
-#include <array>
-#include <limits>
 
 namespace {
 
 using namespace platform;
 using namespace probes;
-using harness::ViewHarness;
 
 UILabel& labelIn(UIView& view, std::size_t index = 0)
 {
@@ -29,25 +20,22 @@ UILabel& labelIn(UIView& view, std::size_t index = 0)
 TEST(Text, takes_its_look_from_the_surroundings)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 0, [](int step) {
+    Shown harness(stateful(handle, 0, [](int step) {
         return Text{"text"} | font(step == 0 ? Font::system(10) : Font::system(20).bold())
             | foregroundColor(step == 0 ? UIColor::red() : UIColor::blue())
             | lineLimit(step == 0 ? std::optional(2) : std::nullopt)
             | multilineTextAlignment(step == 0 ? HorizontalAlignment::leading
                                                : HorizontalAlignment::trailing);
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    auto& label = labelIn(*controller->view());
+    auto& label = labelIn(*harness.controller->view());
     EXPECT_EQ(label.font(), UIFont::systemFont(10));
     EXPECT_EQ(label.textColor(), UIColor::red());
     EXPECT_EQ(label.numberOfLines(), 2);
     EXPECT_EQ(label.textAlignment(), TextAlignment::left);
     auto small = label.bounds().size;
 
-    (*handle)->set(1);
-    harness.settle();
-    EXPECT_EQ(&labelIn(*controller->view()), &label);
+    harness.set(handle, 1);
+    EXPECT_EQ(&labelIn(*harness.controller->view()), &label);
     EXPECT_EQ(label.font(), UIFont::boldSystemFont(20));
     EXPECT_EQ(label.textColor(), UIColor::blue());
     EXPECT_EQ(label.numberOfLines(), 0);
@@ -58,10 +46,8 @@ TEST(Text, takes_its_look_from_the_surroundings)
 
 TEST(Text, follows_text_size_and_direction_of_the_window)
 {
-    auto controller = host(Text{"text"});
-    ViewHarness harness;
-    harness.show(controller);
-    auto& label = labelIn(*controller->view());
+    Shown harness(Text{"text"});
+    auto& label = labelIn(*harness.controller->view());
     auto height = label.bounds().height();
     harness.window().setBaseTraits(
         {.layoutDirection = UIUserInterfaceLayoutDirection::rightToLeft,
@@ -93,10 +79,8 @@ TEST(Text, wraps_in_the_width_it_is_offered)
     };
     for (auto& test : cases) {
         SCOPED_TRACE(test.name);
-        auto controller = host(text("aaaa bbbb cccc") | frame({.width = test.offered}));
-        ViewHarness harness({1000, 400});
-        harness.show(controller);
-        auto& label = labelIn(*controller->view());
+        Shown harness({1000, 400}, text("aaaa bbbb cccc") | frame({.width = test.offered}));
+        auto& label = labelIn(*harness.controller->view());
         EXPECT_NEAR(label.bounds().height(), word.height * test.lines, test.lines);
         EXPECT_LE(label.bounds().width(), std::max(test.offered, 0.0));
     }
@@ -104,21 +88,17 @@ TEST(Text, wraps_in_the_width_it_is_offered)
 
 TEST(Text, whose_ideal_size_is_fixed_is_not_cut)
 {
-    auto controller = host(Text{"a text of many words"} | fixedSize() | frame({.width = 10}));
-    ViewHarness harness;
-    harness.show(controller);
-    EXPECT_GT(labelIn(*controller->view()).bounds().width(), 50);
+    Shown harness(Text{"a text of many words"} | fixedSize() | frame({.width = 10}));
+    EXPECT_GT(labelIn(*harness.controller->view()).bounds().width(), 50);
 }
 
 TEST(Text, shares_a_row_by_what_it_needs)
 {
     // The short one gets all it needs, the long one wraps in the rest.
-    auto controller =
-        host(HStack{{.spacing = 0}, Text{"a text that is much too long for the row"}, Text{"short"}});
-    ViewHarness harness({150, 200});
-    harness.show(controller);
-    auto& longer = labelIn(*controller->view());
-    auto& shorter = labelIn(*controller->view(), 1);
+    Shown harness({150, 200},
+                  HStack{{.spacing = 0}, Text{"a text that is much too long for the row"}, Text{"short"}});
+    auto& longer = labelIn(*harness.controller->view());
+    auto& shorter = labelIn(*harness.controller->view(), 1);
     EXPECT_EQ(shorter.bounds().width(), shorter.sizeThatFits({unlimitedWidth, 0}).width);
     EXPECT_LE(longer.bounds().width() + shorter.bounds().width(), 150);
     EXPECT_GT(longer.bounds().height(), shorter.bounds().height());
@@ -128,11 +108,9 @@ TEST(Text, of_hostile_content_is_laid_out)
 {
     for (std::string text : {std::string(), std::string("\xff\xfe\x80"), std::string(1, '\0'),
                              std::string(200, '\n'), std::string("\u202e\u0301\u0301")}) {
-        auto controller = host(HStack{Text{text}, Text{"end"}});
-        ViewHarness harness({100, 100});
-        harness.show(controller);
+        Shown harness({100, 100}, HStack{Text{text}, Text{"end"}});
         harness.paintFrame();
-        EXPECT_EQ(labelIn(*controller->view()).text(), text);
+        EXPECT_EQ(labelIn(*harness.controller->view()).text(), text);
     }
 }
 
@@ -165,12 +143,71 @@ TEST(Image, keeps_its_size_unless_it_is_resizable)
 
 TEST(Image, that_is_a_template_takes_the_colour_of_the_surroundings)
 {
-    auto controller =
-        host(Image{picture(20, 10).withRenderingMode(UIImage::RenderingMode::alwaysTemplate)}.resizable()
-             | foregroundColor(UIColor(0, 1, 0)));
-    ViewHarness harness({20, 20});
-    harness.show(controller);
+    Shown harness({20, 20},
+                  Image{picture(20, 10).withRenderingMode(UIImage::RenderingMode::alwaysTemplate)}.resizable()
+                      | foregroundColor(UIColor(0, 1, 0)));
     EXPECT_EQ(harness::colorAt(harness.snapshot(), {10, 10}), "00ff00");
+}
+
+using harness::DeclarativeHarness;
+
+// Where the ink of a view over the window's middle is, and the place of the view itself.
+template <View V>
+CGRect inkOf(V view, const UITraitCollection& traits = {})
+{
+    DeclarativeHarness harness({200, 200}, traits);
+    harness.show(std::move(view));
+    return harness::inkBounds(harness.snapshot());
+}
+
+Image symbol(const char* name)
+{
+    return Image{.systemName = name};
+}
+
+TEST(Symbol, takes_size_and_weight_and_colour_of_the_text_around_it)
+{
+    auto body = inkOf(symbol("circle.fill"));
+    EXPECT_NEAR(body.width(), body.height(), 1);
+    EXPECT_NEAR(body.midX(), 100, 1);
+    EXPECT_NEAR(inkOf(symbol("circle.fill") | font(Font::largeTitle())).width(), body.width() * 2, 2);
+    EXPECT_GT(inkOf(symbol("circle.fill") | imageScale(SymbolScale::large)).width(), body.width() * 1.2);
+    UITraitCollection large{.preferredContentSizeCategory = UIContentSizeCategory::accessibilityLarge};
+    EXPECT_GT(inkOf(symbol("circle.fill"), large).width(), body.width() * 1.5);
+
+    DeclarativeHarness harness({50, 50});
+    auto describe = [](bool red) {
+        return Image{.isResizable = true, .systemName = "square.fill"}
+        | foregroundColor(red ? std::optional(UIColor::red()) : std::nullopt);
+    };
+    auto controller = harness.show(describe(true));
+    EXPECT_EQ(harness::colorAt(harness.snapshot(), {25, 25}), "ff0000");
+    controller->setRootView(describe(false));
+    harness.settle();
+    EXPECT_EQ(harness::colorAt(harness.snapshot(), {25, 25}), "000000") << "as a text without a colour";
+    harness.changeTraits([](auto& now) { now.userInterfaceStyle = UIUserInterfaceStyle::dark; });
+    EXPECT_EQ(harness::colorAt(harness.snapshot(), {25, 25}), "ffffff");
+}
+
+TEST(Symbol, stands_on_the_baseline_of_the_text_with_its_middle_at_that_of_the_capitals)
+{
+    for (auto size : {12.0, 17.0, 60.0}) {
+        auto ink = inkOf(HStack{HStackOptions{.alignment = VerticalAlignment::firstTextBaseline},
+                                symbol("minus"), Text{"H"} | foregroundColor(UIColor::clear())}
+                         | font(Font::system(size)));
+        auto capital = inkOf(HStack{HStackOptions{.alignment = VerticalAlignment::firstTextBaseline},
+                                    symbol("minus") | foregroundColor(UIColor::clear()), Text{"H"}}
+                             | font(Font::system(size)));
+        EXPECT_NEAR(ink.midY(), capital.midY(), 1 + size * 0.03) << size;
+    }
+}
+
+TEST(Symbol, that_is_unknown_takes_no_place_and_draws_nothing)
+{
+    EXPECT_TRUE(inkOf(symbol("no.such.symbol")).isEmpty());
+    DeclarativeHarness harness;
+    harness.show(VStack{VStackOptions{.spacing = 0}, symbol("no.such.symbol"), Text{"alone"}});
+    EXPECT_EQ(harness.find(AccessibilityRole::staticText, "alone").frame().midY(), 240);
 }
 
 } // namespace

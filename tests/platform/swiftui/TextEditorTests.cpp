@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/swiftui/TextEditor.h"
-
-#include "platform/swiftui/environment.h"
-#include "platform/swiftui/layered.h"
 #include "platform/uikit/UITextView.h"
 #include "tests/platform/swiftui/probes.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -23,10 +18,8 @@ UITextView& textViewOf(UIViewController& controller)
 TEST(TextEditor, shows_a_constant_binding_in_all_the_space_and_shares_its_storage)
 {
     String text("one\ntwo");
-    auto controller = host(TextEditor{Binding<String>::constant(text)});
-    ViewHarness harness({200, 100});
-    harness.show(controller);
-    auto& textView = textViewOf(*controller);
+    Shown harness({200, 100}, TextEditor{Binding<String>::constant(text)});
+    auto& textView = textViewOf(*harness.controller);
     EXPECT_EQ(textView.text().utf8().data(), text.utf8().data());
     EXPECT_EQ(textView.frame(), CGRect::make(0, 0, 200, 100));
 }
@@ -34,11 +27,8 @@ TEST(TextEditor, shows_a_constant_binding_in_all_the_space_and_shares_its_storag
 TEST(TextEditor, writes_what_is_typed_to_the_state_and_keeps_the_caret)
 {
     auto handle = makeHandle<String>();
-    auto controller =
-        host(stateful(handle, String("ab"), [handle](const String&) { return TextEditor{**handle}; }));
-    ViewHarness harness;
-    harness.show(controller);
-    auto& textView = textViewOf(*controller);
+    Shown harness(stateful(handle, String("ab"), [handle](const String&) { return TextEditor{**handle}; }));
+    auto& textView = textViewOf(*harness.controller);
     textView.becomeFirstResponder();
     textView.setSelectedRange({1, 1});
     harness.type("xy");
@@ -50,29 +40,22 @@ TEST(TextEditor, writes_what_is_typed_to_the_state_and_keeps_the_caret)
 TEST(TextEditor, shows_what_the_program_writes)
 {
     auto handle = makeHandle<String>();
-    auto controller =
-        host(stateful(handle, String("ab"), [handle](const String&) { return TextEditor{**handle}; }));
-    ViewHarness harness;
-    harness.show(controller);
-    (*handle)->set("new");
-    harness.settle();
-    EXPECT_EQ(textViewOf(*controller).text(), String("new"));
+    Shown harness(stateful(handle, String("ab"), [handle](const String&) { return TextEditor{**handle}; }));
+    harness.set(handle, "new");
+    EXPECT_EQ(textViewOf(*harness.controller).text(), String("new"));
 }
 
 TEST(TextEditor, over_a_constant_binding_keeps_what_is_typed_through_updates)
 {
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 0, [](int now) {
+    Shown harness(stateful(handle, 0, [](int now) {
         return TextEditor{Binding<String>::constant("ab")} | overlay(Leaf(std::to_string(now)));
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    auto& textView = textViewOf(*controller);
+    auto& textView = textViewOf(*harness.controller);
     textView.becomeFirstResponder();
     textView.setSelectedRange({2, 2});
     harness.type("c");
-    (*handle)->set(1);
-    harness.settle();
+    harness.set(handle, 1);
     EXPECT_EQ(textView.text(), String("abc"));
 }
 
@@ -84,29 +67,23 @@ TEST(TextEditor, shares_a_large_text_through_a_thousand_updates)
         (*bytes)[i] = '\n';
     auto text = String::adopting(bytes, *bytes);
     auto handle = makeHandle<int>();
-    auto controller = host(stateful(handle, 0, [text](int now) {
+    Shown harness(stateful(handle, 0, [text](int now) {
         return TextEditor{Binding<String>::constant(text)} | overlay(Leaf(std::to_string(now)));
     }));
-    ViewHarness harness;
-    harness.show(controller);
-    (*handle)->set(-1);
-    harness.settle();
+    harness.set(handle, -1);
     auto started = bytes.use_count();
     for (int i = 1; i <= 1000; ++i) {
-        (*handle)->set(i);
-        harness.settle();
+        harness.set(handle, i);
     }
-    EXPECT_EQ(textViewOf(*controller).text().utf8().data(), bytes->data());
+    EXPECT_EQ(textViewOf(*harness.controller).text().utf8().data(), bytes->data());
     EXPECT_LE(bytes.use_count(), started + 2) << "descriptions that are gone hold nothing";
 }
 
 TEST(TextEditor, follows_font_colour_and_enabled_of_the_environment)
 {
-    auto controller = host(TextEditor{Binding<String>::constant("a")} | font(Font::system(30))
-                           | foregroundColor(UIColor::white()) | platform::environment<IsEnabledKey>(false));
-    ViewHarness harness;
-    harness.show(controller);
-    auto& textView = textViewOf(*controller);
+    Shown harness(TextEditor{Binding<String>::constant("a")} | font(Font::system(30))
+                  | foregroundColor(UIColor::white()) | platform::environment<IsEnabledKey>(false));
+    auto& textView = textViewOf(*harness.controller);
     EXPECT_EQ(textView.font().pointSize(), 30);
     EXPECT_EQ(textView.textColor(), UIColor::white());
     EXPECT_FALSE(textView.isUserInteractionEnabled());

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/swiftui/State.h"
-#include "platform/swiftui/UIHostingController.h"
-#include "platform/swiftui/UIViewRepresentable.h"
+#include "platform/swiftui/swiftui.h"
 #include "platform/uikit/UIView.h"
+#include "tests/support/harness/DeclarativeHarness.h"
 
 #include <functional>
 #include <memory>
@@ -70,6 +69,13 @@ Handle<Value> makeHandle()
     return std::make_shared<std::optional<platform::Binding<Value>>>();
 }
 
+// A state of the test's own, for bindings.
+template <class Value>
+std::shared_ptr<platform::StateCell<Value>> cell(Value value = {})
+{
+    return std::make_shared<platform::StateCell<Value>>(std::move(value));
+}
+
 // A view that shows what a function makes of one state, which the test sets by the handle.
 template <class Value, platform::View Body>
 struct Stateful {
@@ -105,5 +111,68 @@ inline Log names(const platform::UIView& view)
         result.push_back(subview->accessibility().identifier);
     return result;
 }
+
+// A window that shows one description.
+template <platform::View Root>
+struct Shown : harness::DeclarativeHarness {
+    explicit Shown(Root root)
+        : Shown({320, 480}, std::move(root))
+    {
+    }
+    Shown(platform::CGSize size, Root root)
+        : Shown(size, {}, std::move(root))
+    {
+    }
+    Shown(platform::CGSize size, const platform::UITraitCollection& traits, Root root)
+        : DeclarativeHarness(size, traits)
+        , controller(show(std::move(root)))
+    {
+    }
+    // Of what the description has put on screen.
+    platform::UIView& view(std::size_t index = 0) const { return *controller->view()->subviews().at(index); }
+    Log names() const { return probes::names(*controller->view()); }
+    // Sets a state, and lets everything happen that follows from it.
+    template <class Value>
+    void set(const Handle<Value>& handle, std::type_identity_t<Value> value)
+    {
+        (*handle)->set(std::move(value));
+        settle();
+    }
+    void update(Root root)
+    {
+        controller->setRootView(std::move(root));
+        settle();
+    }
+
+    std::shared_ptr<platform::UIHostingController<Root>> controller;
+};
+
+// A window in which what is presented comes and goes, which takes its time.
+template <platform::View Root>
+struct Scene {
+    harness::ViewHarness harness;
+    std::shared_ptr<platform::UIHostingController<Root>> host;
+
+    explicit Scene(Root root, platform::CGSize size = {320, 480},
+                   const platform::UITraitCollection& traits = {})
+        : harness(size, traits)
+        , host(probes::host(std::move(root)))
+    {
+        harness.show(host);
+        settle();
+    }
+    void settle()
+    {
+        for (int i = 0; i < 4; ++i) {
+            harness.settle();
+            harness.advance(std::chrono::seconds(1));
+        }
+    }
+    void press(platform::UIKeyCode key, std::uint8_t modifiers = 0)
+    {
+        harness.press(key, modifiers);
+        settle();
+    }
+};
 
 } // namespace probes
