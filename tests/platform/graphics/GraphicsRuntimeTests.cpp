@@ -2,10 +2,10 @@
 #include "platform/graphics/GraphicsRuntime.h"
 
 #include "platform/graphics/DisplayProbe_p.h"
+#include "tests/support/EnvironmentOverride.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -14,18 +14,7 @@
 namespace platform {
 namespace {
 
-struct EnvironmentVariable {
-    EnvironmentVariable(const char* variable, const std::string& value)
-        : name(variable)
-        , before(std::getenv(name) ? std::getenv(name) : "")
-    {
-        ::setenv(name, value.c_str(), 1);
-    }
-    EnvironmentVariable(const EnvironmentVariable&) = delete;
-    ~EnvironmentVariable() { ::setenv(name, before.c_str(), 1); }
-    const char* name;
-    const std::string before;
-};
+using ::tests::EnvironmentOverride;
 
 TEST(GraphicsRuntimeTests, aDisplayThatNobodyServesIsNotAvailable)
 {
@@ -45,9 +34,9 @@ TEST(GraphicsRuntimeTests, aDisplayThatNobodyServesIsNotAvailable)
         {"a window system that is not installed", "unheardof", "", "", false},
     };
     for (auto& row : cases) {
-        EnvironmentVariable platform("QT_QPA_PLATFORM", row.platform);
-        EnvironmentVariable display("DISPLAY", row.display);
-        EnvironmentVariable wayland("WAYLAND_DISPLAY", row.waylandDisplay);
+        EnvironmentOverride environment({{"QT_QPA_PLATFORM", row.platform},
+                                         {"DISPLAY", row.display},
+                                         {"WAYLAND_DISPLAY", row.waylandDisplay}});
         EXPECT_EQ(displayIsAvailable(), row.isAvailable) << row.name;
     }
 }
@@ -60,8 +49,7 @@ TEST(GraphicsRuntimeTests, anXServerThatIsGoneIsNotAvailable)
     path.string().copy(address.sun_path, sizeof address.sun_path - 1);
     auto server = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     ASSERT_EQ(::bind(server, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    EnvironmentVariable platform("QT_QPA_PLATFORM", "xcb");
-    EnvironmentVariable display("DISPLAY", path.string());
+    EnvironmentOverride environment({{"QT_QPA_PLATFORM", "xcb"}, {"DISPLAY", path.string()}});
     EXPECT_FALSE(displayIsAvailable());
     ::close(server);
     std::filesystem::remove(path);

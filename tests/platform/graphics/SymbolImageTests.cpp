@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
 
 namespace {
 
@@ -44,52 +45,14 @@ double weightOf(std::string_view name, FontWeight weight)
 
 TEST(SymbolImage, every_component_finds_its_symbols)
 {
-    for (auto name : {"play.fill",
-                      "pause.fill",
-                      "gobackward.5",
-                      "goforward.5",
-                      "xmark",
-                      "checkmark",
-                      "chevron.left",
-                      "chevron.right",
-                      "chevron.up",
-                      "chevron.down",
-                      "chevron.forward",
-                      "chevron.backward",
-                      "plus",
-                      "minus",
-                      "star",
-                      "star.fill",
-                      "heart",
-                      "heart.fill",
-                      "bell",
-                      "envelope",
-                      "message",
-                      "photo",
-                      "video",
-                      "camera",
-                      "magnifyingglass",
-                      "trash",
-                      "gear",
-                      "square.and.arrow.up",
-                      "ellipsis",
-                      "circle",
-                      "circle.fill",
-                      "sparkles",
-                      "bolt.fill",
-                      "leaf.fill",
-                      "flame.fill",
-                      "music.note",
-                      "speaker.wave.2",
-                      "speaker.slash",
-                      "folder",
-                      "doc",
-                      "textformat",
-                      "crop",
-                      "scissors",
-                      "arrow.clockwise",
-                      "info.circle",
-                      "exclamationmark.triangle"}) {
+    std::istringstream names(
+        "play.fill pause.fill gobackward.5 goforward.5 xmark checkmark chevron.left chevron.right "
+        "chevron.up chevron.down chevron.forward chevron.backward plus minus star star.fill heart "
+        "heart.fill bell envelope message photo video camera magnifyingglass trash gear "
+        "square.and.arrow.up ellipsis circle circle.fill sparkles bolt.fill leaf.fill flame.fill "
+        "music.note speaker.wave.2 speaker.slash folder doc textformat crop scissors "
+        "arrow.clockwise info.circle exclamationmark.triangle");
+    for (std::string name; names >> name;) {
         SCOPED_TRACE(name);
         ASSERT_TRUE(symbolExists(name));
         auto image = symbolImage(name, {}, 2);

@@ -6,6 +6,7 @@
 #include "platform/quicklook/PrincipalClass.h"
 #include "platform/quicklook/QLPreviewingController.h"
 #include "platform/uikit/UITextView.h"
+#include "tests/support/EnvironmentOverride.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/harness/ViewHarness.h"
 
@@ -125,11 +126,9 @@ TEST(PreviewWindow, aFileThatNoProgramOpensIsSaidInTheBarForAWhile)
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
     };
     auto* path = std::getenv("PATH");
-    std::string before = path ? path : "";
-    ::setenv("PATH", (programs.path() + ":" + before).c_str(), 1);
+    ::tests::EnvironmentOverride environment("PATH", programs.path() + ":" + (path ? path : ""));
     auto note = programs.path("opened");
-    Preview preview("one\n"); // its broker has this path
-    ::setenv("PATH", before.c_str(), 1);
+    Preview preview("one\n");
     auto shows = [&](std::string_view text) {
         return !preview.stage.findAll(AccessibilityRole::alert, text).empty();
     };
@@ -138,7 +137,7 @@ TEST(PreviewWindow, aFileThatNoProgramOpensIsSaidInTheBarForAWhile)
     EXPECT_TRUE(shows("No program opened the file"));
     preview.stage.advance(std::chrono::seconds(6));
     EXPECT_FALSE(shows("No program opened the file"));
-    script("echo \"$1\" > " + note + "; exec sleep 5");
+    script("echo \"$1\" > " + note + "; exec sleep 5 > /dev/null 2>&1"); // or who reads our output waits, too
     preview.stage.press("o", control);
     EXPECT_FALSE(shows("No program opened the file"));
     EXPECT_EQ(programs.read("opened"), preview.file.absoluteString() + "\n");
