@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bottomsheet/bottomSheet.h"
-
-#include "platform/swiftui/Button.h"
-#include "platform/swiftui/ScrollView.h"
-#include "platform/swiftui/Text.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>

@@ -7,7 +7,7 @@
 #include "kit/foundation/modelNames.h"
 
 #include "platform/foundation/BundleReceipt.h"
-#include "platform/uikit/URLOpener.h"
+#include "tests/support/RecordingURLOpener.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -182,24 +182,14 @@ TEST(ModelNameTests, Machines_have_their_marketing_names_and_simulators_that_of_
 
 TEST(ApplicationPagesTests, Every_page_is_opened_through_the_desktop)
 {
-    struct Recorder final : URLOpener {
-        bool canOpen(const URL& url) const override { return url.absoluteString() == openable; }
-        void open(const URL& url, std::function<void(bool)>) override
-        {
-            opened.push_back(url.absoluteString());
-        }
-
-        std::string openable;
-        std::vector<std::string> opened;
-    };
     auto& application = UIApplication::shared();
-    auto recorder = std::make_shared<Recorder>();
+    auto recorder = std::make_shared<tests::RecordingURLOpener>(std::set<std::string>{});
     application.setURLOpener(recorder);
     for (auto open : {openSettingsPage, openCameraPrivacyPage, openMicrophonePrivacyPage,
                       openSpeechRecognitionPrivacyPage, openNotificationSettingsPage})
         open(application);
     EXPECT_EQ(recorder->opened, std::vector<std::string>(5, "app-settings:"));
-    recorder->openable = "app-settings:notifications";
+    recorder->schemes = {"app-settings"};
     openNotificationSettingsPage(application);
     EXPECT_EQ(recorder->opened.back(), "app-settings:notifications");
     application.setURLOpener(nullptr);

@@ -2,7 +2,6 @@
 #include "kit/foundation/enableScrollOnDrag.h"
 #include "kit/foundation/fontTraits.h"
 #include "kit/foundation/keyWindow.h"
-#include "kit/foundation/opposite.h"
 
 #include "tests/support/harness/ViewHarness.h"
 
@@ -19,11 +18,6 @@ struct Field final : UIView {
 };
 
 } // namespace
-
-TEST(PlatformConveniencesTests, Opposite_insets_point_the_other_way)
-{
-    EXPECT_EQ(opposite({1, -2, 3, 0}), (UIEdgeInsets{-1, 2, -3, 0}));
-}
 
 TEST(PlatformConveniencesTests, A_font_has_the_traits_asked_for_and_no_others)
 {

@@ -11,7 +11,7 @@
 #include "platform/swiftui/UIHostingController.h"
 #include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIApplication.h"
-#include "platform/uikit/URLOpener.h"
+#include "tests/support/RecordingURLOpener.h"
 #include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
@@ -22,13 +22,6 @@ using namespace platform;
 using namespace std::chrono_literals;
 using Term = zelk::CommonLocalizations;
 using Kind = Alert::Button::Kind;
-
-class RecordingOpener : public URLOpener {
-public:
-    bool canOpen(const URL&) const override { return true; }
-    void open(const URL& url, std::function<void(bool)>) override { opened.push_back(url.absoluteString()); }
-    std::vector<std::string> opened;
-};
 
 NSError withSuggestion(std::string_view domain, long code, std::string suggestion)
 {
@@ -76,7 +69,7 @@ TEST(StandardAlert, is_the_one_of_the_first_rule_that_holds)
 
 TEST(StandardAlert, offers_the_settings_where_the_photo_library_refused)
 {
-    auto opener = std::make_shared<RecordingOpener>();
+    auto opener = std::make_shared<tests::RecordingURLOpener>(std::set<std::string>{"app-settings"});
     UIApplication::shared().setURLOpener(opener);
     auto check = [](const Alert& alert) {
         EXPECT_EQ(alert.title, zelk::zelkKitLocalized("EXPORT_FAILURE_PHOTOS_UNAUTHORIZED_ALERT_TITLE"));

@@ -2,12 +2,8 @@
 #include "kit/foundation/compareAppVersions.h"
 #include "kit/foundation/flagEmoji.h"
 #include "kit/foundation/isRTL.h"
-#include "kit/foundation/nilIfEmpty.h"
 
 #include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
 
 using namespace platform;
 using namespace zelk;
@@ -92,13 +88,4 @@ TEST(StringUtilities, Four_languages_run_from_right_to_left)
     };
     for (auto& [text, isRightToLeft] : cases)
         EXPECT_EQ(isRTL(text), isRightToLeft) << text;
-}
-
-TEST(StringUtilities, Only_a_text_without_characters_is_nil)
-{
-    EXPECT_EQ(nilIfEmpty(std::string()), std::nullopt);
-    EXPECT_EQ(nilIfEmpty(std::string(" ")), " ");
-    EXPECT_EQ(nilIfEmpty(std::string(1, '\0')), std::string(1, '\0'));
-    EXPECT_EQ(nilIfEmpty(String()), std::nullopt);
-    EXPECT_EQ(nilIfEmpty(String("a")), String("a"));
 }

@@ -3,14 +3,10 @@
 #include "kit/foundation/components.h"
 #include "kit/foundation/joined.h"
 
-#include "kit/foundation/attributedStringFromContentsOf.h"
 #include "platform/foundation/NSMutableAttributedString.h"
 #include "platform/graphics/UIFont.h"
 
 #include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 using namespace platform;
 using namespace zelk;
@@ -86,17 +82,4 @@ TEST(StyledText, Separators_look_like_what_stands_before_them)
     auto text = styled({{"one,two", "red"}, {",", "green"}, {"three", "blue"}});
     EXPECT_EQ(joined(components(text, ","), ",").string(), text.string());
     EXPECT_EQ(joined(characters(text)), text);
-}
-
-TEST(StyledText, Documents_are_read_or_their_error_is_handed_on)
-{
-    const std::string fixtures = ZELK_SOURCE_DIR "/tests/fixtures/documents/";
-    auto text =
-        attributedStringFromContentsOf(URL::fileURL(fixtures + "macintosh-hebrew.rtf"), NSDocumentType::rtf);
-    ASSERT_TRUE(text);
-    EXPECT_EQ(text->attributes({0}).attributes.get<UIFont>(NSFontAttributeName)->familyName(), "Geneva");
-    auto refused =
-        attributedStringFromContentsOf(URL::fileURL(fixtures + "not-closed.rtf"), NSDocumentType::rtf);
-    ASSERT_FALSE(refused);
-    EXPECT_EQ(refused.error().bridged(), NSError(NSCocoaError::fileReadCorruptFile));
 }

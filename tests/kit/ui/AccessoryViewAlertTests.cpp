@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "kit/ui/AccessoryViewAlertController.h"
-
 #include "kit/ui/ContainerView.h"
-
 #include "platform/combine/PassthroughSubject.h"
 #include "platform/dispatch/currentDate.h"
 #include "platform/uikit/UILabel.h"
@@ -11,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace {
 

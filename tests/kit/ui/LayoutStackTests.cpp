@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "kit/ui/LayoutStack.h"
-
-#include "platform/swiftui/Button.h"
-#include "platform/swiftui/State.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/TupleView.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>

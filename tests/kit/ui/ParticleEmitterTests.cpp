@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "kit/ui/ParticleEmitterView.h"
-
 #include "platform/dispatch/DisplayLink.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/dispatch/VirtualClock.h"
 #include "platform/foundation/ProcessInfo.h"
-#include "platform/swiftui/ConditionalContent.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace {
 

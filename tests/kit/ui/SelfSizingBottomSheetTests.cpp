@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "kit/ui/selfSizingBottomSheet.h"
-
-#include "platform/swiftui/Text.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>
-
-#include <vector>
 
 namespace {
 

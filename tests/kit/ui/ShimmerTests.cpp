@@ -1,17 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "kit/ui/shimmering.h"
-
 #include "platform/dispatch/DisplayLink.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/swiftui/AnyView.h"
-#include "platform/swiftui/Button.h"
-#include "platform/swiftui/Color.h"
-#include "platform/swiftui/ScrollView.h"
-#include "platform/swiftui/effects.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/layered.h"
-#include "platform/swiftui/placement.h"
-#include "platform/swiftui/stacks.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>

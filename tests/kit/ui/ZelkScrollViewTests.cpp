@@ -1,19 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "kit/ui/ZelkScrollView.h"
-
 #include "kit/ui/ZelkNavigationView.h"
-#include "platform/swiftui/Button.h"
-#include "platform/swiftui/Color.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/UIHostingController.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/layered.h"
-#include "platform/swiftui/padding.h"
-#include "platform/swiftui/placement.h"
-#include "platform/swiftui/stacks.h"
-#include "tests/support/harness/Element.h"
+#include "kit/ui/ZelkScrollView.h"
+#include "platform/swiftui/swiftui.h"
 #include "tests/support/harness/ViewHarness.h"
-#include "tests/support/harness/pixels.h"
 
 #include <gtest/gtest.h>
 
