@@ -132,12 +132,14 @@ void drawShadow(CGContext& context, const OutlineShadow& shadow, const std::func
     auto reach = shadowReach(shadow.deviation);
     if (!isUsable(shadow.deviation, shadow.bounds))
         return;
-    // What lies further than the blur reaches from what is painted anew does not matter.
+    // What lies further than the blur reaches from what is painted anew does not matter, but for the edge of a picture that
+    // is turned, which is soft.
     auto clip = context.clipBounds();
-    auto area = shadow.bounds.intersection(clip.insetBy(-reach, -reach)).insetBy(-reach, -reach);
+    auto scale = blurScale(context, shadow.deviation);
+    auto margin = reach + 2 / scale;
+    auto area = shadow.bounds.intersection(clip.insetBy(-margin, -margin)).insetBy(-reach, -reach);
     if (clip.isEmpty() || area.isEmpty())
         return;
-    auto scale = blurScale(context, shadow.deviation);
     area = onGrid(area, context, scale);
     auto picture = makeImage(
         {area.width() * scale, area.height() * scale}, 1,

@@ -151,7 +151,7 @@ void ViewPainter::paintShadow(UIView& view, CGRect dirty)
                               .hidden = bounds.insetBy(corner, corner).offsetBy(-right, -down)});
         return;
     }
-    auto reach = shadowReach(radius);
+    auto reach = shadowReach(radius) + 2; // somewhat more than will be looked at
     auto seen = dirty.offsetBy(-right, -down).insetBy(-reach, -reach).intersection(content);
     drawShadow(context_, OutlineShadow{content, radius, color.withAlphaComponent(alpha)},
                [&](CGContext& context) {
