@@ -25,6 +25,15 @@ bool isPixelFormat(const QByteArray& format)
                        [&format](const char* name) { return format == name; });
 }
 
+// The decoders have a limit of their own, of a quarter of what we take; it is the process's. Ours is looked at first.
+void allowLargestPictures()
+{
+    // Eight bytes for each pixel, which the deepest formats need.
+    constexpr auto megabytes = static_cast<int>(UIImage::maximumPixelCount * 8 / (1024 * 1024));
+    static const bool isDone = (QImageReader::setAllocationLimit(megabytes), true);
+    static_cast<void>(isDone);
+}
+
 class Reader {
 public:
     explicit Reader(std::span<const std::byte> data)
@@ -53,6 +62,7 @@ public:
         // Asked of the picture as it lies in the data, before it is turned upright.
         if (QSize wanted(size.width, size.height); size != fullSize())
             reader_.setScaledSize(isOnItsSide() ? wanted.transposed() : wanted);
+        allowLargestPictures();
         return reader_.read();
     }
 

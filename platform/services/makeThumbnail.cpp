@@ -19,6 +19,8 @@ namespace platform {
 
 namespace {
 
+constexpr long long mostPixels = 64LL * 1024 * 1024;
+
 // What the library of JPEG decodes without scaling a second time: so many eighths.
 QSize inEighths(QSize size, int side)
 {
@@ -52,6 +54,9 @@ UIImage photoThumbnail(const QString& path, int side)
     if (format == "svg" || format == "svgz")
         return {};
     auto size = reader.size();
+    // What must be decoded as a whole is only shown by its name when it is huge.
+    if (format != "jpeg" && static_cast<long long>(size.width()) * size.height() > mostPixels)
+        return {};
     if (size.isValid() && std::min(size.width(), size.height()) > side) {
         // Below this quality the decoder takes the faster of its ways, which nobody sees at this size.
         if (format == "jpeg")
