@@ -3,6 +3,7 @@
 
 #include "platform/network/NSURLErrorCodes.h"
 
+#include <cerrno>
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <sys/socket.h>
@@ -26,6 +27,14 @@ bool isOffline()
     }
     ::freeifaddrs(first);
     return !leadsAway;
+}
+
+// Whether the host was out of reach, rather than unwilling.
+bool hasNoWay(CURL* handle)
+{
+    long reason = 0;
+    ::curl_easy_getinfo(handle, CURLINFO_OS_ERRNO, &reason);
+    return reason == ENETUNREACH || reason == EHOSTUNREACH || reason == ENETDOWN;
 }
 
 // By the verdict of OpenSSL, whose numbers do not change: 9 and 10 are certificates of another time.
@@ -58,8 +67,10 @@ long transferErrorCode(CURL* handle, CURLcode failure)
     case CURLE_COULDNT_RESOLVE_PROXY:
         return isOffline() ? NSURLErrorNotConnectedToInternet : NSURLErrorCannotFindHost;
     case CURLE_COULDNT_CONNECT:
+        return hasNoWay(handle) && isOffline() ? NSURLErrorNotConnectedToInternet
+                                               : NSURLErrorCannotConnectToHost;
     case CURLE_PROXY:
-        return isOffline() ? NSURLErrorNotConnectedToInternet : NSURLErrorCannotConnectToHost;
+        return NSURLErrorCannotConnectToHost;
     case CURLE_OPERATION_TIMEDOUT:
         return NSURLErrorTimedOut;
     case CURLE_PEER_FAILED_VERIFICATION:
