@@ -96,8 +96,7 @@ void AVCaptureMovieFileOutput::take(AVMediaType mediaType, const CMSampleBuffer&
         if (mediaType == AVMediaType::audio)
             soundUntil_ = sample.presentationTimeStamp + sample.duration;
         now = recording_;
-        hasSound = soundUntil_.isNumeric()
-            && (sample.presentationTimeStamp - soundUntil_).absoluteValue() <= recently;
+        hasSound = soundUntil_.isNumeric() && sample.presentationTimeStamp - soundUntil_ <= recently;
     }
     if (!now)
         return;

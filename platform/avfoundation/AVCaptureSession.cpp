@@ -69,7 +69,8 @@ CaptureWish captureWish(AVCaptureSessionPreset preset)
 
 struct AVCaptureSession::Outputs {
     std::mutex mutex;
-    std::vector<std::shared_ptr<AVCaptureOutput>> all; // guarded by mutex
+    std::vector<std::shared_ptr<AVCaptureOutput>> all;    // guarded by mutex
+    std::map<AVMediaType, std::shared_future<void>> ends; // of the last feed of each kind; main thread only
 
     std::vector<std::shared_ptr<AVCaptureOutput>> now()
     {
@@ -86,6 +87,7 @@ struct AVCaptureSession::Feed {
     std::shared_ptr<Outputs> outputs;
     std::function<void(const Error&)> onFailure; // on its thread
     LastUses::Use before;
+    std::shared_future<void> formerEnd; // of the feed whose place it takes: outputs hear one at a time
     std::promise<void> ended;
     std::jthread thread;
 
@@ -93,6 +95,8 @@ struct AVCaptureSession::Feed {
     {
         if (before.end.valid() && before.stop.stop_requested())
             before.end.wait_for(patience);
+        if (formerEnd.valid())
+            formerEnd.wait();
         auto error = capture(stop);
         for (const auto& output : outputs->now())
             output->handleEnd(device.mediaType, error);
@@ -230,8 +234,10 @@ void AVCaptureSession::start(Entry& entry)
             ready.wait();
             raw->run(token);
         });
-    feed->before = LastUses::shared().replace(
-        device->uniqueID(), {feed->thread.get_stop_token(), feed->ended.get_future().share()});
+    auto end = feed->ended.get_future().share();
+    feed->formerEnd = std::exchange(outputs_->ends[device->mediaType()], end);
+    feed->before =
+        LastUses::shared().replace(device->uniqueID(), {feed->thread.get_stop_token(), std::move(end)});
     isSet.set_value();
 }
 

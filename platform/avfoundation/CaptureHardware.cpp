@@ -33,9 +33,13 @@ std::shared_ptr<CaptureHardware> CaptureHardware::current()
     if (place().other)
         return place().other;
     if (!place().own) {
-        const char* wanted = std::getenv("ZELK_CAPTURE");
-        if (wanted && std::string_view(wanted) == "synthetic")
+        const char* variable = std::getenv("ZELK_CAPTURE");
+        const std::string_view wanted = variable ? variable : "";
+        if (wanted == "synthetic")
             place().own = std::make_shared<SyntheticCapture>();
+        else if (wanted == "none")
+            place().own = std::make_shared<SyntheticCapture>(
+                SyntheticCapture::Options{.cameras = {}, .hasMicrophone = false});
         else
             place().own = std::make_shared<DesktopCapture>();
     }

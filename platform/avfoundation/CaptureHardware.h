@@ -55,8 +55,8 @@ public:
     // `onChange` is called on any thread until the token goes, and not while it goes.
     [[nodiscard]] virtual Token watch(std::function<void()> onChange) = 0;
 
-    // The machine's own, unless ZELK_CAPTURE=synthetic is in the environment when it is first asked for, or something else was
-    // put in its place. Any thread.
+    // The machine's own, unless ZELK_CAPTURE in the environment says "synthetic" or "none" when it is first asked for, or
+    // something else was put in its place. Any thread.
     static std::shared_ptr<CaptureHardware> current();
     // Null: as at first. Open streams go on. Any thread.
     static void replace(std::shared_ptr<CaptureHardware> hardware);

@@ -51,28 +51,12 @@ std::string identityOf(const V4L2Camera& camera)
     return identity.append(" ").append(camera.name);
 }
 
-// One file a camera: a device whose second file captures too is one camera.
-std::vector<V4L2Camera> distinctCameras()
-{
-    std::vector<V4L2Camera> cameras;
-    for (auto& camera : v4l2Cameras()) {
-        auto isSame = [&](const V4L2Camera& other) { return identityOf(other) == identityOf(camera); };
-        if (std::ranges::none_of(cameras, isSame))
-            cameras.push_back(std::move(camera));
-    }
-    return cameras;
-}
-
-Result<std::unique_ptr<CaptureStream>> openCamera(const CaptureDeviceInfo& device, const CaptureWish& wish,
+Result<std::unique_ptr<CaptureStream>> openCamera(const std::string& path, const CaptureWish& wish,
                                                   const std::stop_token& stop)
 {
-    auto cameras = distinctCameras();
-    auto found = std::ranges::find(cameras, device.uniqueID, identityOf);
-    if (found == cameras.end())
-        return failure(AVError::deviceNotConnected);
     // Times by the calendar's clock, which sound has too.
-    FFmpegCaptureInput input{.format = "v4l2", .device = found->path, .options = {{"timestamps", "abs"}}};
-    if (auto format = bestCaptureFormat(v4l2Formats(found->path), wish)) {
+    FFmpegCaptureInput input{.format = "v4l2", .device = path, .options = {{"timestamps", "abs"}}};
+    if (auto format = bestCaptureFormat(v4l2Formats(path), wish)) {
         input.options.emplace_back("input_format", format->pixels);
         input.options.emplace_back(
             "video_size", std::to_string(format->width).append("x").append(std::to_string(format->height)));
@@ -85,14 +69,18 @@ Result<std::unique_ptr<CaptureStream>> openCamera(const CaptureDeviceInfo& devic
 
 Result<std::unique_ptr<CaptureStream>> openMicrophone(const std::stop_token& stop)
 {
+    using Options = decltype(FFmpegCaptureInput::options);
+    // Of 20 ms; the sound server's own are far longer.
+    const Options shortFragments{{"fragment_size", "3840"}}, none;
     Result<std::unique_ptr<CaptureStream>> stream = failure(AVError::deviceNotConnected);
     for (const char* format : {"pulse", "alsa"}) {
         if (std::string_view(format) == "pulse" ? hasPulse() : hasRecordingCard())
-            stream = openFFmpegCapture({.format = format,
-                                        .device = std::string(microphoneID),
-                                        .options = {},
-                                        .mediaType = AVMediaType::audio},
-                                       stop);
+            stream =
+                openFFmpegCapture({.format = format,
+                                   .device = std::string(microphoneID),
+                                   .options = format == std::string_view("pulse") ? shortFragments : none,
+                                   .mediaType = AVMediaType::audio},
+                                  stop);
         if (stream)
             break;
     }
@@ -166,6 +154,19 @@ Token watchDevices(const std::string& folder, std::function<void()> onChange)
     return Token([watch = std::move(watch)]() mutable { watch.reset(); });
 }
 
+// One file a camera: a device whose second file captures too is one camera.
+std::vector<V4L2Camera> DesktopCapture::cameras()
+{
+    std::lock_guard lock(mutex_);
+    std::vector<V4L2Camera> cameras;
+    for (auto& camera : cameras_.now()) {
+        auto isSame = [&](const V4L2Camera& other) { return identityOf(other) == identityOf(camera); };
+        if (std::ranges::none_of(cameras, isSame))
+            cameras.push_back(std::move(camera));
+    }
+    return cameras;
+}
+
 std::vector<CaptureDeviceInfo> DesktopCapture::devices(AVMediaType mediaType)
 {
     std::vector<CaptureDeviceInfo> found;
@@ -173,7 +174,7 @@ std::vector<CaptureDeviceInfo> DesktopCapture::devices(AVMediaType mediaType)
         found.push_back(
             {.uniqueID = std::string(microphoneID), .name = "Microphone", .mediaType = mediaType});
     if (mediaType == AVMediaType::video) {
-        for (auto& camera : distinctCameras())
+        for (auto& camera : cameras())
             found.push_back({.uniqueID = identityOf(camera),
                              .name = camera.name,
                              .mediaType = mediaType,
@@ -185,7 +186,13 @@ std::vector<CaptureDeviceInfo> DesktopCapture::devices(AVMediaType mediaType)
 Result<std::unique_ptr<CaptureStream>>
 DesktopCapture::open(const CaptureDeviceInfo& device, const CaptureWish& wish, const std::stop_token& stop)
 {
-    return device.mediaType == AVMediaType::audio ? openMicrophone(stop) : openCamera(device, wish, stop);
+    if (device.mediaType == AVMediaType::audio)
+        return openMicrophone(stop);
+    auto known = cameras();
+    auto found = std::ranges::find(known, device.uniqueID, identityOf);
+    if (found == known.end())
+        return failure(AVError::deviceNotConnected);
+    return openCamera(found->path, wish, stop);
 }
 
 Token DesktopCapture::watch(std::function<void()> onChange)

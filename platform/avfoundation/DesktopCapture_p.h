@@ -2,6 +2,9 @@
 #pragma once
 
 #include "platform/avfoundation/CaptureHardware.h"
+#include "platform/avfoundation/V4L2Camera_p.h"
+
+#include <mutex>
 
 namespace platform {
 
@@ -12,6 +15,12 @@ public:
     Result<std::unique_ptr<CaptureStream>> open(const CaptureDeviceInfo& device, const CaptureWish& wish,
                                                 const std::stop_token& stop) override;
     Token watch(std::function<void()> onChange) override;
+
+private:
+    std::vector<V4L2Camera> cameras();
+
+    std::mutex mutex_;
+    V4L2Cameras cameras_; // guarded by mutex_
 };
 
 // Calls `onChange` on a thread of its own when a file whose name begins with "video" comes, goes or changes its owner in

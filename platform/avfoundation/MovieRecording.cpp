@@ -14,6 +14,7 @@ namespace {
 
 constexpr CMTimeScale timescale = 90'000;
 constexpr CMTime betweenChecks{1, 1}; // of the space that is left
+constexpr CMTime longestEarly{5, 1};  // of sound without a picture
 
 Error finishedAllTheSame(const Error& error)
 {
@@ -86,10 +87,19 @@ Result<void> MovieRecording::open(const CMSampleBuffer& first, bool hasSound)
         return std::unexpected(writer->error().value_or(Error(AVError::unknown)));
     start_ = checked_ = first.presentationTimeStamp;
     writer->startSession(start_);
+    if (options_.longest.isNumeric())
+        writer->endSession(start_ + options_.longest);
     {
         std::lock_guard lock(mutex_);
         writer_ = std::move(writer);
+    }
+    {
+        std::lock_guard lock(soundMutex_);
         isOpen_ = true;
+        for (const auto& each : std::exchange(early_, {}))
+            appendSound(each);
+        if (sound_ && hasSoundEnded_)
+            sound_->markAsFinished();
     }
     options_.onStart();
     return {};
@@ -122,9 +132,20 @@ void MovieRecording::takePicture(const CMSampleBuffer& sample, bool hasSound)
         reached_ = CMTimeMinimum(reached_, options_.longest);
 }
 
+// The microphone does not wait for the camera: what it heard by the time of the first picture is cut to it by the writer.
 void MovieRecording::takeSound(const CMSampleBuffer& sample)
 {
-    if (!isOpen_ || !sound_ || isEnding())
+    std::lock_guard lock(soundMutex_);
+    if (isOpen_)
+        return appendSound(sample);
+    early_.push_back(sample);
+    while (sample.presentationTimeStamp - early_.front().presentationTimeStamp > longestEarly)
+        early_.pop_front();
+}
+
+void MovieRecording::appendSound(const CMSampleBuffer& sample)
+{
+    if (!sound_ || isEnding())
         return;
     if (!sound_->append(sample) && !isEnding())
         fail(writer_->error().value_or(Error(AVError::unknown)));
@@ -132,6 +153,8 @@ void MovieRecording::takeSound(const CMSampleBuffer& sample)
 
 void MovieRecording::endSound()
 {
+    std::lock_guard lock(soundMutex_);
+    hasSoundEnded_ = true;
     if (isOpen_ && sound_ && !isEnding())
         sound_->markAsFinished();
 }

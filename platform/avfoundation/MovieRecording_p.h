@@ -5,6 +5,7 @@
 #include "platform/avfoundation/CaptureHardware.h"
 
 #include <atomic>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -36,6 +37,7 @@ public:
 
 private:
     Result<void> open(const CMSampleBuffer& first, bool hasSound);
+    void appendSound(const CMSampleBuffer& sample);
     void fail(const Error& error);
     bool isDiskFull() const;
     bool isEnding() const;
@@ -46,6 +48,10 @@ private:
     std::shared_ptr<AVAssetWriterInput> pictures_, sound_;
     CMTime start_, checked_;
     std::atomic<bool> isOpen_ = false;
+    // guarded by soundMutex_, which is taken before mutex_
+    std::mutex soundMutex_;
+    std::deque<CMSampleBuffer> early_; // came before the first picture that it belongs to
+    bool hasSoundEnded_ = false;
     // guarded by mutex_
     mutable std::mutex mutex_;
     CMTime reached_;

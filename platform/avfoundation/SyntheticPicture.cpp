@@ -58,6 +58,8 @@ Light portrait(double x, double y, double aspect)
     };
     if (distance(0.5, 0.44, 0.155, 0.20) < 1)
         return mixed({0.96, 0.80, 0.68}, {0.86, 0.64, 0.52}, distance(0.47, 0.40, 0.3, 0.34));
+    if (std::abs(x - 0.5) * aspect < 0.06 && y > 0.5 && y < 0.72)
+        return {0.84, 0.62, 0.50};
     if (distance(0.5, 0.38, 0.20, 0.23) < 1)
         return {0.27, 0.17, 0.13};
     if (distance(0.5, 1.08, 0.50, 0.42) < 1)
@@ -89,6 +91,7 @@ bool isBright(int index, int number)
 SyntheticPicture::SyntheticPicture(int width, int height, AVCaptureDevicePosition position)
     : width_(width)
     , height_(height)
+    , isPortrait_(position == AVCaptureDevicePosition::front)
     , luma_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))
     , blue_(luma_.size() / 4)
     , red_(luma_.size() / 4)
@@ -97,8 +100,7 @@ SyntheticPicture::SyntheticPicture(int width, int height, AVCaptureDevicePositio
     for (int row = 0; row < height; ++row) {
         for (int column = 0; column < width; ++column) {
             auto x = (column + 0.5) / width, y = (row + 0.5) / height;
-            auto numbers = numbersOf(position == AVCaptureDevicePosition::front ? portrait(x, y, aspect)
-                                                                                : landscape(x, y));
+            auto numbers = numbersOf(isPortrait_ ? portrait(x, y, aspect) : landscape(x, y));
             auto place = static_cast<std::size_t>(row) * static_cast<std::size_t>(width)
                 + static_cast<std::size_t>(column);
             luma_[place] = numbers.y;
@@ -131,10 +133,11 @@ std::shared_ptr<CVPixelBuffer> SyntheticPicture::draw(int number) const
                 rowOf(plane, row),
                 planes[static_cast<std::size_t>(plane)]->data() + static_cast<std::size_t>(row) * wide, wide);
     }
-    // The sun, once around in ten seconds.
-    const double angle = number * 2 * M_PI / 300, radius = height_ / 14.0;
-    const double sunX = width_ * (0.5 - 0.32 * std::cos(angle)),
-                 sunY = height_ * (0.22 + 0.1 * std::sin(angle));
+    // The sun, once around in ten seconds; a lamp at the wall that swings.
+    const double angle = number * 2 * M_PI / 300, radius = height_ / (isPortrait_ ? 24.0 : 14.0);
+    const double sunX = width_ * (isPortrait_ ? 0.32 + 0.03 * std::cos(angle) : 0.5 - 0.32 * std::cos(angle));
+    const double sunY =
+        height_ * (isPortrait_ ? 0.12 + 0.01 * std::sin(angle) : 0.22 + 0.1 * std::sin(angle));
     const auto sun = numbersOf({1.0, 0.93, 0.62});
     for (int row = static_cast<int>(sunY - radius); row < static_cast<int>(sunY + radius); ++row) {
         auto half = std::sqrt(std::max(radius * radius - (row - sunY) * (row - sunY), 0.0));

@@ -24,6 +24,7 @@ public:
 
 private:
     const int width_, height_;
+    const bool isPortrait_;
     std::vector<std::uint8_t> luma_, blue_, red_; // of what does not move
 };
 

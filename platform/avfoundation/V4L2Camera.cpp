@@ -165,12 +165,17 @@ std::optional<V4L2Camera> v4l2CameraAt(const std::string& path)
                       .position = cameraPosition(name, panelOf(path))};
 }
 
-std::vector<V4L2Camera> v4l2Cameras(const std::string& folder)
+V4L2Cameras::V4L2Cameras(std::string folder)
+    : folder_(std::move(folder))
 {
-    std::vector<std::pair<unsigned, std::string>> paths;
+}
+
+std::vector<V4L2Camera> V4L2Cameras::now()
+{
+    std::map<unsigned, std::string> paths;
     std::error_code isGone;
     constexpr std::string_view prefix = "video";
-    for (const auto& entry : std::filesystem::directory_iterator(folder, isGone)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_, isGone)) {
         auto name = entry.path().filename().string();
         unsigned number = 0;
         if (!name.starts_with(prefix))
@@ -178,14 +183,26 @@ std::vector<V4L2Camera> v4l2Cameras(const std::string& folder)
         auto end = name.data() + name.size();
         auto read = std::from_chars(name.data() + prefix.size(), end, number);
         if (read.ec == std::errc() && read.ptr == end)
-            paths.emplace_back(number, entry.path().string());
+            paths.emplace(number, entry.path().string());
     }
-    std::ranges::sort(paths);
     std::vector<V4L2Camera> cameras;
+    std::map<std::string, Known> known;
     for (const auto& [number, path] : paths) {
-        if (auto camera = v4l2CameraAt(path))
-            cameras.push_back(std::move(*camera));
+        struct stat status{};
+        if (::stat(path.c_str(), &status) != 0)
+            continue;
+        // A plug that was pulled and put back, or other permissions, are another state of the file.
+        Known now{.device = status.st_rdev,
+                  .changed = status.st_ctim.tv_sec * 1'000'000'000LL + status.st_ctim.tv_nsec};
+        auto before = known_.find(path);
+        auto isSame = before != known_.end() && before->second.device == now.device
+            && before->second.changed == now.changed;
+        now.camera = isSame ? before->second.camera : v4l2CameraAt(path);
+        if (now.camera)
+            cameras.push_back(*now.camera);
+        known.emplace(path, std::move(now));
     }
+    known_ = std::move(known);
     return cameras;
 }
 

@@ -4,8 +4,11 @@
 #include "platform/avfoundation/AVCaptureDevice.h"
 #include "platform/avfoundation/CaptureFormat_p.h"
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform {
@@ -22,8 +25,22 @@ struct V4L2Camera {
 // no receiver of metadata, no tuner for radio; nor a directory, a pipe, an ordinary file. Never waits. Any thread.
 std::optional<V4L2Camera> v4l2CameraAt(const std::string& path);
 
-// Those of a folder of devices, by number.
-std::vector<V4L2Camera> v4l2Cameras(const std::string& folder = "/dev");
+// Those of a folder of devices, by number. A device is asked only once while its file stays the same, for asking wakes it.
+// One thread at a time.
+class V4L2Cameras {
+public:
+    explicit V4L2Cameras(std::string folder = "/dev");
+    std::vector<V4L2Camera> now();
+
+private:
+    struct Known {
+        std::uint64_t device = 0;
+        std::int64_t changed = 0; // nanoseconds
+        std::optional<V4L2Camera> camera;
+    };
+    const std::string folder_;
+    std::map<std::string, Known> known_;
+};
 
 // What it offers of what is understood here; empty where it does not say.
 std::vector<CaptureFormat> v4l2Formats(const std::string& path);
