@@ -68,17 +68,17 @@ private:
 void benchRows(Stage& stage, int count)
 {
     auto suffix = "-" + std::to_string(count);
-    auto before = bench::residentKilobytes();
-    std::vector<double> mounting;
+    auto before = bench::ownKilobytes();
+    std::vector<bench::Taken> mounting;
     for (int turn = 0; turn < 5; ++turn) {
         stage.clear();
         stage.set("count", count);
-        mounting.push_back(bench::milliseconds([&] {
+        mounting.push_back(bench::take([&] {
             stage.set("scene", QStringLiteral("rows"));
             stage.frame();
         }));
         if (turn == 0)
-            bench::reportMemory("memory" + suffix, bench::residentKilobytes() - before);
+            bench::reportMemory("memory" + suffix, bench::ownKilobytes() - before);
     }
     bench::report("mount" + suffix, mounting);
     bench::measure("change-one" + suffix, 101, [&](int turn) {
