@@ -9,6 +9,7 @@
 #include "platform/services/captureAlertQuestion.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <tuple>
 #include <utility>
@@ -18,6 +19,7 @@ namespace platform {
 namespace {
 
 constexpr CMTimeScale timescale = 600;
+constexpr std::chrono::seconds betweenTries{2};
 
 template <class Code>
 bool is(const Error& error, Code code)
@@ -145,7 +147,6 @@ void CameraCapture::openCamera(const std::shared_ptr<AVCaptureDevice>& camera)
     auto input = AVCaptureDeviceInput::make(camera);
     if (!input)
         return setProblem(cameraProblemOf(input.error()));
-    setProblem(std::nullopt);
     session_->addInput(std::move(*input));
     session_->startRunning();
     if (onDevicesChange)
@@ -188,6 +189,7 @@ void CameraCapture::setRecordsMovies(bool records)
 void CameraCapture::stop()
 {
     isWanted_ = false;
+    retry_.cancel();
     movies_->stopRecording();
     session_->stopRunning();
     closeInput(AVMediaType::video);
@@ -217,6 +219,11 @@ void CameraCapture::switchCamera()
 
 void CameraCapture::setProblem(std::optional<CameraProblem> problem)
 {
+    retry_.cancel();
+    if (problem == CameraProblem::inUse) {
+        auto& loop = RunLoop::main();
+        retry_ = loop.schedule(loop.clock().now() + betweenTries, [this] { start(); });
+    }
     if (std::exchange(problem_, problem) != problem && onProblem)
         onProblem(problem);
 }
@@ -243,6 +250,7 @@ void CameraCapture::captureOutputDidOutput(AVCaptureOutput&, const CMSampleBuffe
 {
     if (!isWanted_ || !sample.imageBuffer)
         return;
+    setProblem(std::nullopt);
     auto image = imageFromPixelBuffer(sample.imageBuffer);
     if (sourceSize_.width == 0) {
         sourceSize_ = {static_cast<double>(sample.imageBuffer->width()),

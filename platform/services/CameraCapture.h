@@ -22,7 +22,7 @@ enum class CameraProblem { noCamera, noAccess, inUse, disconnected, unusable, di
 CameraProblem cameraProblemOf(const Error& error);
 
 // The camera behind a picker's page: asks for it, shows what it sees, takes photos and movies, and removes what nobody wants.
-// Comes back by itself when a camera is plugged in. Main thread only.
+// Comes back by itself when a camera is plugged in or nobody else uses it any more. Main thread only.
 class CameraCapture : public std::enable_shared_from_this<CameraCapture>,
                       public AVCaptureVideoDataOutputSampleBufferDelegate,
                       public AVCapturePhotoCaptureDelegate {
@@ -88,6 +88,7 @@ private:
     std::optional<CameraProblem> problem_;
     CGSize pictureSize_, sourceSize_;
     Token devices_;
+    Token retry_;             // of a camera that somebody else has
     bool isWanted_ = false;   // started and not stopped
     bool isStarting_ = false; // the user is being asked
 };

@@ -4,6 +4,7 @@
 #include "platform/graphics/SymbolImage.h"
 #include "platform/services/cameraText_p.h"
 #include "platform/services/mediaDuration.h"
+#include "platform/services/mediaPickerText_p.h"
 #include "platform/uikit/AnimationTiming.h"
 #include "platform/uikit/UIActivityIndicatorView.h"
 #include "platform/uikit/UIButton.h"
@@ -22,10 +23,13 @@ namespace platform {
 namespace {
 
 constexpr CGFloat margin = 8, pictureRadius = 14, panelDepth = 104, columnWidth = 112, roundSide = 44;
-constexpr CGFloat timeHeight = 26, modesHeight = 30, symbolSide = 56, wheelSide = 32;
+constexpr CGFloat timeHeight = 26, modesHeight = 30, symbolSide = 56, wheelSide = 32, playSide = 64;
 constexpr AnimationTiming flashTiming{.x1 = 0, .y1 = 0, .x2 = 0.4, .y2 = 1, .duration = 0.3};
 
-const UIColor recordingRed{1, 0.23, 0.19};
+UIColor recordingRed()
+{
+    return {1, 0.23, 0.19};
+}
 
 } // namespace
 
@@ -33,6 +37,7 @@ CameraControls::CameraControls()
     : preview_(std::make_shared<CameraPreviewView>())
     , light_(std::make_shared<UIView>())
     , time_(std::make_shared<UILabel>())
+    , notice_(std::make_shared<UILabel>())
     , symbol_(std::make_shared<UIImageView>())
     , message_(std::make_shared<UILabel>())
     , wheel_(std::make_shared<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::large))
@@ -40,25 +45,29 @@ CameraControls::CameraControls()
     , back_(std::make_shared<UIButton>())
     , use_(std::make_shared<UIButton>())
     , switch_(std::make_shared<UIButton>())
+    , play_(std::make_shared<UIButton>())
     , modes_(std::make_shared<UISegmentedControl>(
           std::vector{cameraText(CameraText::photo), cameraText(CameraText::video)}))
 {
     setOverrideUserInterfaceStyle(UIUserInterfaceStyle::dark);
     preview_->setCornerRadius(pictureRadius);
-    preview_->setBackgroundColor(UIColor::gray(0.09));
     preview_->accessibility().role = AccessibilityRole::image;
     preview_->accessibility().label = cameraText(CameraText::viewfinder);
     light_->setBackgroundColor(UIColor::white());
     light_->setCornerRadius(pictureRadius);
     light_->setAlpha(0);
     light_->setUserInteractionEnabled(false);
-    time_->setTextAlignment(TextAlignment::center);
-    time_->setTextColor(UIColor::white());
     time_->setFont(UIFont::monospacedSystemFont(14, FontWeight::semibold));
-    time_->setBackgroundColor(recordingRed);
-    time_->setCornerRadius(timeHeight / 2);
-    time_->setClipsToBounds(true);
-    time_->setHidden(true);
+    time_->setBackgroundColor(recordingRed());
+    notice_->setFont(UIFont::systemFont(14, FontWeight::medium));
+    notice_->setBackgroundColor(UIColor::gray(0, 0.6));
+    for (const auto& capsule : {time_, notice_}) {
+        capsule->setTextAlignment(TextAlignment::center);
+        capsule->setTextColor(UIColor::white());
+        capsule->setCornerRadius(timeHeight / 2);
+        capsule->setClipsToBounds(true);
+        capsule->setHidden(true);
+    }
     symbol_->setTintColor(UIColor::gray(1, 0.5));
     symbol_->setContentMode(UIViewContentMode::center);
     symbol_->accessibility().isHidden = true;
@@ -68,17 +77,24 @@ CameraControls::CameraControls()
     message_->setNumberOfLines(0);
     back_->setTintColor(UIColor::white());
     use_->setFont(UIFont::systemFont(17, FontWeight::semibold));
-    switch_->setTintColor(UIColor::white());
     switch_->setBackgroundColor(UIColor::gray(1, 0.16));
     switch_->setCornerRadius(roundSide / 2);
-    switch_->setContentInsets({});
+    play_->setBackgroundColor(UIColor::gray(0, 0.5));
+    play_->setCornerRadius(playSide / 2);
+    play_->setHidden(true);
+    play_->accessibility().label = mediaPickerText(MediaPickerText::play);
+    for (const auto& round : {switch_, play_}) {
+        round->setTintColor(UIColor::white());
+        round->setContentInsets({});
+    }
     switch_->accessibility().label = cameraText(CameraText::switchCamera);
     setMessage({});
     for (const auto& view :
          {std::shared_ptr<UIView>(preview_), light_, std::shared_ptr<UIView>(symbol_),
           std::shared_ptr<UIView>(message_), std::shared_ptr<UIView>(wheel_), std::shared_ptr<UIView>(time_),
-          std::shared_ptr<UIView>(modes_), std::shared_ptr<UIView>(back_), std::shared_ptr<UIView>(shutter_),
-          std::shared_ptr<UIView>(switch_), std::shared_ptr<UIView>(use_)})
+          std::shared_ptr<UIView>(notice_), std::shared_ptr<UIView>(modes_), std::shared_ptr<UIView>(play_),
+          std::shared_ptr<UIView>(back_), std::shared_ptr<UIView>(shutter_), std::shared_ptr<UIView>(switch_),
+          std::shared_ptr<UIView>(use_)})
         addSubview(view);
 }
 
@@ -101,6 +117,13 @@ void CameraControls::setMessage(std::string text, std::string_view symbol)
     symbol_->setHidden(text.empty());
     message_->setText(std::move(text));
     symbolName_ = symbol;
+    setNeedsLayout();
+}
+
+void CameraControls::setNotice(std::string text)
+{
+    notice_->setHidden(text.empty());
+    notice_->setText(std::move(text));
     setNeedsLayout();
 }
 
@@ -149,14 +172,20 @@ void CameraControls::layoutSubviews()
 
 void CameraControls::layOutOverlays(CGRect picture)
 {
-    auto wide = time_->sizeThatFits(picture.size).width + 24;
-    time_->setFrame(CGRect::make(picture.midX() - wide / 2, picture.minY() + 12, wide, timeHeight));
+    for (const auto& capsule : {time_, notice_}) {
+        auto wide =
+            std::min(capsule->sizeThatFits(picture.size).width + 24, std::max(picture.width() - 16, 0.0));
+        capsule->setFrame(CGRect::make(picture.midX() - wide / 2, picture.minY() + 12, wide, timeHeight));
+    }
     auto modesWide =
         std::min(std::max(modes_->sizeThatFits(picture.size).width, 160.0), picture.width() - 16);
     modes_->setFrame(CGRect::make(picture.midX() - modesWide / 2, picture.maxY() - modesHeight - 12,
                                   std::max(modesWide, 0.0), modesHeight));
     auto middle = picture.center();
     wheel_->setFrame(CGRect::make(middle.x - wheelSide / 2, middle.y - wheelSide / 2, wheelSide, wheelSide));
+    play_->setFrame(CGRect::make(middle.x - playSide / 2, middle.y - playSide / 2, playSide, playSide));
+    play_->setImage(
+        symbolImage("play.fill", {.pointSize = 26}, std::max(traitCollection().displayScale, 1.0)));
     auto textWide = std::max(std::min(picture.width() - 40, 360.0), 0.0);
     auto textHigh = std::min(message_->sizeThatFits({textWide, picture.height()}).height, picture.height());
     // With the symbol above, the two in the middle together, where both have room.

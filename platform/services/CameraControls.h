@@ -31,10 +31,12 @@ public:
     const std::shared_ptr<UIButton>& useButton() const { return use_; }       // of what was taken
     const std::shared_ptr<UIButton>& switchButton() const { return switch_; } // to the other camera
     const std::shared_ptr<UISegmentedControl>& modes() const { return modes_; }
+    const std::shared_ptr<UIButton>& playButton() const { return play_; } // over a movie that was recorded
 
     // Each is hidden without.
     void setTime(std::optional<double> seconds);
     void setMessage(std::string text, std::string_view symbol = "exclamationmark.triangle");
+    void setNotice(std::string text); // over the picture, where the time is
     void setWaiting(bool waiting);
     // The picture lights up for a moment.
     void flash();
@@ -48,12 +50,12 @@ private:
 
     const std::shared_ptr<CameraPreviewView> preview_;
     const std::shared_ptr<UIView> light_;
-    const std::shared_ptr<UILabel> time_;
+    const std::shared_ptr<UILabel> time_, notice_;
     const std::shared_ptr<UIImageView> symbol_;
     const std::shared_ptr<UILabel> message_;
     const std::shared_ptr<UIActivityIndicatorView> wheel_;
     const std::shared_ptr<CameraShutterButton> shutter_;
-    const std::shared_ptr<UIButton> back_, use_, switch_;
+    const std::shared_ptr<UIButton> back_, use_, switch_, play_;
     const std::shared_ptr<UISegmentedControl> modes_;
     std::string symbolName_;
 };

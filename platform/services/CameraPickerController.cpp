@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/services/CameraPickerController.h"
 
-#include "platform/avfoundation/AVAssetImageGenerator.h"
-#include "platform/avfoundation/AVURLAsset.h"
+#include "platform/avfoundation/AVError.h"
 #include "platform/avfoundation/imageFromPixelBuffer.h"
-#include "platform/dispatch/DispatchQueue.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/FileWriting.h"
 #include "platform/foundation/UUID.h"
 #include "platform/services/CameraControls.h"
+#include "platform/services/CameraMovieReview.h"
 #include "platform/services/PhotoCropController.h"
 #include "platform/services/VideoTrimController.h"
 #include "platform/services/cameraText_p.h"
@@ -27,7 +26,6 @@ namespace platform {
 namespace {
 
 constexpr int movieMode = 1; // of the two
-constexpr CGFloat posterPixels = 1920;
 
 struct Notice {
     std::string text;
@@ -83,6 +81,7 @@ void CameraPickerController::viewDidLoad()
     controls_->shutter()->addAction([this](UIControl&) { pressShutter(); }, primary);
     controls_->backButton()->addAction([this](UIControl&) { shot_ ? retake() : cancel(); }, primary);
     controls_->useButton()->addAction([this](UIControl&) { use(); }, primary);
+    controls_->playButton()->addAction([this](UIControl&) { movie_->togglePlaying(); }, primary);
     controls_->switchButton()->addAction(
         [this](UIControl&) {
             capture_->switchCamera();
@@ -134,12 +133,16 @@ void CameraPickerController::makeCapture()
 
 void CameraPickerController::setStage(Stage stage)
 {
-    stage_ = stage;
+    auto isNew = std::exchange(stage_, stage) != stage;
     auto& controls = *controls_;
     auto isReview = stage == Stage::review, isRecording = stage == Stage::recording;
     controls.backButton()->setTitle(isReview ? cameraText(CameraText::retake)
                                              : systemText(SystemText::cancel));
     controls.useButton()->setHidden(!isReview);
+    if (isNew) {
+        controls.playButton()->setHidden(true); // until a movie can be played
+        controls.setNotice({});
+    }
     if (shot_)
         controls.useButton()->setTitle(
             cameraText(shot_->isMovie ? CameraText::useVideo : CameraText::usePhoto));
@@ -158,7 +161,7 @@ void CameraPickerController::setStage(Stage stage)
     controls.preview()->setMirrored(!isReview && capture_->isMirrored());
     controls.setWaiting(stage == Stage::starting || stage == Stage::completing);
     controls.setNeedsLayout();
-    if (page_->window() && (stage == Stage::live || isReview))
+    if (isNew && page_->window() && (stage == Stage::live || isReview))
         isReview ? controls.useButton()->becomeFirstResponder() : controls.shutter()->becomeFirstResponder();
 }
 
@@ -247,7 +250,7 @@ void CameraPickerController::takePhoto(const AVCapturePhoto& photo)
     options_.allowsEditing ? crop() : review();
 }
 
-void CameraPickerController::takeMovie(const std::string& path, const std::optional<Error>&)
+void CameraPickerController::takeMovie(const std::string& path, const std::optional<Error>& error)
 {
     if (isOver_) {
         std::ignore = FileManager::defaultManager().removeItem(URL::fileURL(path));
@@ -256,6 +259,9 @@ void CameraPickerController::takeMovie(const std::string& path, const std::optio
     shot_ = Shot{.isMovie = true, .path = path};
     capture_->stop();
     options_.allowsEditing ? trim() : review();
+    // That it is as long as it may be is no news.
+    if (error && *error != Error(AVError::maximumDurationReached) && shot_)
+        controls_->setNotice(noticeOf(cameraProblemOf(*error)).text);
 }
 
 void CameraPickerController::takeFailure(const Error& error)
@@ -272,29 +278,16 @@ void CameraPickerController::review()
     controls_->setMessage({});
     setStage(Stage::review);
     if (!shot_->isMovie)
-        return showPoster(shot_->image);
+        return controls_->preview()->setPicture(shot_->image);
     // The last that was seen stands until the first of the movie is there.
-    auto self = std::static_pointer_cast<CameraPickerController>(shared_from_this());
-    auto generator =
-        std::make_shared<AVAssetImageGenerator>(std::make_shared<AVURLAsset>(URL::fileURL(shot_->path)));
-    generator->setAppliesPreferredTrackTransform(true);
-    generator->setMaximumSize({posterPixels, posterPixels});
-    generator->generateCGImagesAsynchronously(
-        {CMTime::zero()},
-        [weak = std::weak_ptr(self), path = shot_->path](const CMTime&, const std::optional<UIImage>& image,
-                                                         const CMTime&, AVAssetImageGeneratorResult,
-                                                         const std::optional<Error>&) {
-            DispatchQueue::main()->async([weak, path, image] {
-                auto controller = weak.lock();
-                if (controller && image && controller->shot_ && controller->shot_->path == path)
-                    controller->showPoster(*image);
-            });
-        });
-}
-
-void CameraPickerController::showPoster(UIImage poster)
-{
-    controls_->preview()->setPicture(std::move(poster));
+    movie_ = std::make_shared<CameraMovieReview>(shot_->path);
+    movie_->onPicture = [this](const UIImage& picture) { controls_->preview()->setPicture(picture); };
+    movie_->onPlayingChange = [this] {
+        controls_->playButton()->setHidden(!movie_->canPlay() || movie_->isPlaying());
+    };
+    auto size = controls_->preview()->bounds().size;
+    auto scale = std::max(page_->traitCollection().displayScale, 1.0);
+    movie_->load({std::max(size.width * scale, 1.0), std::max(size.height * scale, 1.0)});
 }
 
 void CameraPickerController::crop()
@@ -385,6 +378,7 @@ void CameraPickerController::finish(UIImagePickerInfo info)
     }
     info.emplace(UIImagePickerInfoKey::mediaType, std::string(shot_->isMovie ? kUTTypeMovie : kUTTypeImage));
     shot_.reset(); // the file is the caller's
+    movie_.reset();
     isOver_ = true;
     capture_->stop();
     auto kept = shared_from_this();
@@ -405,6 +399,7 @@ void CameraPickerController::cancel()
 
 void CameraPickerController::discard()
 {
+    movie_.reset();
     if (shot_ && !shot_->path.empty())
         std::ignore = FileManager::defaultManager().removeItem(URL::fileURL(shot_->path));
     shot_.reset();

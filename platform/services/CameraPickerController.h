@@ -13,6 +13,7 @@
 namespace platform {
 
 class CameraControls;
+class CameraMovieReview;
 class CameraPage;
 
 // A page with what the camera sees, on which a photo is taken or a movie recorded, looked at, and used or taken again. Where
@@ -71,7 +72,6 @@ private:
     void finish(UIImagePickerInfo info);
     void cancel();
     void discard();
-    void showPoster(UIImage poster);
 
     // fixed after construction
     const Options options_;
@@ -80,6 +80,7 @@ private:
     std::shared_ptr<CameraControls> controls_;
     std::shared_ptr<CameraCapture> capture_;
     std::optional<Shot> shot_;
+    std::shared_ptr<CameraMovieReview> movie_; // of a shot that is one, while it is looked at
     Stage stage_ = Stage::starting;
     bool isOver_ = false;
 };

@@ -8,10 +8,16 @@
 
 namespace platform {
 
+namespace {
+
+constexpr double emptyGray = 0.09; // before there is anything
+
+} // namespace
+
 CameraPreviewView::CameraPreviewView()
 {
     setClipsToBounds(true);
-    setBackgroundColor(UIColor::black());
+    setBackgroundColor(UIColor::gray(emptyGray));
 }
 
 void CameraPreviewView::setPicture(UIImage picture)
@@ -28,8 +34,10 @@ void CameraPreviewView::setMirrored(bool mirrored)
 
 void CameraPreviewView::setShowsAll(bool showsAll)
 {
-    if (std::exchange(showsAll_, showsAll) != showsAll)
-        setNeedsDisplay();
+    if (std::exchange(showsAll_, showsAll) == showsAll)
+        return;
+    setBackgroundColor(showsAll ? UIColor::black() : UIColor::gray(emptyGray));
+    setNeedsDisplay();
 }
 
 void CameraPreviewView::draw(CGContext& context, CGRect)

@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// What a camera sees, filling the view: what does not fit is cut off at the sides. Black before there is anything. Main thread
+// What a camera sees, filling the view: what does not fit is cut off at the sides. Dark before there is anything. Main thread
 // only.
 class CameraPreviewView : public UIView {
 public:

@@ -47,13 +47,6 @@ void MediaLibraryController::loadView()
     setView(page_);
 }
 
-void MediaLibraryController::showMessage(std::string text)
-{
-    message_ = std::move(text);
-    if (isViewLoaded())
-        showFiles();
-}
-
 void MediaLibraryController::setWaiting(bool waiting)
 {
     isWaiting_ = waiting;
@@ -105,7 +98,7 @@ void MediaLibraryController::viewDidLoad()
 
 void MediaLibraryController::startListing()
 {
-    if (message_ || isWaiting_ || std::exchange(isListing_, true))
+    if (isWaiting_ || std::exchange(isListing_, true))
         return;
     auto self = std::static_pointer_cast<MediaLibraryController>(shared_from_this());
     DispatchQueue::make("org.zelk.platform.media-listing")
@@ -132,14 +125,11 @@ void MediaLibraryController::showFiles()
 {
     auto kinds = chosenKinds();
     std::vector<LibraryFile> shown;
-    if (!message_)
-        std::ranges::copy_if(files_, std::back_inserter(shown), [&](const LibraryFile& file) {
-            return file.isVideo ? kinds.videos : kinds.photos;
-        });
-    auto isBusy = !isListed_ && !message_;
-    isBusy ? wheel_->startAnimating() : wheel_->stopAnimating();
-    empty_->setHidden(isBusy || !shown.empty());
-    empty_->setText(message_.value_or(mediaPickerText(MediaPickerText::noMedia)));
+    std::ranges::copy_if(files_, std::back_inserter(shown),
+                         [&](const LibraryFile& file) { return file.isVideo ? kinds.videos : kinds.photos; });
+    isListed_ ? wheel_->stopAnimating() : wheel_->startAnimating();
+    empty_->setHidden(!isListed_ || !shown.empty());
+    empty_->setText(mediaPickerText(MediaPickerText::noMedia));
     auto hasKeyboard = grid_->isFirstResponder();
     grid_->setHidden(shown.empty());
     grid_->setFiles(std::move(shown));

@@ -6,9 +6,7 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <stop_token>
-#include <string>
 #include <vector>
 
 namespace platform {
@@ -31,8 +29,6 @@ public:
     std::function<void(const LibraryFile&)> onPick;
     std::function<void()> onCancel;
 
-    // Says this in place of any media.
-    void showMessage(std::string text);
     // While it waits it shows that it is busy, and looks for no media.
     void setWaiting(bool waiting);
 
@@ -47,7 +43,6 @@ private:
     MediaKinds chosenKinds() const;
 
     const MediaKinds kinds_;
-    std::optional<std::string> message_;
     std::shared_ptr<PickerPage> page_;
     std::shared_ptr<PickerBar> bar_;
     std::shared_ptr<UISegmentedControl> filter_; // null where there is nothing to choose

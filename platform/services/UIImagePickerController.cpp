@@ -7,7 +7,6 @@
 #include "platform/services/PhotoCropController.h"
 #include "platform/services/PortalFileChooser_p.h"
 #include "platform/services/VideoTrimController.h"
-#include "platform/services/mediaPickerText_p.h"
 
 #include <algorithm>
 #include <utility>
@@ -83,11 +82,8 @@ MediaKinds UIImagePickerController::kinds() const
 void UIImagePickerController::showLibrary()
 {
     library_ = std::make_shared<MediaLibraryController>(kinds());
-    auto isAvailable = isSourceTypeAvailable(sourceType);
-    if (!isAvailable)
-        library_->showMessage(mediaPickerText(MediaPickerText::noCamera));
     auto isKnown = kinds().photos || kinds().videos;
-    if (isAvailable && isKnown && !prefersEmbeddedLibrary)
+    if (isKnown && !prefersEmbeddedLibrary)
         chooser_ = givenChooser() ? givenChooser() : PortalFileChooser::ofDesktop();
     library_->setWaiting(chooser_ != nullptr);
     auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
