@@ -50,8 +50,14 @@ public:
     // A picture whose head does not say how large it is is none that we decode.
     bool isReadable()
     {
-        return reader_.canRead() && isPixelFormat(reader_.format()) && !reader_.size().isEmpty();
+        if (!reader_.canRead())
+            return false;
+        auto format = reader_.format(); // which is not known any more once the size is
+        isIcon_ = format == "ico";
+        return isPixelFormat(format) && !reader_.size().isEmpty();
     }
+    // Requires: it is readable, and that was asked.
+    bool isIcon() const { return isIcon_; }
     PixelSize fullSize() const
     {
         auto size = isOnItsSide() ? reader_.size().transposed() : reader_.size();
@@ -75,7 +81,30 @@ private:
     QByteArray bytes_;
     QBuffer buffer_;
     QImageReader reader_;
+    bool isIcon_ = false;
 };
+
+// Of the pictures in an icon, whose list may say less than they have.
+double largestPixelCountInIcon(std::span<const std::byte> data)
+{
+    // Most significant byte first; 0 beyond the end.
+    auto number = [data](std::size_t at, std::size_t length, bool isReversed) {
+        std::size_t value = 0;
+        for (std::size_t i = 0; i < length && at + length <= data.size(); ++i)
+            value = value << 8 | std::to_integer<std::size_t>(data[at + (isReversed ? length - 1 - i : i)]);
+        return value;
+    };
+    constexpr std::size_t head = 6, entry = 16, place = 12, pngWidth = 16, pngHeight = 20;
+    double largest = 0;
+    for (std::size_t i = 0; i < number(4, 2, true); ++i) {
+        auto at = number(head + i * entry + place, 4, true);
+        if (number(at, 4, false) == 0x89504E47) // of those that are PNG; others have 256 by 256 at most
+            largest = std::max(largest,
+                               static_cast<double>(number(at + pngWidth, 4, false))
+                                   * static_cast<double>(number(at + pngHeight, 4, false)));
+    }
+    return largest;
+}
 
 PixelSize reducedSize(PixelSize full, const std::optional<PixelSize>& sufficient)
 {
@@ -104,7 +133,9 @@ Result<DecodedImage> decodeImage(std::span<const std::byte> data, const ImageDec
     if (!reader.isReadable())
         return refusal(NSCocoaError::fileReadCorruptFile, "The data is no picture.");
     auto full = reader.fullSize();
-    if (full.count() > options.maximumPixelCount)
+    if (full.count() > options.maximumPixelCount
+        || (reader.isIcon()
+            && largestPixelCountInIcon(data) > static_cast<double>(options.maximumPixelCount)))
         return refusal(NSCocoaError::fileReadTooLarge, "The picture has too many pixels.");
     auto scale = options.scale > 0 && std::isfinite(options.scale) ? options.scale : 1;
     auto size = reducedSize(full, options.sufficientSize);

@@ -38,6 +38,16 @@ std::string onItsSide(std::string jpeg)
     return jpeg.insert(2, orientation);
 }
 
+// A file of one icon, which it says has 16 by 16 pixels.
+std::string icon(const std::string& png)
+{
+    std::string head("\0\0\1\0\1\0\x10\x10\0\0\1\0\x20\0", 14);
+    for (auto number : {png.size(), std::size_t(22)})
+        for (int shift = 0; shift < 32; shift += 8)
+            head += static_cast<char>(number >> shift & 255);
+    return head + png;
+}
+
 TEST(DecodeImageTests, APictureComesWithAsManyPixelsAsSufficeAndLiesAsLargeAsTheWhole)
 {
     struct Case {
@@ -76,6 +86,7 @@ TEST(DecodeImageTests, APictureComesWithAsManyPixelsAsSufficeAndLiesAsLargeAsThe
             << test.name;
         EXPECT_EQ(imagePixelSize(bytes(test.data)), test.full) << test.name;
     }
+    EXPECT_TRUE(decodeImage(bytes(icon(png))));
     auto turned = decodeImage(bytes(onItsSide(jpeg)), {.sufficientSize = PixelSize{100, 200}});
     EXPECT_GT(turned->image.pixel(50, 20).components().red, 0.8) << "what was left is above";
     EXPECT_GT(turned->image.pixel(50, 180).components().blue, 0.8);
@@ -101,6 +112,8 @@ TEST(DecodeImageTests, WhatClaimsTooMuchIsRefusedByItsHeadAndWhatIsBrokenIsRefus
          NSCocoaError::fileReadCorruptFile},
         {"half a picture's head", png.substr(0, 20), 1000, NSCocoaError::fileReadCorruptFile},
         {"one pixel more than the limit", png, 80 * 40 - 1, NSCocoaError::fileReadTooLarge},
+        {"more in an icon than it says", icon(png), 80 * 40 - 1, NSCocoaError::fileReadTooLarge},
+        {"a bomb in an icon", icon(bomb), 64 << 20, NSCocoaError::fileReadTooLarge},
         {"a bomb that would be small when it is shown", bomb, 64 << 20, NSCocoaError::fileReadTooLarge},
     };
     for (const auto& test : cases) {
