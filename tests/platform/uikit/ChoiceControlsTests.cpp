@@ -35,6 +35,14 @@ std::shared_ptr<V> put(ViewHarness& harness, std::shared_ptr<V> view,
     return view;
 }
 
+std::vector<CGRect> placesOfParts(const UIView& view)
+{
+    std::vector<CGRect> places;
+    for (auto& part : view.subviews())
+        places.push_back(part->frame());
+    return places;
+}
+
 TEST(UISwitch, is_turned_by_clicks_keys_drags_and_assistive_technology)
 {
     // Its capsule is 46 points wide, from 137 to 183.
@@ -60,6 +68,11 @@ TEST(UISwitch, is_turned_by_clicks_keys_drags_and_assistive_technology)
         EXPECT_EQ(view->isOn(), isOn) << name;
         EXPECT_EQ(told % 2 == 1, isOn) << name;
         EXPECT_EQ(harness.find(AccessibilityRole::toggle).isSelected(), isOn) << name;
+        auto like = std::make_shared<UISwitch>();
+        like->setFrame(view->frame());
+        like->setOn(isOn);
+        like->layoutIfNeeded();
+        EXPECT_EQ(placesOfParts(*view), placesOfParts(*like)) << name << ": the knob is elsewhere";
     }
     ViewHarness mirrored({320, 100}, traitsOf(true));
     auto view = put(mirrored, std::make_shared<UISwitch>());
