@@ -222,6 +222,7 @@ TEST(Transition, moves_what_comes_and_keeps_what_goes_until_it_has_gone)
     ASSERT_FALSE(group.expired());
     EXPECT_NEAR(group.lock()->presentationAlpha(), 0.5, frameTolerance);
     EXPECT_EQ(harness.controller->view()->subviews().back(), group.lock()) << "in front of what stays";
+    EXPECT_TRUE(group.lock()->accessibility().isHidden) << "readers hear of what stays";
     harness.advance(600ms);
     EXPECT_TRUE(group.expired());
     EXPECT_EQ(harness.names(), Log{"none"});
@@ -243,14 +244,17 @@ TEST(Transition, comes_from_its_edge_and_goes_where_it_is_told)
         std::string_view name;
         AnyTransition transition;
         CGRect before, after; // of a view 40 by 20 in the middle of 100 by 100
+        LayoutDirection direction = LayoutDirection::leftToRight;
     };
-    for (auto& [name, how, before, after] : {
+    for (auto& [name, how, before, after, direction] : {
              Case{"from above", AnyTransition::move(Edge::top), CGRect::make(30, 20, 40, 20),
                   CGRect::make(30, 20, 40, 20)},
              Case{"from below", AnyTransition::move(Edge::bottom), CGRect::make(30, 60, 40, 20),
                   CGRect::make(30, 60, 40, 20)},
              Case{"across", AnyTransition::slide(), CGRect::make(-10, 40, 40, 20),
                   CGRect::make(70, 40, 40, 20)},
+             Case{"across, as Hebrew is read", AnyTransition::slide(), CGRect::make(70, 40, 40, 20),
+                  CGRect::make(-10, 40, 40, 20), LayoutDirection::rightToLeft},
              Case{"from nothing", AnyTransition::scale(), CGRect::make(50, 50, 0, 0),
                   CGRect::make(50, 50, 0, 0)},
              Case{"small and aside", AnyTransition::scale(0.5).combined(AnyTransition::offset({10, 0})),
@@ -261,7 +265,8 @@ TEST(Transition, comes_from_its_edge_and_goes_where_it_is_told)
                  CGRect::make(30, 60, 40, 20), CGRect::make(30, 20, 40, 20)},
          }) {
         auto shown = makeHandle<bool>();
-        Shown harness({100, 100}, arriving(shown, how));
+        Shown harness({100, 100},
+                      arriving(shown, how) | platform::environment<LayoutDirectionKey>(direction));
         withAnimation(Animation::linear(1), [&] { (*shown)->set(true); });
         harness.settle();
         auto group = harness.find("a").superview();

@@ -88,6 +88,20 @@ TEST(SurroundingsTests, aPreferredColorSchemeTurnsTheWindowUntilNobodyPrefersIt)
     }
 }
 
+TEST(SurroundingsTests, aPageInsideFollowsTheWindowsStyle)
+{
+    struct Root {
+        std::shared_ptr<std::vector<UIColor>> tints = std::make_shared<std::vector<UIColor>>();
+        auto body() const { return NavigationView{Reader{tints}}; }
+    };
+    harness::ViewHarness harness;
+    harness.show(std::make_shared<UIHostingController<Root>>(Root{}));
+    harness.find("light"); // ends the program when it is not there
+    harness.window().setBaseTraits({.userInterfaceStyle = Style::dark});
+    harness.settle();
+    harness.find("dark");
+}
+
 TEST(SurroundingsTests, aPreferredColorSchemeGoesWhereItsControllerGoes)
 {
     auto content = Color{UIColor::systemBackground()} | preferredColorScheme(ColorScheme::dark);
