@@ -74,7 +74,7 @@ UIColor legibleColor(const UIColor& ground)
         auto white = 1.05 / light, black = light / 0.05;
         constexpr double enough = 3, enoughForText = 4.5;
         return white >= (highContrast ? enoughForText : enough) || white >= black ? UIColor::white()
-                                                                                 : UIColor::black();
+                                                                                  : UIColor::black();
     };
     return UIColor::dynamic(over(false, false), over(true, false), over(false, true), over(true, true));
 }

@@ -18,7 +18,7 @@ constexpr CGFloat dot = 7;
 constexpr CGFloat pitchOfDots = 16;
 constexpr CGFloat usualHeight = 26, capsuleHeight = 22;
 constexpr CGFloat capsuleMargin = 6; // beside the outer dots' share
-constexpr int edgeDots = 1; // that are small where more follow
+constexpr int edgeDots = 1;          // that are small where more follow
 
 } // namespace
 
