@@ -150,7 +150,11 @@ void CameraControls::layoutSubviews()
     if (area.isNull())
         area = bounds();
     auto isColumn = area.width() > area.height() * 1.1 && area.width() >= 3 * columnWidth;
-    auto depth = isColumn ? columnWidth : std::min(panelDepth, area.height() / 2);
+    auto wanted = [&](const UIButton& button) {
+        return button.isHidden() ? 0 : button.sizeThatFits({area.width(), roundSide}).width + 24;
+    };
+    auto depth = isColumn ? std::min(std::max({columnWidth, wanted(*back_), wanted(*use_)}), area.width() / 2)
+                          : std::min(panelDepth, area.height() / 2);
     auto picture = area, panel = area;
     if (isColumn) {
         picture.size.width -= depth;
@@ -223,15 +227,18 @@ void CameraControls::layOutPanel(CGRect panel, bool isColumn)
         centered(*switch_, {middle.x, panel.minY() + 16 + roundSide / 2}, {roundSide, roundSide});
         return;
     }
-    // Reading begins at the way back.
-    auto room = use_->isHidden() ? std::max((panel.width() - side) / 2 - 12, 0.0)
-                                 : std::max(panel.width() / 2 - 12, 0.0);
+    // Reading begins at the way back. Without the shutter between them the two share all there is.
+    auto room = std::max((panel.width() - side) / 2 - 12, 0.0);
+    if (!use_->isHidden())
+        room = std::max(panel.width() - 32, 0.0);
     auto place = [&](UIView& view, CGFloat wide, bool isAtEnd) {
         auto x = isAtEnd != isRightToLeft() ? panel.maxX() - 12 - wide : panel.minX() + 12;
         view.setFrame(CGRect::make(x, std::round(middle.y - roundSide / 2), wide, roundSide));
     };
-    place(*back_, std::min(back_->sizeThatFits({room, roundSide}).width, room), false);
-    place(*use_, std::min(use_->sizeThatFits({room, roundSide}).width, room), true);
+    auto useWide = use_->isHidden() ? 0 : std::min(use_->sizeThatFits({room, roundSide}).width, room * 0.6);
+    auto backWide = std::min(back_->sizeThatFits({room, roundSide}).width, room - useWide);
+    place(*back_, backWide, false);
+    place(*use_, useWide, true);
     place(*switch_, std::min(roundSide, room), true);
 }
 
