@@ -43,6 +43,15 @@ bool isAbandoned(const std::filesystem::directory_entry& entry)
         && !error;
 }
 
+// For this user alone. It holds nothing but downloads, as what nobody owns there is removed.
+bool isPreparedDirectory(const URL& place)
+{
+    if (!FileManager::defaultManager().createDirectory(place, IntermediateDirectories::created))
+        return false;
+    ::chmod(place.path().c_str(), 0700);
+    return ::access(place.path().c_str(), W_OK | X_OK) == 0;
+}
+
 std::string makeDownloadDirectory()
 {
     auto& manager = FileManager::defaultManager();
@@ -51,13 +60,12 @@ std::string makeDownloadDirectory()
     auto name = manager.temporaryDirectory().lastPathComponent();
     if (!caches.empty()) {
         auto place = caches.front().appendingPathComponent(name).appendingPathComponent("downloads");
-        if (manager.createDirectory(place, IntermediateDirectories::created)) {
-            ::chmod(place.path().c_str(), 0700);
-            if (::access(place.path().c_str(), W_OK | X_OK) == 0)
-                return place.path() + "/";
-        }
+        if (isPreparedDirectory(place))
+            return place.path() + "/";
     }
-    return manager.temporaryDirectory().path() + "/";
+    auto place = manager.temporaryDirectory().appendingPathComponent("downloads");
+    isPreparedDirectory(place); // where it is not, no file can be made there, which says why
+    return place.path() + "/";
 }
 
 } // namespace
@@ -92,7 +100,10 @@ std::string downloadDirectory()
 
 Result<std::unique_ptr<DownloadFile>> DownloadFile::make()
 {
-    return open(downloadDirectory() + UUID().string() + growing);
+    auto path = [] { return downloadDirectory() + UUID().string() + growing; };
+    auto made = open(path());
+    // Another program that starts may be looking at it right now, whether it is an abandoned one.
+    return made ? std::move(made) : open(path());
 }
 
 Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <sys/socket.h>
 
 namespace platform {
 
@@ -21,6 +22,12 @@ const char* fileFromEnvironment(const char* name)
     return value && *value ? value : nullptr;
 }
 
+// Programs that are started meanwhile inherit no connection.
+curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address)
+{
+    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
 } // namespace
 
 HTTPRequestHandle::HTTPRequestHandle(const URLRequest& request, Compression compression)
@@ -32,6 +39,7 @@ HTTPRequestHandle::HTTPRequestHandle(const URLRequest& request, Compression comp
     // Signals are not its to send, names that nobody asks for any more are not waited for.
     ::curl_easy_setopt(handle_, CURLOPT_NOSIGNAL, 1L);
     ::curl_easy_setopt(handle_, CURLOPT_QUICK_EXIT, 1L);
+    ::curl_easy_setopt(handle_, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
     ::curl_easy_setopt(handle_, CURLOPT_PROTOCOLS_STR, "http,https");
     ::curl_easy_setopt(handle_, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_2TLS);
     ::curl_easy_setopt(handle_, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);

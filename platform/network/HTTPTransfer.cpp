@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <strings.h>
 #include <utility>
 
 namespace platform {
@@ -29,6 +30,15 @@ Date now()
     return HTTPExchangeTimes::now().requested;
 }
 
+// Whether the last one of the codings is that of chunks.
+bool endsInChunks(std::string_view codings)
+{
+    auto last = codings.substr(codings.rfind(',') + 1); // after the last comma, or the whole
+    auto begin = last.find_first_not_of(" \t");
+    last = begin == last.npos ? "" : last.substr(begin, last.find_last_not_of(" \t") + 1 - begin);
+    return ::strcasecmp(std::string(last).c_str(), "chunked") == 0;
+}
+
 } // namespace
 
 class HTTPTransfer::State final : public HTTPConnections::Client, public std::enable_shared_from_this<State> {
@@ -38,6 +48,7 @@ public:
     void scheduleTimeout(Clock::duration delay);
 
     bool isHTTP2() const { return request_.isHTTP2(); }
+    bool endIsKnown() const { return endIsKnown_; }
 
     CURL* handle() override { return request_.handle(); }
     void handleBatch() override;
@@ -75,6 +86,7 @@ private:
     std::optional<long> outcome_;
     std::int64_t unpacked_ = 0;
     curl_off_t sent_ = 0;
+    bool endIsKnown_ = false;
     bool isHeld_ = false; // the library keeps bytes that were refused
     bool hasNews_ = false;
     bool isFinished_ = false;
@@ -151,14 +163,18 @@ void HTTPTransfer::State::handleHead()
 {
     auto fields = head_.fields();
     auto length = fields.find("Content-Length");
-    // Of several lengths that differ, a proxy might believe another one.
-    if (length != fields.end() && !fields.contains("Transfer-Encoding")
-        && !parseContentLength(length->second)) {
+    auto coding = fields.find("Transfer-Encoding");
+    bool isChunked = coding != fields.end() && endsInChunks(coding->second);
+    endIsKnown_ = length != fields.end() || isChunked || request_.isHTTP2();
+    // Of several lengths that differ, a proxy might believe another one; beside a coding without chunks none is believed.
+    if (length != fields.end() && !isChunked
+        && (coding != fields.end() || !parseContentLength(length->second))) {
         failure_ = NSURLErrorCannotParseResponse;
         return;
     }
-    // The length of what is unpacked is another.
-    if (length != fields.end() && request_.decodes() && fields.contains("Content-Encoding"))
+    // Chunks say better how long they are. The length of what is unpacked is another.
+    bool isUnpacked = request_.decodes() && fields.contains("Content-Encoding");
+    if (length != fields.end() && (isChunked || isUnpacked))
         fields.erase(length);
     handlers_.onHead(std::make_shared<HTTPURLResponse>(
         url_, head_.status(), request_.isHTTP2() ? "HTTP/2" : "HTTP/1.1", std::move(fields)));
@@ -193,8 +209,9 @@ std::size_t HTTPTransfer::State::takeBytes(char* bytes, std::size_t, std::size_t
 bool HTTPTransfer::State::isBomb(std::size_t next)
 {
     auto whole = unpacked_ + static_cast<std::int64_t>(next);
-    if (!request_.decodes() || whole <= mostUnpacked)
+    if (whole <= mostUnpacked)
         return false;
+    // Packed for the transport it may be unasked.
     curl_off_t packed = 0;
     ::curl_easy_getinfo(handle(), CURLINFO_SIZE_DOWNLOAD_T, &packed);
     return whole / mostExpansion > packed;
@@ -237,6 +254,9 @@ std::optional<long> HTTPTransfer::State::outcome(CURLcode code)
     // A single line may be longer than the library has room for.
     if (code == CURLE_OUT_OF_MEMORY && !head_.isWhole())
         return NSURLErrorDataLengthExceedsMaximum;
+    // Of bytes that are refused here the reason is known: these are ones that the library could not unpack.
+    if (code == CURLE_WRITE_ERROR && head_.isWhole())
+        return NSURLErrorCannotDecodeRawData;
     if (code != CURLE_OK)
         return transferErrorCode(handle(), code);
     return head_.isWhole() ? std::nullopt : std::optional(NSURLErrorNetworkConnectionLost);
@@ -283,8 +303,10 @@ HTTPTransfer::~HTTPTransfer()
 
 void HTTPTransfer::setPaused(bool isPaused)
 {
-    if (std::exchange(state_->isPaused, isPaused) && !isPaused)
-        resume();
+    if (!std::exchange(state_->isPaused, isPaused) || isPaused)
+        return;
+    state_->lastActivity = Clock::now();
+    resume();
 }
 
 void HTTPTransfer::resume()
@@ -300,6 +322,11 @@ std::optional<Date> HTTPTransfer::requestStart() const
 std::optional<Date> HTTPTransfer::responseStart() const
 {
     return state_->responseStart;
+}
+
+bool HTTPTransfer::endIsKnown() const
+{
+    return state_->endIsKnown();
 }
 
 bool HTTPTransfer::isHTTP2() const

@@ -48,6 +48,8 @@ public:
     // When the first byte of the head came.
     std::optional<Date> responseStart() const;
     bool isHTTP2() const;
+    // Whether the head says where the body ends; else one that broke off looks like a whole one.
+    bool endIsKnown() const;
 
 private:
     class State;

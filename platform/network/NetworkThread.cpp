@@ -89,9 +89,10 @@ void NetworkThread::run()
     std::unique_lock(state_->mutex).unlock();
     while (!state_->isOver) {
         state_->runWork();
+        // Before timers, so that none runs out over bytes that are here.
+        state_->connections->drive();
         state_->runTimers();
         state_->handleDescriptors();
-        state_->connections->drive();
         state_->wait();
     }
 }

@@ -14,6 +14,7 @@ namespace platform {
 namespace {
 
 constexpr auto secrets = std::to_array<std::string_view>({"Authorization", "Cookie", "Proxy-Authorization"});
+constexpr auto aboutHost = std::to_array<std::string_view>({"Host"});
 constexpr auto aboutBody = std::to_array<std::string_view>(
     {"Content-Length", "Content-Type", "Content-Encoding", "Content-Language", "Content-Location"});
 
@@ -93,6 +94,8 @@ std::optional<std::expected<URLRequest, long>> redirection(const URLRequest& req
     }
     if (!haveSameOrigin(from, target))
         drop(next.allHTTPHeaderFields, secrets);
+    if (from.host() != target.host() || portOf(from) != portOf(target))
+        drop(next.allHTTPHeaderFields, aboutHost);
     return next;
 }
 

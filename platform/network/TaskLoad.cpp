@@ -19,6 +19,9 @@ namespace {
 constexpr auto retryInterval = std::chrono::seconds(5);
 // Answers that do not continue what is here make a download start anew, so often.
 constexpr int mostRestarts = 2;
+// Connections that break one after the other and bring less than this much each.
+constexpr int mostBreaks = 6;
+constexpr std::int64_t enoughNews = 64 * 1024;
 
 Date now()
 {
@@ -80,6 +83,7 @@ void TaskLoad::hop(URLRequest request)
     request_ = std::move(request);
     response_ = nullptr;
     isQueued_ = false;
+    deferred_ = std::nullopt;
     beginTransaction();
     if (!isLoadable(request_.url))
         return finish(error(NSURLErrorUnsupportedURL));
@@ -104,10 +108,16 @@ void TaskLoad::enqueue(URLRequest request)
         if (!self || std::exchange(self->isQueued_, true))
             return;
         self->core_->whenFree(request.url.host(), [weak, request](URLSessionCore::Slot slot) {
-            if (auto load = weak.lock(); load && !load->isOver_) {
-                load->slot_ = std::move(slot);
-                load->send(request);
+            auto load = weak.lock();
+            if (!load || load->isOver_)
+                return;
+            load->isQueued_ = !load->isSuspended_;
+            if (load->isSuspended_) {
+                load->deferred_ = request; // others may go first
+                return;
             }
+            load->slot_ = std::move(slot);
+            load->send(request);
         });
     });
 }
@@ -305,25 +315,39 @@ bool TaskLoad::survives(long code)
 {
     bool isBreak = code == NSURLErrorNetworkConnectionLost || code == NSURLErrorTimedOut;
     // Each time a little more has come; a server that gives nothing more is believed.
-    if (isBreak && response_ && sink_->canContinue() && sink_->byteCount() > sizeAtSend_) {
-        endTransfer();
-        hop(request_);
+    auto news = sink_->byteCount() - sizeAtSend_;
+    if (isBreak && response_ && sink_->canContinue() && news > 0) {
+        if (news >= enoughNews)
+            breakCount_ = 0;
+        if (++breakCount_ > mostBreaks)
+            return false;
+        // At first at once, then after 50, 100, 200 ... milliseconds.
+        goOnAfter(breakCount_ == 1 ? std::chrono::milliseconds(0)
+                                   : std::chrono::milliseconds(25) * (1 << (breakCount_ - 1)));
         return true;
     }
     if (code == NSURLErrorNotConnectedToInternet && core_->configuration().waitsForConnectivity) {
-        endTransfer();
-        retryTimer_ = NetworkThread::shared().after(retryInterval, [weak = weak_from_this()] {
-            if (auto self = weak.lock(); self && !self->isOver_)
-                self->hop(self->request_);
-        });
+        goOnAfter(retryInterval);
         return true;
     }
     return false;
 }
 
+void TaskLoad::goOnAfter(std::chrono::milliseconds delay)
+{
+    endTransfer();
+    if (delay.count() == 0)
+        return hop(request_);
+    retryTimer_ = NetworkThread::shared().after(delay, [weak = weak_from_this()] {
+        if (auto self = weak.lock(); self && !self->isOver_)
+            self->hop(self->request_);
+    });
+}
+
 void TaskLoad::store()
 {
-    if (!response_ || redirection(request_, *response_) || !caching_.mayStore(*response_))
+    if (!response_ || redirection(request_, *response_) || !caching_.mayStore(*response_)
+        || !transfer_->endIsKnown()) // half an answer would be believed for as long as it is fresh
         return;
     if (auto body = sink_->storableBody())
         caching_.store(response_, std::move(body), exchangeTimes());
@@ -391,6 +415,11 @@ void TaskLoad::endTransaction()
 void TaskLoad::setPaused(bool isPaused)
 {
     isSuspended_ = isPaused;
+    // One that rests leaves its place to others, and goes on without one.
+    if (isPaused)
+        slot_ = nullptr;
+    else if (deferred_)
+        enqueue(*std::exchange(deferred_, std::nullopt));
     updatePause();
 }
 

@@ -6,6 +6,7 @@
 #include "platform/network/LoadSink_p.h"
 #include "platform/network/URLSessionTaskMetrics.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -50,6 +51,7 @@ private:
     void handleEnd(std::optional<long> error);
     // Whether the load goes on in spite of `error`.
     bool survives(long error);
+    void goOnAfter(std::chrono::milliseconds delay);
     void store();
 
     void updatePause();
@@ -80,6 +82,8 @@ private:
     Token conditionsToken_;
     std::int64_t sizeAtSend_ = 0;
     int restartCount_ = 0;
+    int breakCount_ = 0;
+    std::optional<URLRequest> deferred_; // until this goes on
     bool isSuspended_ = false;
     bool isQueued_ = false;     // this hop's request is on its way
     bool awaitsAnswer_ = false; // of the delegate

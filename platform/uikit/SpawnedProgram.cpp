@@ -61,6 +61,8 @@ void SpawnedProgram::start(std::vector<std::string> command, std::function<void(
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    // Not all libraries keep theirs to themselves.
+    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     // A group of its own: an interrupt from the terminal is for this program.

@@ -117,6 +117,14 @@ const Case cases[] = {
      oldFile,
      {10, 18, 26},
      "bytes=10-"},
+    {"a server that creeps is given up",
+     "\"1\"",
+     [](auto& c, auto& request) {
+         sendRange(c, oldFile, std::stoul(request.field("Range").value_or("bytes=0").substr(6)), "\"1\"", 1);
+     },
+     "",
+     {10, 11, 12, 13, 14, 15},
+     "bytes=10-"},
     {"a weak validator proves nothing", "W/\"1\"", {}, "", {}, ""},
     {"no validator proves nothing", "", {}, "", {}, ""},
     {"a server that gives nothing more is believed",

@@ -134,6 +134,7 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
         request.httpMethod = method;
         request.httpBody = "body";
         request.setValue("secret", "authorization");
+        request.setValue("another.name", "host");
         auto next =
             redirection(request, HTTPURLResponse(request.url, status, "HTTP/1.1", {{"Location", location}}));
         ASSERT_TRUE(next);
@@ -146,6 +147,7 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
         EXPECT_EQ((*next)->httpMethod, newMethod);
         EXPECT_EQ((*next)->httpBody.empty(), (*next)->httpMethod != method && (*next)->httpMethod == "GET");
         EXPECT_EQ((*next)->value("Authorization").has_value(), keepsAuthorization);
+        EXPECT_EQ((*next)->value("Host").has_value(), keepsAuthorization);
     }
 }
 

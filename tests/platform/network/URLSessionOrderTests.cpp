@@ -239,6 +239,33 @@ TEST(URLSessionOrder, aTaskThatIsSuspendedAtEachPieceGetsThemAll)
     }
 }
 
+TEST(URLSessionOrder, tasksThatRestLeaveTheirPlacesToOthers)
+{
+    ScriptedServer server([](Connection& connection, const Request& request) {
+        connection.answer("200 OK", std::string(request.target == "/long" ? 20'000'000 : 5, 'x'));
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    // As many of each as there are places: at rest before they begin, and in the middle.
+    std::vector<std::shared_ptr<URLSessionTask>> resting;
+    delegate->onData = [](URLSessionTask& task) { task.suspend(); };
+    for (int i = 0; i < 12; ++i) {
+        resting.push_back(session->dataTask(URLRequest(server.url("/long"))));
+        resting.back()->resume();
+        if (i % 2 == 0)
+            resting.back()->suspend();
+    }
+    session->downloadTask(URLRequest(server.url("/short")))->resume();
+    EXPECT_TRUE(delegate->waitForCall("file"));
+    for (auto& task : resting) {
+        while (task->state() != URLSessionTask::State::completed) {
+            task->resume();
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(task->error(), std::nullopt);
+    }
+}
+
 TEST(URLSessionOrder, aProcessMayEndInTheMiddleOfAnyLoad)
 {
     for (std::size_t moment = 0; moment < 12; ++moment) {
@@ -327,7 +354,10 @@ TEST(URLSessionCache, freshAnswersComeFromTheCacheAndStaleOnesAreAskedAbout)
         auto life = request.target == "/fresh" ? "max-age=1000" : "max-age=0";
         if (request.field("If-None-Match") == "\"1\"")
             connection.send("HTTP/1.1 304 Not Modified\r\nETag: \"1\"\r\n\r\n");
-        else
+        else if (request.target == "/endless") { // perhaps there should have been more of it
+            connection.send("HTTP/1.1 200 OK\r\nCache-Control: max-age=1000\r\n\r\nhello");
+            connection.close();
+        } else
             connection.answer("200 OK", "hello",
                               "ETag: \"1\"\r\nCache-Control: " + std::string(life) + "\r\n");
     });
@@ -340,6 +370,7 @@ TEST(URLSessionCache, freshAnswersComeFromTheCacheAndStaleOnesAreAskedAbout)
     using enum URLRequestCachePolicy;
     const Case cases[] = {
         {"/fresh", useProtocolCachePolicy, {FetchType::localCache}, 1},
+        {"/endless", useProtocolCachePolicy, {FetchType::networkLoad}, 2},
         {"/stale", useProtocolCachePolicy, {FetchType::networkLoad, FetchType::localCache}, 2},
         {"/stale", returnCacheDataElseLoad, {FetchType::localCache}, 1},
         {"/fresh", reloadIgnoringLocalCacheData, {FetchType::networkLoad}, 2},
