@@ -233,8 +233,9 @@ namespace platform {
 // processor's clock whenever it is loaded and would add a tenth to the time until a preview is on screen.
 const std::vector<ByteScanKernels>& byteScanKernels()
 {
-    static const std::vector<ByteScanKernels> kernels = [] {
-        std::vector<ByteScanKernels> found;
+    // Never destroyed: settings are written until the process ends.
+    static const auto& kernels = [] -> const std::vector<ByteScanKernels>& {
+        auto& found = *new std::vector<ByteScanKernels>;
 #if HWY_TARGETS & HWY_AVX2
         // The other instructions that Highway's AVX2 target uses came with the same processors.
         if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma"))
