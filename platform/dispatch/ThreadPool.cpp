@@ -2,7 +2,9 @@
 #include "platform/dispatch/ThreadPool_p.h"
 
 #include <algorithm>
+#include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 namespace platform {
@@ -11,6 +13,8 @@ namespace {
 
 // Enough for queues that wait for files while others compute.
 constexpr std::size_t leastBusyLimit = 4;
+// Of setpriority(): where cores are few, the main thread goes first, as people wait for it.
+constexpr int yieldingBy = 10;
 
 thread_local bool isWorker = false;
 
@@ -65,6 +69,8 @@ void ThreadPool::startWorkerIfNeeded()
 void ThreadPool::runWorker()
 {
     isWorker = true;
+    auto thread = static_cast<id_t>(::gettid());
+    ::setpriority(PRIO_PROCESS, thread, ::getpriority(PRIO_PROCESS, thread) + yieldingBy);
     std::unique_lock lock(mutex_);
     for (;;) {
         if (workers_ - waiting_ > busyLimit_)
