@@ -202,7 +202,8 @@ TEST(RemoteImage, showsAPictureOfAWebServerAndAgainWithoutIt)
     Process server(serverCommand(folder, "server { listen 127.0.0.1:" + std::to_string(port) + "; }"));
     ASSERT_TRUE(eventually([&] { return isListening(port); }));
     auto url = "http://127.0.0.1:" + std::to_string(port) + "/";
-    Environment environment{{"HOME", folder.path("home")}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}};
+    Environment environment{
+        {"HOME", folder.path("home")}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}, {"QT_QPA_PLATFORM", ""}};
     auto show = [&](const std::string& name, std::vector<std::string> rest) {
         rest.insert(rest.begin(), {remoteImage, url + name});
         return run(rest, environment);
