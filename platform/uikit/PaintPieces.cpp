@@ -101,6 +101,26 @@ std::optional<ShapePieces> piecesOf(const RoundedRect& shape, CGRect dirty, cons
     return pieces;
 }
 
+CGRect wholePixels(CGRect rect, const CGContext& context)
+{
+    auto grid = PixelGrid::of(context);
+    std::vector<CGRect> whole;
+    if (grid && !rect.isEmpty())
+        grid->append(whole, grid->pixels(rect).outwards());
+    return whole.empty() ? rect : whole.front();
+}
+
+bool isHiddenBy(CGRect opaque, CGRect dirty, const CGContext& context)
+{
+    auto grid = PixelGrid::of(context);
+    if (!grid || opaque.isEmpty())
+        return opaque.contains(dirty);
+    // An edge within a pixel covers only a part of it.
+    auto hidden = grid->pixels(opaque).inwards(), all = grid->pixels(dirty).outwards();
+    return hidden.left <= all.left && hidden.top <= all.top && hidden.right >= all.right
+        && hidden.bottom >= all.bottom;
+}
+
 std::optional<std::vector<CGRect>> piecesBeside(CGRect opaque, CGRect dirty, const CGContext& context)
 {
     auto grid = PixelGrid::of(context);

@@ -19,6 +19,10 @@ struct ShapePieces {
 };
 std::optional<ShapePieces> piecesOf(const RoundedRect& shape, CGRect dirty, const CGContext& context);
 
+// The smallest rectangle of whole pixels around one; the same where the coordinates are turned.
+CGRect wholePixels(CGRect rect, const CGContext& context);
+// Whether something opaque hides all that is behind it in each pixel of `dirty`.
+bool isHiddenBy(CGRect opaque, CGRect dirty, const CGContext& context);
 // What of `dirty` shows beside something opaque, which is to reach from side to side.
 std::optional<std::vector<CGRect>> piecesBeside(CGRect opaque, CGRect dirty, const CGContext& context);
 

@@ -4,6 +4,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/UIView.h"
 #include "platform/uikit/UIWindow.h"
+#include "platform/uikit/shadowBounds.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -64,7 +65,7 @@ CGRect placeOnScreen(const UIView& view)
                 all = all.unionWith(placeOnScreen(*subview));
         }
     }
-    return mapOnScreen(view).apply(all);
+    return mapOnScreen(view).apply(view.shadow() ? withShadow(all, *view.shadow()) : all);
 }
 
 CGRect rectOnScreen(const UIView& view, CGRect rect)

@@ -199,7 +199,12 @@ BaseDirection UILabel::baseDirection(std::string_view paragraph) const
 
 UILabel::Shaped UILabel::shape(CGFloat width, int maxLines) const
 {
-    Shaped result{.width = width, .maxLines = maxLines, .size = {}, .isTruncated = false, .paragraphs = {}};
+    Shaped result{.width = width,
+                  .maxLines = maxLines,
+                  .direction = effectiveUserInterfaceLayoutDirection(),
+                  .size = {},
+                  .isTruncated = false,
+                  .paragraphs = {}};
     auto paragraphs = paragraphsOf(text_);
     auto linesLeft = maxLines;
     for (std::size_t i = 0; i < paragraphs.size() && (maxLines == 0 || linesLeft > 0); ++i) {
@@ -233,8 +238,9 @@ UILabel::Shaped& UILabel::remembered(CGFloat width, int maxLines) const
     // One for the natural size, one to measure, one on screen.
     constexpr std::size_t cacheLimit = 3;
     width = width > 0 ? width : unlimitedWidth;
+    auto direction = effectiveUserInterfaceLayoutDirection();
     for (auto entry = cache_.begin(); entry != cache_.end(); ++entry)
-        if (entry->width == width && entry->maxLines == maxLines) {
+        if (entry->width == width && entry->maxLines == maxLines && entry->direction == direction) {
             std::rotate(cache_.begin(), entry, entry + 1);
             return cache_.front();
         }

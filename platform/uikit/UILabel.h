@@ -65,6 +65,7 @@ private:
         };
         CGFloat width = 0; // asked for
         int maxLines = 0;
+        UIUserInterfaceLayoutDirection direction{};
         CGSize size;
         bool isTruncated = false;
         std::vector<Paragraph> paragraphs;

@@ -200,9 +200,10 @@ void UIView::release(UIView& subview)
         return;
     ViewLayout::willLeaveSuperview(subview);
     subview.markPlaceDirty();
-    if (mask_.get() == &subview)
+    if (mask_.get() == &subview) {
         mask_.reset();
-    else
+        markPlaceDirty(); // what it cut away
+    } else
         std::erase_if(subviews_, [&](const auto& view) { return view.get() == &subview; });
     subview.superview_ = nullptr;
     subviewOrderDidChange();

@@ -43,6 +43,7 @@ struct ViewAnimator::Engine {
     void setFrameTime(Instant time);
     std::vector<UIView*> removeFinished();
     bool isSeen(const UIView::Animations& animations) const;
+    bool isAnySeen() const;
     std::optional<Instant> endOf(const UIView::Animations::Movement& movement) const; // none: never
     bool isFinished(const UIView::Animations::Movement& movement, double elapsed) const
     {
@@ -63,6 +64,7 @@ struct ViewAnimator::Engine {
     Token changes; // of the screen, while nothing that moves is seen
     Token ending;  // of what ends meanwhile
     Instant frameTime{};
+    bool isShown = false; // at `frameTime`
 };
 
 ViewAnimator::Engine& ViewAnimator::engine()
@@ -75,10 +77,7 @@ ViewAnimator::Engine& ViewAnimator::engine()
 UIView::Animations::Animations(UIView& owner)
     : view(owner)
 {
-    auto& engine = ViewAnimator::engine();
-    if (!engine.frames)
-        engine.run();
-    engine.active.push_back(this);
+    ViewAnimator::engine().active.push_back(this);
 }
 
 UIView::Animations::~Animations()
@@ -101,6 +100,7 @@ void ViewAnimator::Engine::run()
     frames = DisplayLink::shared().request([this](Instant time) { step(time); });
     for (auto* animations : active)
         animations->view.markPlaceDirty();
+    isShown = isShown || isAnySeen();
 }
 
 // What moves is elsewhere from now on.
@@ -147,6 +147,10 @@ std::optional<Instant> ViewAnimator::Engine::endOf(const UIView::Animations::Mov
 bool ViewAnimator::Engine::isSeen(const UIView::Animations& animations) const
 {
     auto& view = animations.view;
+    auto isFading = std::ranges::any_of(animations.movements,
+                                        [](auto& movement) { return movement.property == Property::alpha; });
+    if (!isFading && view.presentationAlpha() == 0)
+        return false;
     auto way = placeOnScreen(view);
     auto reach = std::hypot(way.width(), way.height());
     for (auto& movement : animations.movements) {
@@ -200,18 +204,25 @@ std::array<double, 6> ViewAnimator::Engine::speed(const UIView::Animations::Move
 // are follows `frameTime`, so all report before it moves and all after.
 void ViewAnimator::Engine::step(Instant time)
 {
-    if (std::ranges::none_of(active, [this](auto* animations) { return isSeen(*animations); })) {
-        setFrameTime(time);
-        removeFinished();
-        if (!active.empty())
-            pause();
-        return;
+    auto wasShown = std::exchange(isShown, isAnySeen());
+    // What is on screen from the last frame goes even when nobody sees it go.
+    auto isPainted = wasShown || isShown;
+    if (isPainted) {
+        for (auto* animations : active)
+            animations->view.markPlaceDirty();
     }
-    for (auto* animations : active)
-        animations->view.markPlaceDirty();
     setFrameTime(time);
-    for (auto* view : removeFinished())
-        view->markPlaceDirty();
+    for (auto* view : removeFinished()) {
+        if (isPainted)
+            view->markPlaceDirty();
+    }
+    if (!isShown && !active.empty())
+        pause();
+}
+
+bool ViewAnimator::Engine::isAnySeen() const
+{
+    return std::ranges::any_of(active, [this](auto* animations) { return isSeen(*animations); });
 }
 
 // Gives the views that moved until now.
@@ -267,6 +278,11 @@ void ViewAnimator::valueChanged(UIView& view, Property property, const Animatabl
             speed = {};
         view.animations_->movements.push_back(
             {property, from, after, speed, *scope.timing, RunLoop::main().clock().now(), scope.group});
+        // Also what nobody saw until now may come into sight on its new way.
+        if (!engine().frames) {
+            view.visualFrameDidChange();
+            engine().run();
+        }
     }
     if (view.animations_ && view.animations_->movements.empty())
         view.animations_.reset();

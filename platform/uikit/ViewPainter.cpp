@@ -24,8 +24,10 @@ bool ViewPainter::isPlain(const UIView& view)
 void ViewPainter::paint(UIView& view, CGRect dirty)
 {
     CGContextState state(context_);
-    context_.clip(dirty);
-    paintGroup(view, dirty);
+    // Of a pixel in part nothing can be painted anew.
+    auto whole = wholePixels(dirty, context_);
+    context_.clip(whole);
+    paintGroup(view, whole);
 }
 
 void ViewPainter::paintInSuperview(UIView& view, CGRect dirty)
@@ -256,7 +258,7 @@ ViewPainter::Hidden ViewPainter::hiddenBehind(Subviews subviews, CGRect dirty) c
 {
     for (auto i = subviews.size(); i > 0; --i) {
         auto opaque = opaqueFrame(*subviews[i - 1], dirty);
-        if (opaque.contains(dirty))
+        if (isHiddenBy(opaque, dirty, context_))
             return {subviews.subspan(i - 1), {}};
         if (auto beside = piecesBeside(opaque, dirty, context_))
             return {subviews.subspan(i - 1), *std::move(beside)};

@@ -101,6 +101,26 @@ TEST(ScreenSight, a_movement_through_the_window_goes_on_outside_of_it_and_one_th
     EXPECT_EQ(hidden->presentationAlpha(), 0.5);
 }
 
+TEST(ScreenSight, a_new_movement_ends_the_rest_of_others)
+{
+    Endless stage;
+    auto inner = std::make_shared<UIView>(CGRect::make(0, 0, 10, 10));
+    stage.view->addSubview(inner);
+    (void)stage.window->takeDirtyRegion();
+    stage.pane->setContentOffset({0, 600});
+    EXPECT_FALSE(stage.runs());
+    UIView::animate(AnimationTiming::linear(1), [&] { inner->setCenter({500, 5}); });
+    EXPECT_FALSE(stage.runs());
+    int completions = 0;
+    UIView::animate(
+        AnimationTiming::linear(2), [&] { stage.view->setCenter({50, 650}); }, [&](bool) { ++completions; });
+    EXPECT_TRUE(stage.runs());
+    stage.clock.advance(1s);
+    EXPECT_NEAR(stage.view->presentationCenter().y, 50 + 600 * 0.55, 10);
+    stage.clock.advance(1s);
+    EXPECT_EQ(completions, 1);
+}
+
 TEST(Focus, brings_what_it_goes_to_into_sight_through_all_scroll_views)
 {
     Stage stage;

@@ -118,7 +118,8 @@ TEST(UIWindow, gives_a_view_the_dirty_part_of_it_and_marks_made_meanwhile_to_the
     };
     harness.paintFrame();
     EXPECT_EQ(harness.paintFrame(), (std::vector{CGRect::make(14, 19, 12, 12)}));
-    EXPECT_EQ(drawn->lastDirty, CGRect::make(4, 309, 12, 12));
+    EXPECT_TRUE(drawn->lastDirty.contains(CGRect::make(4, 309, 12, 12)));
+    EXPECT_TRUE(CGRect::make(3, 308, 14, 14).contains(drawn->lastDirty)) << "whole pixels, and no more";
     EXPECT_TRUE(harness.paintFrame().empty());
 }
 
