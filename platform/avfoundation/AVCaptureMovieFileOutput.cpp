@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/avfoundation/AVCaptureMovieFileOutput.h"
 
+#include "platform/avfoundation/AVError.h"
 #include "platform/avfoundation/MovieRecording_p.h"
 #include "platform/avfoundation/captureWish_p.h"
 #include "platform/dispatch/DispatchQueue.h"
@@ -63,10 +64,12 @@ void AVCaptureMovieFileOutput::startRecording(const URL& file,
     };
     // The output stays until its delegate has heard of the end.
     auto ended = [self, told, file](std::optional<Error> error) {
-        DispatchQueue::main()->async([self, told, file, error = std::move(error)] {
+        DispatchQueue::main()->async([self, told, file, error = std::move(error)]() mutable {
             {
                 std::lock_guard lock(self->mutex_);
-                self->recording_ = nullptr;
+                auto over = std::exchange(self->recording_, nullptr);
+                if (over && over->isDiscarded())
+                    error = AVError::operationCancelled; // also when it was complete by then
             }
             if (auto listener = std::exchange(*told, nullptr))
                 listener->fileOutputDidFinishRecording(*self, file, error);
@@ -87,23 +90,42 @@ void AVCaptureMovieFileOutput::stopRecording()
         now->end(std::nullopt);
 }
 
+void AVCaptureMovieFileOutput::discardRecording()
+{
+    if (auto now = recording())
+        now->discard();
+}
+
+void AVCaptureMovieFileOutput::handleBegin(AVMediaType mediaType)
+{
+    if (mediaType != AVMediaType::audio)
+        return;
+    std::lock_guard lock(mutex_);
+    isSoundComing_ = true;
+}
+
 void AVCaptureMovieFileOutput::take(AVMediaType mediaType, const CMSampleBuffer& sample)
 {
     std::shared_ptr<Recording> now;
-    bool hasSound = false;
+    auto sound = MovieRecording::Sound::none;
     {
         std::lock_guard lock(mutex_);
-        if (mediaType == AVMediaType::audio)
+        if (mediaType == AVMediaType::audio) {
             soundUntil_ = sample.presentationTimeStamp + sample.duration;
+            isSoundComing_ = false;
+        }
         now = recording_;
-        hasSound = soundUntil_.isNumeric() && sample.presentationTimeStamp - soundUntil_ <= recently;
+        if (soundUntil_.isNumeric() && sample.presentationTimeStamp - soundUntil_ <= recently)
+            sound = MovieRecording::Sound::heard;
+        else if (isSoundComing_)
+            sound = MovieRecording::Sound::coming;
     }
     if (!now)
         return;
     if (mediaType == AVMediaType::audio)
         now->takeSound(sample);
     else
-        now->takePicture(sample, hasSound);
+        now->takePicture(sample, sound);
 }
 
 void AVCaptureMovieFileOutput::handleEnd(AVMediaType mediaType, const std::optional<Error>& error)
@@ -111,6 +133,7 @@ void AVCaptureMovieFileOutput::handleEnd(AVMediaType mediaType, const std::optio
     if (mediaType == AVMediaType::audio) {
         std::lock_guard lock(mutex_);
         soundUntil_ = CMTime::invalid();
+        isSoundComing_ = false;
     }
     auto now = recording();
     if (now && mediaType == AVMediaType::audio)

@@ -28,7 +28,8 @@ public:
 };
 
 // Records what a session's devices give to QuickTime movies: H.264, with AAC when a microphone gives sound by the time of the
-// first picture. Main thread only.
+// first picture. A microphone that was started and gave nothing yet is waited for, two seconds at most, before the movie
+// begins. Main thread only.
 class AVCaptureMovieFileOutput : public AVCaptureOutput {
 public:
     AVCaptureMovieFileOutput();
@@ -47,11 +48,14 @@ public:
     void startRecording(const URL& file, std::shared_ptr<AVCaptureFileOutputRecordingDelegate> delegate);
     // Completes the file on another thread.
     void stopRecording();
+    // Removes the file at once, also while it is being completed; the delegate hears AVError::operationCancelled.
+    void discardRecording();
     bool isRecording() const;        // until the delegate has heard of its end
     CMTime recordedDuration() const; // of the one under way, zero before its first picture. Any thread.
 
 protected:
     void take(AVMediaType mediaType, const CMSampleBuffer& sample) override;
+    void handleBegin(AVMediaType mediaType) override;
     void handleEnd(AVMediaType mediaType, const std::optional<Error>& error) override;
 
 private:
@@ -64,7 +68,8 @@ private:
     // guarded by mutex_
     mutable std::mutex mutex_;
     std::shared_ptr<Recording> recording_;
-    CMTime soundUntil_; // what the microphone gave last
+    CMTime soundUntil_;          // what the microphone gave last
+    bool isSoundComing_ = false; // a microphone is being opened, or is open and gave nothing yet
 };
 
 } // namespace platform

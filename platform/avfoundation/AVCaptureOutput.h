@@ -17,6 +17,8 @@ protected:
     // A picture or a stretch of sound; times only go up. On the device's thread of the session, which waits for it: what the
     // device gives meanwhile is lost once its own memory is full.
     virtual void take(AVMediaType mediaType, const CMSampleBuffer& sample) = 0;
+    // A device is about to be opened. On the device's thread, as all of these; one device of a kind at a time.
+    virtual void handleBegin(AVMediaType) { }
     // No more comes from the device: with why, or because the session stopped it. On the device's thread.
     virtual void handleEnd(AVMediaType, const std::optional<Error>&) { }
 };

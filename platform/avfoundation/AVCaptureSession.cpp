@@ -23,6 +23,7 @@ namespace {
 
 // How long a device that is being closed is waited for by who opens it next.
 constexpr std::chrono::seconds patience{5};
+constexpr std::chrono::milliseconds betweenLooks{20};
 
 // Which use of each device was the last, in all sessions: a device is opened again only when it is closed.
 class LastUses {
@@ -69,8 +70,16 @@ CaptureWish captureWish(AVCaptureSessionPreset preset)
 
 struct AVCaptureSession::Outputs {
     std::mutex mutex;
-    std::vector<std::shared_ptr<AVCaptureOutput>> all;    // guarded by mutex
-    std::map<AVMediaType, std::shared_future<void>> ends; // of the last feed of each kind; main thread only
+    std::vector<std::shared_ptr<AVCaptureOutput>> all; // guarded by mutex
+
+    // Whom outputs hear, of each kind: one feed at a time, though one that was stopped may take its time to end.
+    struct Turn {
+        std::mutex mutex; // held while outputs are told
+        const Feed* feed = nullptr;
+    };
+    Turn sound, pictures;
+
+    Turn& turn(AVMediaType mediaType) { return mediaType == AVMediaType::audio ? sound : pictures; }
 
     std::vector<std::shared_ptr<AVCaptureOutput>> now()
     {
@@ -87,42 +96,81 @@ struct AVCaptureSession::Feed {
     std::shared_ptr<Outputs> outputs;
     std::function<void(const Error&)> onFailure; // on its thread
     LastUses::Use before;
-    std::shared_future<void> formerEnd; // of the feed whose place it takes: outputs hear one at a time
     std::promise<void> ended;
-    std::jthread thread;
+    std::stop_source stopping; // its thread keeps the feed until it has ended, which may be never
 
     void run(const std::stop_token& stop)
     {
         if (before.end.valid() && before.stop.stop_requested())
-            before.end.wait_for(patience);
-        if (formerEnd.valid())
-            formerEnd.wait();
-        auto error = capture(stop);
-        for (const auto& output : outputs->now())
-            output->handleEnd(device.mediaType, error);
+            waitForBefore(stop);
+        auto error = begin(stop) ? capture(stop) : std::nullopt;
+        end(error);
         if (error)
             onFailure(*error);
         ended.set_value();
     }
 
-    std::optional<Error> capture(const std::stop_token& stop)
+    void waitForBefore(const std::stop_token& stop) const
     {
+        auto until = std::chrono::steady_clock::now() + patience;
+        while (!stop.stop_requested() && std::chrono::steady_clock::now() < until
+               && before.end.wait_for(betweenLooks) != std::future_status::ready) { }
+    }
+
+    // Whoever was heard until now was stopped before this was started, and is heard no more.
+    bool begin(const std::stop_token& stop) const
+    {
+        auto& turn = outputs->turn(device.mediaType);
+        std::lock_guard lock(turn.mutex);
         if (stop.stop_requested())
-            return std::nullopt;
+            return false;
+        auto former = std::exchange(turn.feed, this);
+        for (const auto& output : outputs->now()) {
+            if (former)
+                output->handleEnd(device.mediaType, std::nullopt);
+            output->handleBegin(device.mediaType);
+        }
+        return true;
+    }
+
+    bool give(const CMSampleBuffer& sample, const std::stop_token& stop) const
+    {
+        auto& turn = outputs->turn(device.mediaType);
+        std::lock_guard lock(turn.mutex);
+        if (turn.feed != this || stop.stop_requested())
+            return false;
+        for (const auto& output : outputs->now())
+            output->take(device.mediaType, sample);
+        return true;
+    }
+
+    void end(const std::optional<Error>& error) const
+    {
+        auto& turn = outputs->turn(device.mediaType);
+        std::lock_guard lock(turn.mutex);
+        if (turn.feed != this)
+            return;
+        turn.feed = nullptr;
+        for (const auto& output : outputs->now())
+            output->handleEnd(device.mediaType, error);
+    }
+
+    std::optional<Error> capture(const std::stop_token& stop) const
+    {
         auto stream = hardware->open(device, wish, stop);
         CMTime last = CMTime::negativeInfinity();
         while (stream && !stop.stop_requested()) {
             auto sample = (*stream)->read(stop);
-            if (!sample)
+            if (!sample && !stop.stop_requested())
                 return sample.error();
-            if (!*sample)
+            if (!sample || !*sample)
                 break;
             // The calendar's clock may be set back.
             if ((*sample)->presentationTimeStamp <= last)
                 continue;
             last = (*sample)->presentationTimeStamp;
-            for (const auto& output : outputs->now())
-                output->take(device.mediaType, **sample);
+            if (!give(**sample, stop))
+                break;
         }
         return stream || stop.stop_requested() ? std::nullopt : std::optional(stream.error());
     }
@@ -227,30 +275,17 @@ void AVCaptureSession::start(Entry& entry)
         });
     };
     entry.feed = feed;
-    // The thread begins when all else of the feed is there.
-    std::promise<void> isSet;
-    feed->thread =
-        std::jthread([raw = feed.get(), ready = isSet.get_future()](std::stop_token token) mutable {
-            ready.wait();
-            raw->run(token);
-        });
-    auto end = feed->ended.get_future().share();
-    feed->formerEnd = std::exchange(outputs_->ends[device->mediaType()], end);
-    feed->before =
-        LastUses::shared().replace(device->uniqueID(), {feed->thread.get_stop_token(), std::move(end)});
-    isSet.set_value();
+    auto token = feed->stopping.get_token();
+    feed->before = LastUses::shared().replace(device->uniqueID(), {token, feed->ended.get_future().share()});
+    // Nobody joins it: a device that gives nothing may keep it for as long as it likes.
+    std::thread([feed = std::move(feed), token] { feed->run(token); }).detach();
 }
 
 void AVCaptureSession::stop(Entry& entry)
 {
-    auto feed = std::exchange(entry.feed, nullptr);
-    if (!feed)
-        return;
-    feed->thread.request_stop();
     // Closing may take a while; whoever opens it next waits for it there.
-    DispatchQueue::make("org.zelk.avfoundation.capture-closing")->async([feed = std::move(feed)]() mutable {
-        feed.reset();
-    });
+    if (auto feed = std::exchange(entry.feed, nullptr))
+        feed->stopping.request_stop();
 }
 
 } // namespace platform

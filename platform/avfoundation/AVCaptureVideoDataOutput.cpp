@@ -17,6 +17,12 @@ void AVCaptureVideoDataOutput::setVideoSettings(const PixelBufferAttributes& set
     settings_ = settings;
 }
 
+CGSize AVCaptureVideoDataOutput::sourceSize() const
+{
+    std::lock_guard lock(mutex_);
+    return sourceSize_;
+}
+
 void AVCaptureVideoDataOutput::setSampleBufferDelegate(
     std::weak_ptr<AVCaptureVideoDataOutputSampleBufferDelegate> delegate,
     std::shared_ptr<DispatchQueue> queue)
@@ -45,6 +51,8 @@ void AVCaptureVideoDataOutput::take(AVMediaType mediaType, const CMSampleBuffer&
     auto given = sample;
     given.imageBuffer = std::move(*picture);
     std::lock_guard lock(mutex_);
+    sourceSize_ = {static_cast<double>(sample.imageBuffer->width()),
+                   static_cast<double>(sample.imageBuffer->height())};
     auto isAwaited = latest_.has_value();
     latest_ = std::move(given);
     if (!isAwaited)

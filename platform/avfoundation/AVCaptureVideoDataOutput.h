@@ -3,6 +3,7 @@
 
 #include "platform/avfoundation/AVCaptureOutput.h"
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/graphics/Geometry.h"
 
 #include <memory>
 #include <mutex>
@@ -27,6 +28,8 @@ public:
 
     // The form of the pictures, from the next one on; the default is BGRA32 of the device's size.
     void setVideoSettings(const PixelBufferAttributes& settings);
+    // Of the last picture as the device gave it, in pixels; zero before the first.
+    CGSize sourceSize() const;
     void setSampleBufferDelegate(std::weak_ptr<AVCaptureVideoDataOutputSampleBufferDelegate> delegate,
                                  std::shared_ptr<DispatchQueue> queue);
 
@@ -40,7 +43,8 @@ private:
     std::unique_ptr<PictureConverter> converter_;
     PixelBufferAttributes converted_;
     // guarded by mutex_
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
+    CGSize sourceSize_;
     PixelBufferAttributes settings_;
     std::weak_ptr<AVCaptureVideoDataOutputSampleBufferDelegate> delegate_;
     std::shared_ptr<DispatchQueue> queue_;

@@ -51,6 +51,7 @@ Error captureError(int code, Stage stage)
 {
     switch (AVUNERROR(code)) {
     case EBUSY:
+    case ENOSPC: // no room left on the bus, which other devices use
         return AVError::deviceInUseByAnotherApplication;
     case EACCES:
     case EPERM:

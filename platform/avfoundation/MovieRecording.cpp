@@ -15,6 +15,7 @@ namespace {
 constexpr CMTimeScale timescale = 90'000;
 constexpr CMTime betweenChecks{1, 1}; // of the space that is left
 constexpr CMTime longestEarly{5, 1};  // of sound without a picture
+constexpr CMTime longestWait{2, 1};   // of pictures for sound
 
 Error finishedAllTheSame(const Error& error)
 {
@@ -47,6 +48,12 @@ bool MovieRecording::isEnding() const
 {
     std::lock_guard lock(mutex_);
     return isEnding_;
+}
+
+bool MovieRecording::isDiscarded() const
+{
+    std::lock_guard lock(mutex_);
+    return isDiscarded_;
 }
 
 CMTime MovieRecording::duration() const
@@ -89,9 +96,16 @@ Result<void> MovieRecording::open(const CMSampleBuffer& first, bool hasSound)
     writer->startSession(start_);
     if (options_.longest.isNumeric())
         writer->endSession(start_ + options_.longest);
+    bool isLate = false;
     {
         std::lock_guard lock(mutex_);
-        writer_ = std::move(writer);
+        isLate = isEnding_; // whoever ended it saw nothing to end
+        if (!isLate)
+            writer_ = std::move(writer);
+    }
+    if (isLate) {
+        writer->cancelWriting();
+        return failure(AVError::operationCancelled);
     }
     {
         std::lock_guard lock(soundMutex_);
@@ -105,12 +119,16 @@ Result<void> MovieRecording::open(const CMSampleBuffer& first, bool hasSound)
     return {};
 }
 
-void MovieRecording::takePicture(const CMSampleBuffer& sample, bool hasSound)
+void MovieRecording::takePicture(const CMSampleBuffer& sample, Sound sound)
 {
     if (isEnding() || !sample.imageBuffer)
         return;
     if (!isOpen_) {
-        if (auto opened = open(sample, hasSound); !opened)
+        if (!offered_.isNumeric())
+            offered_ = sample.presentationTimeStamp;
+        if (sound == Sound::coming && sample.presentationTimeStamp - offered_ < longestWait)
+            return; // a movie has no sound unless it begins with it
+        if (auto opened = open(sample, sound == Sound::heard); !opened)
             return fail(opened.error());
     }
     auto passed = sample.presentationTimeStamp - start_;
@@ -175,12 +193,26 @@ void MovieRecording::end(const std::optional<Error>& error)
     writer->endSession(end);
     writer->finishWriting([self = shared_from_this(), writer, error] {
         auto failure = writer->error();
-        if (failure)
+        if (failure || self->isDiscarded())
             std::ignore = FileManager::defaultManager().removeItem(self->options_.file); // nobody can play it
         self->options_.onEnd(failure     ? failure
                                  : error ? std::optional(finishedAllTheSame(*error))
                                          : std::nullopt);
     });
+}
+
+void MovieRecording::discard()
+{
+    bool isCompleting = false;
+    {
+        std::lock_guard lock(mutex_);
+        isDiscarded_ = true;
+        isCompleting = isEnding_ && writer_;
+    }
+    if (isCompleting) // which ends in a file without a name
+        std::ignore = FileManager::defaultManager().removeItem(options_.file);
+    else
+        fail(AVError::operationCancelled);
 }
 
 // There will be no file.

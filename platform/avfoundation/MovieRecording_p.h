@@ -27,11 +27,15 @@ public:
     };
     explicit MovieRecording(Options options);
 
-    void takePicture(const CMSampleBuffer& sample, bool hasSound);
+    enum class Sound { none, coming, heard };
+    void takePicture(const CMSampleBuffer& sample, Sound sound);
     void takeSound(const CMSampleBuffer& sample);
     void endSound();
     // Without an error: because it was wanted.
     void end(const std::optional<Error>& error);
+    // There will be no file, even if it is being completed.
+    void discard();
+    bool isDiscarded() const;
 
     CMTime duration() const;
 
@@ -46,7 +50,7 @@ private:
     // of the thread of the pictures, others' once isOpen_
     std::shared_ptr<AVAssetWriter> writer_;
     std::shared_ptr<AVAssetWriterInput> pictures_, sound_;
-    CMTime start_, checked_;
+    CMTime start_, checked_, offered_;
     std::atomic<bool> isOpen_ = false;
     // guarded by soundMutex_, which is taken before mutex_
     std::mutex soundMutex_;
@@ -55,7 +59,7 @@ private:
     // guarded by mutex_
     mutable std::mutex mutex_;
     CMTime reached_;
-    bool isEnding_ = false;
+    bool isEnding_ = false, isDiscarded_ = false;
 };
 
 } // namespace platform

@@ -146,23 +146,39 @@ AVCaptureDevicePosition cameraPosition(std::string_view name, std::string_view p
     return Position::unspecified;
 }
 
-std::optional<V4L2Camera> v4l2CameraAt(const std::string& path)
+namespace {
+
+struct Answer {
+    std::optional<V4L2Camera> camera;
+    bool isLasting = false; // whatever happens to it, the same would be said again
+};
+
+Answer ask(const std::string& path)
 {
     Descriptor camera(path);
     v4l2_capability capability{};
     if (!camera || !camera.ask(VIDIOC_QUERYCAP, &capability))
-        return std::nullopt;
+        return {};
     auto can =
         capability.capabilities & V4L2_CAP_DEVICE_CAPS ? capability.device_caps : capability.capabilities;
-    constexpr auto isConverter =
-        V4L2_CAP_VIDEO_OUTPUT | V4L2_CAP_VIDEO_M2M | V4L2_CAP_VIDEO_M2M_MPLANE | V4L2_CAP_META_CAPTURE;
-    if (!(can & V4L2_CAP_VIDEO_CAPTURE) || !(can & V4L2_CAP_STREAMING) || (can & isConverter))
-        return std::nullopt;
+    // What takes pictures only becomes a camera, with some drivers, when somebody gives it some.
+    constexpr auto isConverter = V4L2_CAP_VIDEO_M2M | V4L2_CAP_VIDEO_M2M_MPLANE | V4L2_CAP_META_CAPTURE;
+    if (!(can & V4L2_CAP_VIDEO_CAPTURE) || !(can & V4L2_CAP_STREAMING)
+        || (can & (isConverter | V4L2_CAP_VIDEO_OUTPUT)))
+        return {.camera = std::nullopt, .isLasting = (can & isConverter) != 0};
     auto name = textOf(capability.card);
-    return V4L2Camera{.path = path,
-                      .name = name,
-                      .bus = textOf(capability.bus_info),
-                      .position = cameraPosition(name, panelOf(path))};
+    return {.camera = V4L2Camera{.path = path,
+                                 .name = name,
+                                 .bus = textOf(capability.bus_info),
+                                 .position = cameraPosition(name, panelOf(path))},
+            .isLasting = true};
+}
+
+} // namespace
+
+std::optional<V4L2Camera> v4l2CameraAt(const std::string& path)
+{
+    return ask(path).camera;
 }
 
 V4L2Cameras::V4L2Cameras(std::string folder)
@@ -197,10 +213,12 @@ std::vector<V4L2Camera> V4L2Cameras::now()
         auto before = known_.find(path);
         auto isSame = before != known_.end() && before->second.device == now.device
             && before->second.changed == now.changed;
-        now.camera = isSame ? before->second.camera : v4l2CameraAt(path);
+        auto answer = isSame ? Answer{before->second.camera, true} : ask(path);
+        now.camera = std::move(answer.camera);
         if (now.camera)
             cameras.push_back(*now.camera);
-        known.emplace(path, std::move(now));
+        if (answer.isLasting)
+            known.emplace(path, std::move(now));
     }
     known_ = std::move(known);
     return cameras;

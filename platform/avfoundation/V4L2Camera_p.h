@@ -25,7 +25,8 @@ struct V4L2Camera {
 // no receiver of metadata, no tuner for radio; nor a directory, a pipe, an ordinary file. Never waits. Any thread.
 std::optional<V4L2Camera> v4l2CameraAt(const std::string& path);
 
-// Those of a folder of devices, by number. A device is asked only once while its file stays the same, for asking wakes it.
+// Those of a folder of devices, by number. A device is asked only once while its file stays the same, for asking wakes it; one
+// that cannot be asked, or may yet become a camera, is asked again.
 // One thread at a time.
 class V4L2Cameras {
 public:
