@@ -5,6 +5,7 @@
 #include "platform/avfoundation/captureWish_p.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/dispatch/ThreadPool_p.h"
 #include "platform/foundation/Precondition.h"
 
 #include <algorithm>
@@ -97,6 +98,7 @@ struct AVCaptureSession::Feed {
     std::function<void(const Error&)> onFailure; // on its thread
     LastUses::Use before;
     std::promise<void> ended;
+    const std::shared_future<void> end = ended.get_future().share();
     std::stop_source stopping; // its thread keeps the feed until it has ended, which may be never
 
     void run(const std::stop_token& stop)
@@ -104,7 +106,7 @@ struct AVCaptureSession::Feed {
         if (before.end.valid() && before.stop.stop_requested())
             waitForBefore(stop);
         auto error = begin(stop) ? capture(stop) : std::nullopt;
-        end(error);
+        leave(error);
         if (error)
             onFailure(*error);
         ended.set_value();
@@ -144,7 +146,7 @@ struct AVCaptureSession::Feed {
         return true;
     }
 
-    void end(const std::optional<Error>& error) const
+    void leave(const std::optional<Error>& error) const
     {
         auto& turn = outputs->turn(device.mediaType);
         std::lock_guard lock(turn.mutex);
@@ -276,7 +278,7 @@ void AVCaptureSession::start(Entry& entry)
     };
     entry.feed = feed;
     auto token = feed->stopping.get_token();
-    feed->before = LastUses::shared().replace(device->uniqueID(), {token, feed->ended.get_future().share()});
+    feed->before = LastUses::shared().replace(device->uniqueID(), {token, feed->end});
     // Nobody joins it: a device that gives nothing may keep it for as long as it likes.
     std::thread([feed = std::move(feed), token] { feed->run(token); }).detach();
 }
@@ -284,8 +286,15 @@ void AVCaptureSession::start(Entry& entry)
 void AVCaptureSession::stop(Entry& entry)
 {
     // Closing may take a while; whoever opens it next waits for it there.
-    if (auto feed = std::exchange(entry.feed, nullptr))
-        feed->stopping.request_stop();
+    auto feed = std::exchange(entry.feed, nullptr);
+    if (!feed)
+        return;
+    feed->stopping.request_stop();
+    // It counts as work under way, but keeps no worker from others.
+    DispatchQueue::make("org.zelk.avfoundation.capture-closing")->async([end = feed->end] {
+        ThreadPool::Waiting waiting;
+        end.wait_for(patience);
+    });
 }
 
 } // namespace platform

@@ -81,7 +81,7 @@ CameraCapture::CameraCapture(Options options)
 
 CameraCapture::~CameraCapture()
 {
-    movies_->stopRecording();
+    movies_->discardRecording();
     session_->stopRunning();
 }
 
@@ -143,6 +143,8 @@ void CameraCapture::openCamera(const std::shared_ptr<AVCaptureDevice>& camera)
 {
     closeInput(AVMediaType::video);
     camera_ = camera;
+    sourceSize_ = {}; // another camera's pictures may have another shape
+    setPictureSize(pictureSize_);
     photos_->setCameraModel(camera->localizedName());
     auto input = AVCaptureDeviceInput::make(camera);
     if (!input)
@@ -190,7 +192,8 @@ void CameraCapture::stop()
 {
     isWanted_ = false;
     retry_.cancel();
-    movies_->stopRecording();
+    problem_.reset(); // whoever starts it again hears of it again
+    movies_->discardRecording();
     session_->stopRunning();
     closeInput(AVMediaType::video);
     closeInput(AVMediaType::audio);
@@ -214,6 +217,7 @@ void CameraCapture::switchCamera()
         return;
     auto now = std::ranges::find_if(
         cameras, [&](const auto& each) { return camera_ && each->uniqueID() == camera_->uniqueID(); });
+    problem_.reset(); // that of the other one is told even if it is the same
     openCamera(now == cameras.end() || now + 1 == cameras.end() ? cameras.front() : *(now + 1));
 }
 
@@ -252,10 +256,11 @@ void CameraCapture::captureOutputDidOutput(AVCaptureOutput&, const CMSampleBuffe
         return;
     setProblem(std::nullopt);
     auto image = imageFromPixelBuffer(sample.imageBuffer);
-    if (sourceSize_.width == 0) {
-        sourceSize_ = {static_cast<double>(sample.imageBuffer->width()),
-                       static_cast<double>(sample.imageBuffer->height())};
+    if (auto source = pictures_->sourceSize(); source != sourceSize_) {
+        auto isStretched = std::exchange(sourceSize_, source).width > 0;
         setPictureSize(pictureSize_);
+        if (isStretched)
+            return; // to the form of the ones before
     }
     if (onPicture)
         onPicture(image);
@@ -301,7 +306,8 @@ void CameraCapture::movieEnded(const URL& file, const std::optional<Error>& erro
     auto isWhole = !error || error->bridged().userInfo().contains(AVErrorRecordingSuccessfullyFinishedKey);
     if (!isWanted_ || !isWhole) {
         std::ignore = FileManager::defaultManager().removeItem(file); // where there is one
-        if (isWanted_ && onFailure)
+        // One that was thrown away is nobody's failure.
+        if (isWanted_ && onFailure && !is(*error, AVError::operationCancelled))
             onFailure(*error);
         return;
     }

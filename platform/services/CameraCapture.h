@@ -47,7 +47,7 @@ public:
 
     // The user is asked where nothing is known yet.
     void start();
-    // A movie under way is completed and removed.
+    // A movie under way is removed at once. A problem is told again when it starts again.
     void stop();
     bool isRunning() const { return session_->isRunning(); }
     // The part of the page that pictures are shown in, in pixels.

@@ -11,6 +11,7 @@
 #include "platform/services/PhotoCropController.h"
 #include "platform/services/VideoTrimController.h"
 #include "platform/services/cameraText_p.h"
+#include "platform/services/croppedPhotoFile_p.h"
 #include "platform/services/mediaPickerText_p.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UINavigationController.h"
@@ -84,8 +85,9 @@ void CameraPickerController::viewDidLoad()
     controls_->playButton()->addAction([this](UIControl&) { movie_->togglePlaying(); }, primary);
     controls_->switchButton()->addAction(
         [this](UIControl&) {
-            capture_->switchCamera();
+            controls_->setMessage({});
             setStage(Stage::starting);
+            capture_->switchCamera();
         },
         primary);
     auto begins = options_.recordsMovies && (options_.beginsWithMovies || !options_.takesPhotos);
@@ -195,8 +197,11 @@ void CameraPickerController::takeProblem(std::optional<CameraProblem> problem)
 void CameraPickerController::viewDidAppear(Animated animated)
 {
     UIViewController::viewDidAppear(animated);
-    if (!shot_)
-        capture_->start();
+    if (shot_)
+        return;
+    controls_->setMessage({});
+    setStage(Stage::starting);
+    capture_->start();
 }
 
 void CameraPickerController::viewDidDisappear(Animated animated)
@@ -290,6 +295,21 @@ void CameraPickerController::review()
     movie_->load({std::max(size.width * scale, 1.0), std::max(size.height * scale, 1.0)});
 }
 
+// What was taken is still there, though nothing came of its editing.
+void CameraPickerController::reviewAfter(const Error& error)
+{
+    if (!shot_)
+        return;
+    review();
+    auto problem = cameraProblemOf(error);
+    controls_->setNotice(problem == CameraProblem::unusable
+                             ? error.localizedDescription() // it is not the camera's
+                             : noticeOf(problem).text);
+    auto navigation = navigationController();
+    if (navigation && navigation->topViewController().get() != this)
+        navigation->popToRootViewController(Animated::yes);
+}
+
 void CameraPickerController::crop()
 {
     auto self = std::static_pointer_cast<CameraPickerController>(shared_from_this());
@@ -300,10 +320,7 @@ void CameraPickerController::crop()
                 return;
             if (!crop)
                 return controller->retake();
-            UIImagePickerInfo info;
-            info.emplace(UIImagePickerInfoKey::editedImage, std::move(crop->editedImage));
-            info.emplace(UIImagePickerInfoKey::cropRect, crop->cropRect);
-            controller->finish(std::move(info));
+            controller->finishCrop(std::move(*crop));
         });
     if (auto navigation = navigationController())
         navigation->pushViewController(std::move(page), Animated::yes);
@@ -311,8 +328,11 @@ void CameraPickerController::crop()
 
 void CameraPickerController::trim()
 {
-    auto page = std::make_shared<VideoTrimController>(VideoTrimController::Options{
-        .path = shot_->path, .longest = options_.longest, .preset = options_.exportPreset});
+    auto page =
+        std::make_shared<VideoTrimController>(VideoTrimController::Options{.path = shot_->path,
+                                                                           .longest = options_.longest,
+                                                                           .preset = options_.exportPreset,
+                                                                           .mayKeepAll = true});
     auto self = std::static_pointer_cast<CameraPickerController>(shared_from_this());
     page->onFinish = [weak = std::weak_ptr(self)](const Result<std::string>& trimmed) {
         auto controller = weak.lock();
@@ -321,12 +341,12 @@ void CameraPickerController::trim()
                 std::ignore = FileManager::defaultManager().removeItem(URL::fileURL(*trimmed));
             return;
         }
-        if (!trimmed) {
-            controller->retake();
-            return controller->takeFailure(trimmed.error());
+        if (!trimmed)
+            return controller->reviewAfter(trimmed.error());
+        if (controller->shot_ && controller->shot_->path != *trimmed) {
+            controller->discard();
+            controller->shot_ = Shot{.isMovie = true, .path = *trimmed};
         }
-        controller->discard();
-        controller->shot_ = Shot{.isMovie = true, .path = *trimmed};
         controller->finish({});
     };
     page->onCancel = [weak = std::weak_ptr(self)] {
@@ -357,24 +377,42 @@ void CameraPickerController::use()
         finish({});
 }
 
+void CameraPickerController::finishCrop(PhotoCrop crop)
+{
+    auto self = std::static_pointer_cast<CameraPickerController>(shared_from_this());
+    writeCroppedPhoto(crop.editedImage, {}, [weak = std::weak_ptr(self), crop](const Result<URL>& file) {
+        auto controller = weak.lock();
+        if (controller && !file)
+            return controller->reviewAfter(file.error());
+        if (!controller || controller->isOver_ || !controller->shot_) {
+            if (file)
+                std::ignore = FileManager::defaultManager().removeItem(*file);
+            return;
+        }
+        UIImagePickerInfo info;
+        info.emplace(UIImagePickerInfoKey::imageURL, *file);
+        info.emplace(UIImagePickerInfoKey::editedImage, crop.editedImage);
+        info.emplace(UIImagePickerInfoKey::cropRect, crop.cropRect);
+        controller->finish(std::move(info));
+    });
+}
+
 void CameraPickerController::finish(UIImagePickerInfo info)
 {
     if (isOver_ || !shot_)
         return;
-    auto path = shot_->path;
     if (!shot_->isMovie) {
-        path = FileManager::defaultManager().temporaryDirectory().path();
-        path.append("/").append(UUID().string()).append(".jpg");
-        if (auto written = writeFileAtomically(URL::fileURL(path), shot_->jpeg); !written) {
-            auto error = written.error();
-            retake();
-            return takeFailure(error);
+        if (!info.contains(UIImagePickerInfoKey::imageURL)) {
+            auto path = FileManager::defaultManager().temporaryDirectory().path();
+            path.append("/").append(UUID().string()).append(".jpg");
+            if (auto written = writeFileAtomically(URL::fileURL(path), shot_->jpeg); !written)
+                return reviewAfter(written.error());
+            info.emplace(UIImagePickerInfoKey::imageURL, URL::fileURL(path));
         }
-        info.emplace(UIImagePickerInfoKey::imageURL, URL::fileURL(path));
         info.emplace(UIImagePickerInfoKey::originalImage, shot_->image);
         info.emplace(UIImagePickerInfoKey::mediaMetadata, shot_->metadata);
     } else {
-        info.emplace(UIImagePickerInfoKey::mediaURL, URL::fileURL(path));
+        info.emplace(UIImagePickerInfoKey::mediaURL, URL::fileURL(shot_->path));
     }
     info.emplace(UIImagePickerInfoKey::mediaType, std::string(shot_->isMovie ? kUTTypeMovie : kUTTypeImage));
     shot_.reset(); // the file is the caller's

@@ -15,10 +15,11 @@ namespace platform {
 class CameraControls;
 class CameraMovieReview;
 class CameraPage;
+struct PhotoCrop;
 
 // A page with what the camera sees, on which a photo is taken or a movie recorded, looked at, and used or taken again. Where
 // editing is allowed, the photo is cut and the movie trimmed instead of looked at. Space and Return are the shutter, Escape
-// leaves; whatever is not used is removed. Stands on a navigation controller. Main thread only.
+// leaves; whatever is not used is removed. What cannot be edited is looked at as it is. Stands on a navigation controller. Main thread only.
 class CameraPickerController : public UIViewController {
 public:
     struct Options {
@@ -65,10 +66,12 @@ private:
     void takeMovie(const std::string& path, const std::optional<Error>& error);
     void takeFailure(const Error& error);
     void review();
+    void reviewAfter(const Error& error);
     void crop();
     void trim();
     void retake();
     void use();
+    void finishCrop(PhotoCrop crop);
     void finish(UIImagePickerInfo info);
     void cancel();
     void discard();

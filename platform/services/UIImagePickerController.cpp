@@ -2,13 +2,16 @@
 #include "platform/services/UIImagePickerController.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/foundation/FileManager.h"
 #include "platform/services/MediaFileChooser.h"
 #include "platform/services/MediaLibraryController.h"
 #include "platform/services/PhotoCropController.h"
 #include "platform/services/PortalFileChooser_p.h"
 #include "platform/services/VideoTrimController.h"
+#include "platform/services/croppedPhotoFile_p.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace platform {
@@ -150,13 +153,32 @@ void UIImagePickerController::showCrop(const LibraryFile& file)
                 return;
             if (!crop)
                 return picker->backToLibrary();
-            auto info = infoOf(file, URL::fileURL(file.path));
-            info.emplace(UIImagePickerInfoKey::originalImage, std::move(crop->originalImage));
-            info.emplace(UIImagePickerInfoKey::editedImage, std::move(crop->editedImage));
-            info.emplace(UIImagePickerInfoKey::cropRect, crop->cropRect);
-            picker->finish(info);
+            picker->finishCrop(file, std::move(*crop));
         });
     pushViewController(std::move(page), Animated::yes);
+}
+
+void UIImagePickerController::finishCrop(const LibraryFile& file, PhotoCrop crop)
+{
+    auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
+    auto part = crop.editedImage;
+    writeCroppedPhoto(part, file.path,
+                      [weak = std::weak_ptr(self), file, crop = std::move(crop)](const Result<URL>& written) {
+                          auto picker = weak.lock();
+                          if (!picker || picker->isOver_) {
+                              if (written)
+                                  std::ignore = FileManager::defaultManager().removeItem(*written);
+                              return;
+                          }
+                          // As of a film: what cannot be written comes without a file.
+                          if (!written)
+                              return picker->finish({});
+                          auto info = infoOf(file, *written);
+                          info.emplace(UIImagePickerInfoKey::originalImage, crop.originalImage);
+                          info.emplace(UIImagePickerInfoKey::editedImage, crop.editedImage);
+                          info.emplace(UIImagePickerInfoKey::cropRect, crop.cropRect);
+                          picker->finish(info);
+                      });
 }
 
 void UIImagePickerController::showTrimmer(const LibraryFile& file)

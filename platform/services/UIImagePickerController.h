@@ -17,6 +17,7 @@ class MediaLibraryController;
 class UIImagePickerController;
 struct LibraryFile;
 struct MediaKinds;
+struct PhotoCrop;
 
 enum class UIImagePickerControllerSourceType { photoLibrary = 0, camera = 1, savedPhotosAlbum = 2 };
 enum class UIImagePickerControllerCameraDevice { rear = 0, front = 1 };
@@ -40,7 +41,8 @@ public:
 };
 
 // Lets the user pick a photo or a video, in the dialog that the desktop has for files or from the folders that it has for
-// photos and videos. The files are not touched: their own URLs are handed out, or none where what was chosen is no such file. Without a delegate it goes by itself. Set up before it is shown. Main thread only.
+// photos and videos. The files are not touched: their own URLs are handed out, or none where what was chosen is no such file;
+// of what is edited that of a copy. Without a delegate it goes by itself. Set up before it is shown. Main thread only.
 class UIImagePickerController : public UINavigationController {
 public:
     UIImagePickerController();
@@ -55,8 +57,9 @@ public:
     UIImagePickerControllerSourceType sourceType = UIImagePickerControllerSourceType::photoLibrary;
     // Uniform type identifiers; the default is photos. What is none of those known is offered nothing for.
     std::vector<std::string> mediaTypes{std::string(kUTTypeImage)};
-    // A square is cut out of a photo before it is handed out, and a video is trimmed. Of a photo the cut, where it was and
-    // the whole are then told beside the file, of a video the file is a new one.
+    // A square is cut out of a photo before it is handed out, and a video is trimmed. The file told is then a new one, which is
+    // the listener's to remove; of a photo, JPEG where it was JPEG and PNG otherwise, the cut, where it was and the whole are
+    // told beside it.
     bool allowsEditing = false;
     // Shows the library here rather than in the desktop's own dialog. Without such a dialog it always does.
     bool prefersEmbeddedLibrary = false;
@@ -84,6 +87,7 @@ private:
     void askDesktop();
     void pick(const LibraryFile& file);
     void showCrop(const LibraryFile& file);
+    void finishCrop(const LibraryFile& file, PhotoCrop crop);
     void showTrimmer(const LibraryFile& file);
     void backToLibrary();
     void finish(const UIImagePickerInfo& info);

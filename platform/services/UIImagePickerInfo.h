@@ -23,7 +23,8 @@ using UIImagePickerInfo = std::map<std::string, UIImagePickerInfoValue, std::les
 
 namespace UIImagePickerInfoKey {
 inline constexpr std::string_view mediaType = "UIImagePickerControllerMediaType"; // a text: a type above
-inline constexpr std::string_view imageURL = "UIImagePickerControllerImageURL";   // the file of a photo
+inline constexpr std::string_view imageURL =
+    "UIImagePickerControllerImageURL"; // the file of a photo, edited or not
 inline constexpr std::string_view mediaURL =
     "UIImagePickerControllerMediaURL"; // the file of a video, edited or not
 inline constexpr std::string_view referenceURL =

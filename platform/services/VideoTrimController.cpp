@@ -296,6 +296,8 @@ void VideoTrimController::save()
     if (!asset_ || session_ || isOver_)
         return;
     stopPlaying();
+    if (options_.mayKeepAll && strip_->start() <= 0 && strip_->end() >= strip_->duration())
+        return finish(options_.path);
     session_ = AVAssetExportSession::make(asset_, options_.preset);
     if (!session_)
         return finish(std::unexpected(Error(AVError::exportFailed)));

@@ -33,6 +33,7 @@ public:
         std::string path;
         double longest = 0; // seconds; 0: any
         std::string preset{AVAssetExportPresetPassthrough};
+        bool mayKeepAll = false; // of a film of which all is chosen `path` itself is told, and no file made
     };
     explicit VideoTrimController(Options options);
     ~VideoTrimController() override;

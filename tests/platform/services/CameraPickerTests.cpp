@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/avfoundation/AVError.h"
 #include "platform/foundation/FileManager.h"
+#include "platform/services/CameraCapture.h"
 #include "platform/services/UIImagePickerController.h"
 #include "tests/support/PhotoLibraryFolders.h"
 #include "tests/support/SyntheticDesk.h"
@@ -333,6 +334,7 @@ TEST(CameraPicker, lets_the_user_cut_a_photo_and_trim_a_movie)
         const auto& info = shown.listener->picked[0];
         EXPECT_EQ(std::get<UIImage>(info.find(keys::editedImage)->second).size(), (CGSize{180, 180}));
         EXPECT_EQ(Shown::files(), std::vector{textOf(info, keys::imageURL)});
+        EXPECT_EQ(UIImage::fromFile(textOf(info, keys::imageURL)).value().size(), (CGSize{180, 180}));
         std::filesystem::remove(textOf(info, keys::imageURL));
     }
     Shown shown({kUTTypeMovie}, edit);
@@ -351,6 +353,80 @@ TEST(CameraPicker, lets_the_user_cut_a_photo_and_trim_a_movie)
     EXPECT_EQ(Shown::files(), std::vector{path}) << "what it was cut from is gone";
     EXPECT_NEAR(tests::inspect(path).duration, 0.5, 0.1);
     std::filesystem::remove(path);
+}
+
+TEST(CameraPicker, hands_out_a_movie_as_it_is_where_nothing_is_cut_off_or_it_cannot_be_cut)
+{
+    for (bool isCut : {false, true}) {
+        Shown shown({kUTTypeMovie}, [](auto& picker, auto&) {
+            picker.allowsEditing = true;
+            picker.videoExportPreset = "none that there is";
+        });
+        shown.deliver(5, 2);
+        shown.harness.press(Key::space);
+        shown.deliver(30, 2);
+        shown.harness.press(Key::space);
+        shown.waitFor(Role::slider, "Beginning");
+        shown.harness.advance(1s);
+        shown.settle();
+        const auto recorded = Shown::files();
+        ASSERT_EQ(recorded.size(), 1u);
+        if (isCut)
+            shown.harness.find(Role::slider, "Beginning").setValue(0.5);
+        shown.harness.find(Role::button, "OK").tap();
+        shown.settle();
+        if (isCut) {
+            shown.harness.advance(1s);
+            shown.waitFor(Role::button, "Use Video");
+            EXPECT_TRUE(
+                shown.harness.tryFind(Role::staticText, Error(AVError::exportFailed).localizedDescription()))
+                << shown.harness.describe();
+            EXPECT_EQ(Shown::files(), recorded);
+            shown.harness.find(Role::button, "Use Video").tap();
+            shown.settle();
+        }
+        ASSERT_EQ(shown.listener->picked.size(), 1u);
+        EXPECT_EQ(textOf(shown.listener->picked[0], keys::mediaURL), recorded[0]);
+        EXPECT_NEAR(tests::inspect(recorded[0]).duration, 1, 0.1);
+        std::filesystem::remove(recorded[0]);
+    }
+}
+
+TEST(CameraCapture, shows_each_camera_in_its_own_shape_and_tells_a_problem_whenever_it_is_started)
+{
+    tests::PhotoLibraryFolders folders;
+    ViewHarness harness{{90, 90}};
+    auto& clock = harness.clock();
+    tests::SyntheticDesk desk;
+    auto capture = std::make_shared<CameraCapture>(CameraCapture::Options{});
+    CGSize seen;
+    int problems = 0;
+    capture->onPicture = [&](const UIImage& picture) { seen = picture.size(); };
+    capture->onProblem = [&](auto problem) { problems += problem.has_value(); };
+    capture->setPictureSize({90, 90});
+    capture->start();
+    auto look = [&](SyntheticCapture& hardware) {
+        for (int picture = 0; picture < 3; ++picture) {
+            clock.settleWithBackgroundQueues();
+            hardware.deliver(1);
+            clock.settleWithBackgroundQueues();
+        }
+        return seen;
+    };
+    EXPECT_EQ(look(*desk.hardware), (CGSize{160, 90}));
+    auto upright = std::make_shared<SyntheticCapture>(
+        tests::SyntheticDesk::Options{.pace = SyntheticCapture::Pace::onDemand, .width = 180, .height = 320});
+    CaptureHardware::replace(upright);
+    capture->switchCamera();
+    EXPECT_EQ(look(*upright), (CGSize{90, 160}));
+    upright->setOpenFailure(Error(AVError::diskFull));
+    for (int times : {1, 2}) {
+        capture->stop();
+        capture->start();
+        for (int turn = 0; problems < times && turn < 100'000; ++turn)
+            clock.settleWithBackgroundQueues();
+        EXPECT_EQ(problems, times);
+    }
 }
 
 } // namespace

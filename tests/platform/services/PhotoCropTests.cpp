@@ -220,7 +220,12 @@ TEST(UIImagePicker, edits_what_was_picked_before_it_hands_it_out)
         EXPECT_EQ(std::get<UIImage>(info.at(std::string(keys::originalImage))), map(40, 20));
         EXPECT_EQ(placeOf(std::get<UIImage>(info.at(std::string(keys::editedImage))).pixel(3, 4)),
                   (CGPoint{13, 4}));
-        EXPECT_TRUE(std::get<URL>(info.at(std::string(keys::imageURL))).path().ends_with("pictures/map.png"));
+        auto file = std::get<URL>(info.at(std::string(keys::imageURL))).path();
+        EXPECT_EQ(placeOf(UIImage::fromFile(file).value().pixel(3, 4)), (CGPoint{13, 4})) << "the cut itself";
+        EXPECT_TRUE(
+            std::get<URL>(info.at(std::string(keys::referenceURL))).path().ends_with("pictures/map.png"));
+        EXPECT_TRUE(std::filesystem::exists(folders.folder.path("pictures/map.png")));
+        std::filesystem::remove(file);
     }
 
     Picking film(true);
