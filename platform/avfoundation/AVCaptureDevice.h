@@ -43,7 +43,7 @@ public:
     AVCaptureDevicePosition position() const
     {
         return position_;
-    }                         // unspecified where the machine does not say
+    } // unspecified where the machine does not say
     bool isConnected() const; // looks
 
     AVCaptureDevice(std::string uniqueID, std::string name, AVMediaType mediaType,

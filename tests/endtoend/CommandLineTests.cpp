@@ -226,8 +226,7 @@ TEST(CommandLine, thePreviewLoadsNoLibraryThatItDoesNotUse)
         auto libraries = run({"ldd", ZELK_BINARY_DIR "/bin/" + name});
         ASSERT_EQ(libraries.exitStatus, 0) << libraries.errors;
         EXPECT_NE(libraries.output.find("libstdc++"), std::string::npos) << libraries.output;
-        for (auto* unused :
-             {"libQt6Svg", "libcurl", "libQt6Widgets", "libavcodec", "libavformat", "libcld2"})
+        for (auto* unused : {"libQt6Svg", "libcurl", "libQt6Widgets", "libavcodec", "libavformat", "libcld2"})
             EXPECT_EQ(libraries.output.find(unused), std::string::npos) << name << " loads " << unused;
     }
 }
