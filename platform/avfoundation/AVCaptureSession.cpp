@@ -24,7 +24,6 @@ namespace {
 
 // How long a device that is being closed is waited for by who opens it next.
 constexpr std::chrono::seconds patience{5};
-constexpr std::chrono::milliseconds betweenLooks{20};
 
 // Which use of each device was the last, in all sessions: a device is opened again only when it is closed.
 class LastUses {
@@ -104,19 +103,13 @@ struct AVCaptureSession::Feed {
     void run(const std::stop_token& stop)
     {
         if (before.end.valid() && before.stop.stop_requested())
-            waitForBefore(stop);
+            before.end.wait_for(
+                patience); // also when stopped meanwhile: the next one waits for this one only
         auto error = begin(stop) ? capture(stop) : std::nullopt;
         leave(error);
         if (error)
             onFailure(*error);
         ended.set_value();
-    }
-
-    void waitForBefore(const std::stop_token& stop) const
-    {
-        auto until = std::chrono::steady_clock::now() + patience;
-        while (!stop.stop_requested() && std::chrono::steady_clock::now() < until
-               && before.end.wait_for(betweenLooks) != std::future_status::ready) { }
     }
 
     // Whoever was heard until now was stopped before this was started, and is heard no more.

@@ -117,7 +117,7 @@ public:
             if (!sample.imageBuffer)
                 return failure(AVError::outOfMemory);
         } else {
-            auto at = [&](int place) { return static_cast<std::int64_t>(place * soundRate / rate); };
+            auto at = [&](int place) { return static_cast<std::int64_t>(soundRate / rate * place); };
             sample = tone(at(*number), at(*number + 1) - at(*number));
         }
         sample.presentationTimeStamp = CMTime::makeWithSeconds(opened_->start + *number / rate, timescale);
