@@ -26,6 +26,12 @@ add_compile_options(-Wno-missing-field-initializers)
 # Qt's headers are left without its convenience macros, which would take names like `emit` and `slots`.
 add_compile_definitions(QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 
+# The compiler collects its garbage ten times in a source of the declarative layer unless it may take more memory first:
+# an eighth less time for a quarter more memory, 1.5 GB at most.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options("SHELL:--param ggc-min-heapsize=524288")
+endif()
+
 # A program loads only the libraries it calls: the preview is not to pay for the kit's.
 add_link_options(-Wl,--as-needed)
 
