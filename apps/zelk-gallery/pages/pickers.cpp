@@ -3,6 +3,7 @@
 #include "apps/zelk-gallery/frame/Samples.h"
 
 #include "kit/media/FontPickerScreen.h"
+#include "kit/media/ImagePicker.h"
 #include "kit/media/VideoEditorView.h"
 #include "kit/media/photoAssetPicker.h"
 #include "kit/media/videoAssetPicker.h"
@@ -34,6 +35,19 @@ auto framed(const Content& content, double height)
     return content | frame({.height = height}) | cornerRadius(CornerRadius::_150);
 }
 
+auto opening(const State<std::optional<AssetPickerKind>>& state, AssetPickerKind kind)
+{
+    return [binding = state.binding(), kind] { binding.set(kind); };
+}
+
+auto telling(const State<std::string>& outcome)
+{
+    return [outcome = outcome.binding()](const Result<URL>& item) {
+        outcome.set(item ? item->lastPathComponent()
+                         : item.error().localizedDescription());
+    };
+}
+
 // [Pick and come back]
 struct AssetScreens {
     State<std::optional<AssetPickerKind>> photo, video, clip;
@@ -42,25 +56,40 @@ struct AssetScreens {
     auto dynamicProperties() { return std::tie(photo, video, clip, outcome); }
     auto body() const
     {
-        auto tell = [outcome = outcome.binding()](const Result<URL>& item) {
-            outcome.set(item ? item->lastPathComponent()
-                             : item.error().localizedDescription());
-        };
-        auto open = [](const State<std::optional<AssetPickerKind>>& state) {
-            return [binding = state.binding()] {
-                binding.set(AssetPickerKind(AssetPickerKind::photoLibrary));
-            };
-        };
+        auto tell = telling(outcome);
+        constexpr AssetPickerKind library = AssetPickerKind::photoLibrary;
         return VStack{{.spacing = Spacing::_100},
-                      Button{"A photo, cut to a square", open(photo)},
-                      Button{"A video", open(video)},
-                      Button{"Ten seconds of a video", open(clip)},
+                      Button{"A photo, cut to a square", opening(photo, library)},
+                      Button{"A video", opening(video, library)},
+                      Button{"Ten seconds of a video", opening(clip, library)},
                       said(*outcome)}
         | zelk::photoAssetPicker(photo.binding(), {.allowsEditing = true}, tell)
             | zelk::videoAssetPicker(video.binding(), {}, tell)
             | zelk::videoAssetPicker(clip.binding(),
                                      {.allowsEditing = true, .videoMaximumDuration = 10},
                                      tell);
+    }
+};
+// [/]
+
+// [The camera]
+struct Camera {
+    State<std::optional<AssetPickerKind>> photo, film;
+    State<std::string> outcome =
+        std::string(isThere() ? "Space is the shutter." : "There is no camera here.");
+
+    auto dynamicProperties() { return std::tie(photo, film, outcome); }
+    static bool isThere() { return zelk::ImagePickerSource::isCameraAvailable(); }
+    auto body() const
+    {
+        auto tell = telling(outcome);
+        constexpr AssetPickerKind camera = AssetPickerKind::cameraCapture;
+        return VStack{{.spacing = Spacing::_100},
+                      Button{"Take a photo", opening(photo, camera)},
+                      Button{"Film ten seconds", opening(film, camera)},
+                      said(*outcome)}
+        | disabled(!isThere()) | zelk::photoAssetPicker(photo.binding(), {}, tell)
+            | zelk::videoAssetPicker(film.binding(), {.videoMaximumDuration = 10}, tell);
     }
 };
 // [/]
@@ -236,6 +265,7 @@ Page pickersPage()
                 return std::vector<Exhibit>{
                     {"Pick and come back", "Each screen leaves by itself.",
                      AnyView(AssetScreens{})},
+                    {"The camera", "A photo or a film of now.", AnyView(Camera{})},
                     {"A library", "", AnyView(Library{})},
                     {"A square of a photo", "", AnyView(Square{})},
                     {"A part of a film", "", AnyView(Trimmer{})},
