@@ -35,6 +35,14 @@ endif()
 # A program loads only the libraries it calls: the preview is not to pay for the kit's.
 add_link_options(-Wl,--as-needed)
 
+# The other linker of binutils takes half the time for eighty programs with their symbols.
+if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT ZELK_SANITIZE)
+  find_program(ZELK_GOLD ld.gold)
+  if(ZELK_GOLD)
+    add_link_options(-fuse-ld=gold)
+  endif()
+endif()
+
 if(ZELK_SANITIZE)
   add_compile_options(-fsanitize=${ZELK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZELK_SANITIZE})
