@@ -14,7 +14,7 @@ namespace {
 // Enough for queues that wait for files while others compute.
 constexpr std::size_t leastBusyLimit = 4;
 // Of setpriority(): where cores are few, the main thread goes first, as people wait for it.
-constexpr int yieldingBy = 10;
+constexpr int yieldingBy = 5;
 
 thread_local bool isWorker = false;
 

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -242,13 +243,17 @@ TEST(URLSessionOrder, aTaskThatIsSuspendedAtEachPieceGetsThemAll)
 TEST(URLSessionOrder, tasksThatRestLeaveTheirPlacesToOthers)
 {
     ScriptedServer server([](Connection& connection, const Request& request) {
-        connection.answer("200 OK", std::string(request.target == "/long" ? 20'000'000 : 5, 'x'));
+        connection.answer("200 OK", std::string(request.target == "/long" ? 4'000'000 : 5, 'x'));
     });
     auto delegate = std::make_shared<RecordingDelegate>();
     auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
     // As many of each as there are places: at rest before they begin, and in the middle.
     std::vector<std::shared_ptr<URLSessionTask>> resting;
-    delegate->onData = [](URLSessionTask& task) { task.suspend(); };
+    std::atomic<bool> isTimeToRest = true;
+    delegate->onData = [&](URLSessionTask& task) {
+        if (isTimeToRest)
+            task.suspend();
+    };
     for (int i = 0; i < 12; ++i) {
         resting.push_back(session->dataTask(URLRequest(server.url("/long"))));
         resting.back()->resume();
@@ -257,13 +262,13 @@ TEST(URLSessionOrder, tasksThatRestLeaveTheirPlacesToOthers)
     }
     session->downloadTask(URLRequest(server.url("/short")))->resume();
     EXPECT_TRUE(delegate->waitForCall("file"));
-    for (auto& task : resting) {
-        while (task->state() != URLSessionTask::State::completed) {
-            task->resume();
-            std::this_thread::yield();
-        }
+    isTimeToRest = false;
+    session->delegateQueue()->sync([] { }); // those that were about to rest do
+    for (auto& task : resting)
+        task->resume();
+    EXPECT_TRUE(delegate->waitForEnds(13));
+    for (auto& task : resting)
         EXPECT_EQ(task->error(), std::nullopt);
-    }
 }
 
 TEST(URLSessionOrder, aProcessMayEndInTheMiddleOfAnyLoad)
