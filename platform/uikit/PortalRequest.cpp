@@ -23,6 +23,13 @@ QString newToken()
     return QStringLiteral("zelk_%1").arg(QRandomGenerator::system()->generate64(), 0, 16);
 }
 
+void close(const QDBusConnection& bus, const QString& place)
+{
+    bus.call(
+        QDBusMessage::createMethodCall(Portal::service(), place, requestInterface, QStringLiteral("Close")),
+        QDBus::NoBlock);
+}
+
 } // namespace
 
 QString Portal::service()
@@ -66,18 +73,24 @@ public:
         listen(Portal::path() + QStringLiteral("/request/%1/%2").arg(sender, token));
         QObject::connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered, this,
                          [this] { finish(Outcome::failed, {}); });
-        callPortal(bus_, interface, method, arguments, [self = QPointer(this)](const QDBusMessage& reply) {
-            if (self)
-                self->takeReply(reply);
-        });
+        callPortal(bus_, interface, method, arguments,
+                   [self = QPointer(this), fate = fate_, bus](const QDBusMessage& reply) {
+                       auto handle = handleOf(reply);
+                       fate->isPlaced = true;
+                       if (fate->isTakenBack && !handle.isEmpty())
+                           close(bus, handle);
+                       else if (self)
+                           self->takeReply(handle);
+                   });
     }
+    // Before the reply nobody knows where the request will be, nor whether it is there yet.
     void takeBack()
     {
         if (!std::exchange(handler_, nullptr))
             return;
-        auto close = QDBusMessage::createMethodCall(Portal::service(), place_, requestInterface,
-                                                    QStringLiteral("Close"));
-        bus_.call(close, QDBus::NoBlock);
+        fate_->isTakenBack = true;
+        if (fate_->isPlaced)
+            close(bus_, place_);
         stopListening();
     }
 
@@ -99,12 +112,18 @@ private:
         bus_.disconnect(Portal::service(), place_, requestInterface, responseSignal, this,
                         SLOT(takeResponse(uint, QVariantMap)));
     }
-    void takeReply(const QDBusMessage& reply)
+    // Empty where there is no request.
+    static QString handleOf(const QDBusMessage& reply)
+    {
+        return reply.type() == QDBusMessage::ReplyMessage
+            ? reply.arguments().value(0).value<QDBusObjectPath>().path()
+            : QString();
+    }
+    void takeReply(const QString& handle)
     {
         if (!handler_)
             return;
-        auto handle = reply.arguments().value(0).value<QDBusObjectPath>().path();
-        if (reply.type() != QDBusMessage::ReplyMessage || handle.isEmpty())
+        if (handle.isEmpty())
             return finish(Outcome::failed, {});
         // Old portals choose the place themselves.
         if (handle != place_) {
@@ -121,6 +140,13 @@ private:
         handler(outcome, results);
     }
 
+    // What the reply must know, though it may come when all else has gone.
+    struct Fate {
+        bool isPlaced = false; // the reply has come
+        bool isTakenBack = false;
+    };
+
+    const std::shared_ptr<Fate> fate_ = std::make_shared<Fate>();
     QDBusConnection bus_;
     Handler handler_; // empty once it was called
     QDBusServiceWatcher watcher_;

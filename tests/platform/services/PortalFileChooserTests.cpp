@@ -11,6 +11,7 @@
 #include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusObjectPath>
+#include <QtDBus/QDBusPendingCall>
 #include <QtDBus/QDBusVirtualObject>
 
 #include <gtest/gtest.h>
@@ -29,14 +30,14 @@ public:
     QString uri;
     // what it was asked
     std::string title, filters, folder;
-    bool isClosed = false;
+    int closed = 0;
 
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
     {
         auto bus = connection;
         if (message.member() == u"Close") {
-            isClosed = true;
+            closed += message.path() == place_;
             return bus.send(message.createReply());
         }
         if (message.interface() != u"org.freedesktop.portal.FileChooser" || message.member() != u"OpenFile"
@@ -51,13 +52,13 @@ public:
         auto sender = message.service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
         auto token = manner == Manner::ownPlace ? QStringLiteral("chosen_here")
                                                 : options[QStringLiteral("handle_token")].toString();
-        auto place = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
-        auto answer = QDBusMessage::createSignal(place, QStringLiteral("org.freedesktop.portal.Request"),
+        place_ = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
+        auto answer = QDBusMessage::createSignal(place_, QStringLiteral("org.freedesktop.portal.Request"),
                                                  QStringLiteral("Response"));
         answer << response << QVariantMap{{QStringLiteral("uris"), QStringList{uri}}};
         if (manner == Manner::answersFirst)
             bus.send(answer);
-        bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(place))));
+        bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(place_))));
         if (manner == Manner::answersAfterwards)
             bus.send(answer);
         if (manner == Manner::ownPlace) // once the program can have heard of it
@@ -68,6 +69,8 @@ public:
     }
 
 private:
+    QString place_; // of the request
+
     // "Photos image/jpeg image/png | Videos video/*"
     static std::string names(const QDBusArgument& argument)
     {
@@ -112,6 +115,18 @@ struct Desktop {
     {
         QCoreApplication::processEvents();
         clock.settleWithBackgroundQueues();
+    }
+    // Until the portal has heard what is on its way, and what its replies led to.
+    void settle()
+    {
+        for (int round = 0; round < 2; ++round) {
+            auto fence = program.asyncCall(QDBusMessage::createMethodCall(
+                QStringLiteral("org.freedesktop.portal.Desktop"),
+                QStringLiteral("/org/freedesktop/portal/desktop"), QString(), QStringLiteral("Fence")));
+            while (!fence.isFinished())
+                turn();
+            turn();
+        }
     }
     struct Answer {
         Outcome outcome;
@@ -189,7 +204,7 @@ TEST(PortalFileChooser, takes_what_the_user_chose_and_nothing_else)
             EXPECT_EQ(URL::fileURL(answer.file->path).absoluteString(), test.uri);
             EXPECT_EQ(answer.file->isVideo, test.uri == video);
         }
-        EXPECT_FALSE(desktop.portal.isClosed) << "it was over";
+        EXPECT_EQ(desktop.portal.closed, 0) << "it was over";
     }
 }
 
@@ -214,8 +229,15 @@ TEST(PortalFileChooser, says_what_is_wanted_and_takes_the_question_back)
     EXPECT_EQ(desktop.portal.folder,
               std::filesystem::canonical(desktop.folders.folder.path("pictures")).string() + '\0');
     token.cancel();
-    while (!desktop.portal.isClosed)
-        desktop.turn();
+    desktop.settle();
+    EXPECT_EQ(desktop.portal.closed, 1);
+    // Also where the request has no place yet when it is taken back.
+    for (auto manner : {Portal::Manner::staysSilent, Portal::Manner::ownPlace}) {
+        desktop.portal.manner = manner;
+        chooser.ask({"", {.photos = true}, nullptr}, [&](Outcome, const auto&) { isTold = true; }).cancel();
+        desktop.settle();
+    }
+    EXPECT_EQ(desktop.portal.closed, 3);
     EXPECT_FALSE(isTold);
 }
 
