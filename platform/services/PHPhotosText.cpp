@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/services/PHPhotosText_p.h"
 
-#include "platform/services/chosenWords_p.h"
+#include "platform/foundation/chosenWords_p.h"
 
 #include <array>
 

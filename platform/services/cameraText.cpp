@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/services/cameraText_p.h"
 
-#include "platform/services/chosenWords_p.h"
+#include "platform/foundation/chosenWords_p.h"
 
 #include <array>
 #include <string_view>
