@@ -9,6 +9,12 @@
 
 namespace platform {
 
+namespace {
+
+constexpr const char *cameraKey = "AVCaptureDevice.video", *microphoneKey = "AVCaptureDevice.audio";
+
+} // namespace
+
 AVCaptureAuthorization& AVCaptureAuthorization::shared()
 {
     static auto& authorization = *new AVCaptureAuthorization; // queues may ask until the process ends
@@ -16,8 +22,8 @@ AVCaptureAuthorization& AVCaptureAuthorization::shared()
 }
 
 AVCaptureAuthorization::AVCaptureAuthorization()
-    : camera_({.key = "AVCaptureDevice.video", .restriction = "CameraRestricted"})
-    , microphone_({.key = "AVCaptureDevice.audio", .restriction = "MicrophoneRestricted"})
+    : camera_({.key = cameraKey, .restriction = "CameraRestricted"})
+    , microphone_({.key = microphoneKey, .restriction = "MicrophoneRestricted"})
 {
 }
 
@@ -56,6 +62,15 @@ void AVCaptureAuthorization::request(AVMediaType mediaType,
                     answer(static_cast<UserPermissionStatus>(status));
                 });
             });
+}
+
+NSUserDefaults::Observation AVCaptureAuthorization::observe(std::function<void()> onChange)
+{
+    return NSUserDefaults::standardUserDefaults()->observe(
+        [onChange = std::move(onChange)](const NSUserDefaults::ChangedKeys& keys) {
+            if (keys.contains(cameraKey) || keys.contains(microphoneKey))
+                onChange();
+        });
 }
 
 void AVCaptureAuthorization::setQuestion(std::shared_ptr<AVCaptureQuestion> question)

@@ -3,6 +3,7 @@
 
 #include "platform/avfoundation/AVCaptureDevice.h"
 #include "platform/dispatch/UserPermission.h"
+#include "platform/foundation/NSUserDefaults.h"
 
 #include <functional>
 #include <memory>
@@ -33,6 +34,10 @@ public:
     void setStatus(AVAuthorizationStatus status, AVMediaType mediaType);
     // `handler` is called once, later, on the main thread. Without a question nobody can be asked.
     void request(AVMediaType mediaType, std::function<void(AVAuthorizationStatus)> handler);
+
+    // Calls back on the main thread after the user allowed or refused something, in whatever process. What the administrator
+    // does is not told. Any thread.
+    NSUserDefaults::Observation observe(std::function<void()> onChange);
 
     // Main thread only.
     bool hasQuestion() const { return question_ != nullptr; }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/avfoundation/AVCaptureSession.h"
 
+#include "platform/avfoundation/AVCaptureAuthorization.h"
+#include "platform/avfoundation/AVError.h"
 #include "platform/avfoundation/CaptureHardware.h"
 #include "platform/avfoundation/captureWish_p.h"
 #include "platform/dispatch/DispatchQueue.h"
@@ -9,6 +11,7 @@
 #include "platform/foundation/Precondition.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <map>
@@ -98,7 +101,8 @@ struct AVCaptureSession::Feed {
     LastUses::Use before;
     std::promise<void> ended;
     const std::shared_future<void> end = ended.get_future().share();
-    std::stop_source stopping; // its thread keeps the feed until it has ended, which may be never
+    std::atomic<bool> isRefused = false; // set before it is stopped for that
+    std::stop_source stopping;           // its thread keeps the feed until it has ended, which may be never
 
     void run(const std::stop_token& stop)
     {
@@ -106,6 +110,8 @@ struct AVCaptureSession::Feed {
             before.end.wait_for(
                 patience); // also when stopped meanwhile: the next one waits for this one only
         auto error = begin(stop) ? capture(stop) : std::nullopt;
+        if (isRefused)
+            error = AVError::applicationIsNotAuthorizedToUseDevice;
         leave(error);
         if (error)
             onFailure(*error);
@@ -241,6 +247,10 @@ void AVCaptureSession::startRunning()
     assertOnMainThread();
     if (std::exchange(isRunning_, true))
         return;
+    authorization_ = AVCaptureAuthorization::shared().observe([weak = std::weak_ptr(sharedFrom(this))] {
+        if (auto session = weak.lock())
+            session->stopRefused();
+    });
     for (auto& entry : entries_)
         start(entry);
 }
@@ -249,8 +259,21 @@ void AVCaptureSession::stopRunning()
 {
     assertOnMainThread();
     isRunning_ = false;
+    authorization_ = {};
     for (auto& entry : entries_)
         stop(entry);
+}
+
+void AVCaptureSession::stopRefused()
+{
+    for (auto& entry : entries_) {
+        auto mediaType = entry.input->device()->mediaType();
+        if (!entry.feed
+            || AVCaptureDevice::authorizationStatus(mediaType) == AVAuthorizationStatus::authorized)
+            continue;
+        entry.feed->isRefused = true;
+        stop(entry);
+    }
 }
 
 void AVCaptureSession::start(Entry& entry)

@@ -3,6 +3,7 @@
 
 #include "platform/avfoundation/AVCaptureDeviceInput.h"
 #include "platform/avfoundation/AVCaptureOutput.h"
+#include "platform/foundation/NSUserDefaults.h"
 
 #include <functional>
 #include <memory>
@@ -46,7 +47,8 @@ public:
     void stopRunning();
     bool isRunning() const { return isRunning_; }
 
-    // A device could not be opened or has ended by itself; its input is still there, and the others go on.
+    // A device could not be opened or has ended by itself, or the user no longer allows its use
+    // (AVError::applicationIsNotAuthorizedToUseDevice); its input is still there, and the others go on.
     std::function<void(const AVCaptureDevice&, const Error&)> onRuntimeError;
 
 private:
@@ -58,11 +60,13 @@ private:
     };
     void start(Entry& entry);
     static void stop(Entry& entry);
+    void stopRefused();
 
     AVCaptureSessionPreset preset_ = AVCaptureSessionPreset::high;
     std::vector<Entry> entries_;
     const std::shared_ptr<Outputs> outputs_;
     bool isRunning_ = false;
+    NSUserDefaults::Observation authorization_; // while it runs
 };
 
 } // namespace platform

@@ -29,6 +29,7 @@ NSError operatingSystemError(int number, MediaWork work, NSError::UserInfo info)
     switch (number) {
     case ENOSPC:
     case EDQUOT:
+    case EFBIG: // no room for more of it, where files have a limit
         return nsError(AVError::diskFull, std::move(info));
     case ENOMEM:
         return nsError(AVError::outOfMemory, std::move(info));

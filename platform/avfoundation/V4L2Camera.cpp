@@ -146,14 +146,7 @@ AVCaptureDevicePosition cameraPosition(std::string_view name, std::string_view p
     return Position::unspecified;
 }
 
-namespace {
-
-struct Answer {
-    std::optional<V4L2Camera> camera;
-    bool isLasting = false; // whatever happens to it, the same would be said again
-};
-
-Answer ask(const std::string& path)
+V4L2Answer askV4L2(const std::string& path)
 {
     Descriptor camera(path);
     v4l2_capability capability{};
@@ -174,15 +167,14 @@ Answer ask(const std::string& path)
             .isLasting = true};
 }
 
-} // namespace
-
 std::optional<V4L2Camera> v4l2CameraAt(const std::string& path)
 {
-    return ask(path).camera;
+    return askV4L2(path).camera;
 }
 
-V4L2Cameras::V4L2Cameras(std::string folder)
+V4L2Cameras::V4L2Cameras(std::string folder, Question question)
     : folder_(std::move(folder))
+    , question_(std::move(question))
 {
 }
 
@@ -213,7 +205,7 @@ std::vector<V4L2Camera> V4L2Cameras::now()
         auto before = known_.find(path);
         auto isSame = before != known_.end() && before->second.device == now.device
             && before->second.changed == now.changed;
-        auto answer = isSame ? Answer{before->second.camera, true} : ask(path);
+        auto answer = isSame ? V4L2Answer{before->second.camera, true} : question_(path);
         now.camera = std::move(answer.camera);
         if (now.camera)
             cameras.push_back(*now.camera);

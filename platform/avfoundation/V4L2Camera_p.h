@@ -5,6 +5,7 @@
 #include "platform/avfoundation/CaptureFormat_p.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -25,12 +26,20 @@ struct V4L2Camera {
 // no receiver of metadata, no tuner for radio; nor a directory, a pipe, an ordinary file. Never waits. Any thread.
 std::optional<V4L2Camera> v4l2CameraAt(const std::string& path);
 
+// The same, and whether it would be said again whatever happens to the device but for another state of its file.
+struct V4L2Answer {
+    std::optional<V4L2Camera> camera;
+    bool isLasting = false;
+};
+V4L2Answer askV4L2(const std::string& path);
+
 // Those of a folder of devices, by number. A device is asked only once while its file stays the same, for asking wakes it; one
 // that cannot be asked, or may yet become a camera, is asked again.
 // One thread at a time.
 class V4L2Cameras {
 public:
-    explicit V4L2Cameras(std::string folder = "/dev");
+    using Question = std::function<V4L2Answer(const std::string& path)>;
+    explicit V4L2Cameras(std::string folder = "/dev", Question question = askV4L2);
     std::vector<V4L2Camera> now();
 
 private:
@@ -40,6 +49,7 @@ private:
         std::optional<V4L2Camera> camera;
     };
     const std::string folder_;
+    const Question question_;
     std::map<std::string, Known> known_;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/services/CameraCapture.h"
 
+#include "platform/avfoundation/AVCaptureAuthorization.h"
 #include "platform/avfoundation/AVError.h"
 #include "platform/avfoundation/imageFromPixelBuffer.h"
 #include "platform/dispatch/RunLoop.h"
@@ -108,6 +109,10 @@ void CameraCapture::start()
             if (auto capture = weak.lock())
                 capture->devicesChanged();
         });
+        access_ = AVCaptureAuthorization::shared().observe([weak] {
+            if (auto capture = weak.lock())
+                capture->accessChanged();
+        });
     }
     cameraCount_ = AVCaptureDevice::devices(AVMediaType::video).size();
     if (cameraCount_ == 0) // nobody is asked for what is not there
@@ -207,6 +212,14 @@ void CameraCapture::devicesChanged()
     auto mayHelp = problem_ == CameraProblem::noCamera || problem_ == CameraProblem::disconnected
         || problem_ == CameraProblem::unusable;
     if (isWanted_ && mayHelp && cameraCount_ > 0)
+        start();
+}
+
+// What is taken back the session tells.
+void CameraCapture::accessChanged()
+{
+    auto status = AVCaptureDevice::authorizationStatus(AVMediaType::video);
+    if (isWanted_ && problem_ == CameraProblem::noAccess && status == AVAuthorizationStatus::authorized)
         start();
 }
 

@@ -6,6 +6,7 @@
 #include "platform/avfoundation/AVCaptureSession.h"
 #include "platform/avfoundation/AVCaptureVideoDataOutput.h"
 #include "platform/dispatch/Token.h"
+#include "platform/foundation/NSUserDefaults.h"
 #include "platform/graphics/Geometry.h"
 #include "platform/graphics/UIImage.h"
 
@@ -22,7 +23,7 @@ enum class CameraProblem { noCamera, noAccess, inUse, disconnected, unusable, di
 CameraProblem cameraProblemOf(const Error& error);
 
 // The camera behind a picker's page: asks for it, shows what it sees, takes photos and movies, and removes what nobody wants.
-// Comes back by itself when a camera is plugged in or nobody else uses it any more. Main thread only.
+// Comes back by itself when a camera is plugged in, nobody else uses it any more, or the user allows it after all. Main thread only.
 class CameraCapture : public std::enable_shared_from_this<CameraCapture>,
                       public AVCaptureVideoDataOutputSampleBufferDelegate,
                       public AVCapturePhotoCaptureDelegate {
@@ -75,6 +76,7 @@ private:
     void openMicrophone();
     void closeInput(AVMediaType mediaType);
     void devicesChanged();
+    void accessChanged();
     void setProblem(std::optional<CameraProblem> problem);
     void movieEnded(const URL& file, const std::optional<Error>& error);
 
@@ -88,6 +90,7 @@ private:
     std::optional<CameraProblem> problem_;
     CGSize pictureSize_, sourceSize_;
     Token devices_;
+    NSUserDefaults::Observation access_;
     Token retry_;             // of a camera that somebody else has
     bool isWanted_ = false;   // started and not stopped
     bool isStarting_ = false; // the user is being asked

@@ -8,13 +8,16 @@
 #include "platform/avfoundation/FFmpegCapture_p.h"
 #include "platform/avfoundation/V4L2Camera_p.h"
 #include "platform/dispatch/VirtualClock.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/SyntheticDesk.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <condition_variable>
 #include <future>
+#include <map>
 #include <numeric>
 
 namespace {
@@ -93,6 +96,7 @@ TEST(Capture, records_every_picture_with_the_sound_until_it_ends)
         int pictures; // in the movie; 0: there is none
         std::optional<AVError> error = {};
         bool hasMicrophone = true;
+        std::optional<rlim_t> room = {}; // bytes on the disk
     };
     const Case cases[] = {
         {"until it is stopped",
@@ -118,6 +122,12 @@ TEST(Capture, records_every_picture_with_the_sound_until_it_ends)
              desk.unplug(backCamera);
          },
          25, AVError::deviceWasDisconnected},
+        {"until the user takes back that it may be used",
+         [](Running&, SyntheticCapture& desk) {
+             desk.deliver(25);
+             AVCaptureAuthorization::shared().setStatus(Status::denied, platform::AVMediaType::video);
+         },
+         25, AVError::applicationIsNotAuthorizedToUseDevice},
         {"until the session stops",
          [](Running& running, SyntheticCapture& desk) {
              desk.deliver(10);
@@ -138,6 +148,12 @@ TEST(Capture, records_every_picture_with_the_sound_until_it_ends)
          AVError::noDataCaptured},
         {"nothing on a disk that is full", [](Running&, SyntheticCapture& desk) { desk.deliver(2); }, 0,
          AVError::diskFull},
+        {"nothing on a disk that becomes full",
+         [](Running& running, SyntheticCapture& desk) {
+             desk.deliver(40);
+             running.movies->stopRecording();
+         },
+         0, AVError::diskFull, true, 2000},
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.name);
@@ -146,7 +162,10 @@ TEST(Capture, records_every_picture_with_the_sound_until_it_ends)
         Running running;
         desk.hardware->deliver(5, each.hasMicrophone ? 2 : 1);
         running.movies->setMaxRecordedDuration(CMTime(2, 1));
-        if (each.error == AVError::diskFull)
+        std::optional<tests::FullDisk> disk;
+        if (each.room)
+            disk.emplace(*each.room);
+        else if (each.error == AVError::diskFull)
             running.movies->setMinFreeDiskSpaceLimit(INT64_MAX);
         running.movies->startRecording(folder.url("a.mov"), running.listener);
         each.act(running, *desk.hardware);
@@ -157,7 +176,7 @@ TEST(Capture, records_every_picture_with_the_sound_until_it_ends)
         auto error = running.listener->finished[0];
         EXPECT_EQ(error, each.error ? std::optional(Error(*each.error)) : std::nullopt);
         EXPECT_EQ(folder.fileCount(), each.pictures ? 1 : 0) << "half a file is no file";
-        EXPECT_EQ(running.listener->started, each.pictures ? 1 : 0);
+        EXPECT_EQ(running.listener->started, each.pictures || each.room ? 1 : 0);
         if (!each.pictures)
             continue;
         if (error) {
@@ -173,6 +192,90 @@ TEST(Capture, records_every_picture_with_the_sound_until_it_ends)
             EXPECT_NEAR(movie.audio().onset(0, 0.03F), 0, 0.05);
         }
         EXPECT_EQ(tests::proberWarnings(folder.path("a.mov")), "");
+    }
+}
+
+// A desk whose microphone gives nothing until it is told to.
+class LateMicrophone : public CaptureHardware {
+public:
+    explicit LateMicrophone(std::shared_ptr<SyntheticCapture> desk)
+        : desk_(std::move(desk))
+    {
+    }
+    void begin()
+    {
+        std::lock_guard lock(mutex_);
+        hasBegun_ = true;
+        changed_.notify_all();
+    }
+    std::vector<CaptureDeviceInfo> devices(platform::AVMediaType type) override
+    {
+        return desk_->devices(type);
+    }
+    Result<std::unique_ptr<CaptureStream>> open(const CaptureDeviceInfo& device, const CaptureWish& wish,
+                                                const std::stop_token& stop) override
+    {
+        if (device.mediaType == platform::AVMediaType::audio)
+            return std::make_unique<Stream>(*this, device);
+        return desk_->open(device, wish, stop);
+    }
+    Token watch(std::function<void()> onChange) override { return desk_->watch(std::move(onChange)); }
+
+private:
+    struct Stream : CaptureStream {
+        LateMicrophone& owner;
+        CaptureDeviceInfo device;
+        std::unique_ptr<CaptureStream> sound = {};
+        Stream(LateMicrophone& its, const CaptureDeviceInfo& of)
+            : owner(its)
+            , device(of)
+        {
+        }
+        Result<std::optional<CMSampleBuffer>> read(const std::stop_token& stop) override
+        {
+            std::unique_lock lock(owner.mutex_);
+            if (!owner.changed_.wait(lock, stop, [&] { return owner.hasBegun_; }))
+                return std::nullopt;
+            lock.unlock();
+            if (!sound)
+                sound = owner.desk_->open(device, {}, stop).value();
+            return sound->read(stop);
+        }
+    };
+    const std::shared_ptr<SyntheticCapture> desk_;
+    std::mutex mutex_;
+    std::condition_variable_any changed_;
+    bool hasBegun_ = false;
+};
+
+TEST(Capture, waits_for_sound_that_comes_late_but_not_for_a_microphone_that_is_silent)
+{
+    for (bool comes : {true, false}) {
+        tests::TemporaryDirectory folder;
+        tests::SyntheticDesk desk;
+        auto late = std::make_shared<LateMicrophone>(desk.hardware);
+        CaptureHardware::replace(late);
+        Running running;
+        running.movies->startRecording(folder.url("a.mov"), running.listener);
+        desk.hardware->deliver(30);
+        EXPECT_EQ(running.movies->recordedDuration(), CMTime::zero()) << "it is still waited for";
+        if (comes) {
+            late->begin();
+            desk.hardware->deliver(1, 2);
+        }
+        desk.hardware->deliver(60, comes ? 2 : 1);
+        running.movies->stopRecording();
+        running.until([&] { return !running.listener->finished.empty(); });
+        EXPECT_EQ(running.listener->finished[0], std::nullopt);
+        auto movie = tests::inspect(folder.path("a.mov"));
+        auto numbers = tests::numbersIn(movie);
+        ASSERT_FALSE(numbers.empty());
+        EXPECT_NEAR(numbers.front(), comes ? 30.5 : 60, 0.5) << "two seconds are enough";
+        EXPECT_EQ(numbers.back(), comes ? 90 : 89);
+        EXPECT_EQ(movie.ofType(AVMEDIA_TYPE_AUDIO).size(), comes ? 1u : 0u);
+        running.session->stopRunning();
+        for (int turn = 0; desk.hardware->openStreamCount() > 0 && turn < 1'000'000; ++turn)
+            running.clock.settleWithBackgroundQueues();
     }
 }
 
@@ -335,6 +438,35 @@ TEST(V4L2Camera, is_none_of_the_files_that_stand_where_cameras_do)
     folder.write("audio0", "");
     folder.write("video6", "");
     changed.get_future().wait();
+}
+
+TEST(V4L2Camera, is_asked_once_while_nothing_changes_unless_it_may_yet_become_one)
+{
+    tests::TemporaryDirectory folder;
+    std::map<std::string, int> asked;
+    V4L2Cameras cameras(folder.path(), [&](const std::string& path) {
+        auto name = std::filesystem::path(path).filename().string();
+        ++asked[name];
+        V4L2Answer answer{.camera = std::nullopt, .isLasting = name != "video2"};
+        if (name == "video0")
+            answer.camera = V4L2Camera{.path = path, .name = name};
+        return answer;
+    });
+    for (const char* name :
+         {"video0", "video1", "video2", "vbi0"}) // a camera, a converter, one without a driver yet
+        folder.write(name, "");
+    for (int times = 0; times < 3; ++times)
+        EXPECT_EQ(cameras.now().size(), 1u);
+    EXPECT_EQ(asked, (std::map<std::string, int>{{"video0", 1}, {"video1", 1}, {"video2", 3}}));
+    namespace files = std::filesystem;
+    for (const char* name : {"video0", "video1"}) { // put back, and other permissions
+        files::remove(folder.path(name));
+        EXPECT_EQ(cameras.now().size(), name == std::string_view("video0") ? 0u : 1u);
+        folder.write(name, "");
+        EXPECT_EQ(cameras.now().size(), 1u);
+    }
+    EXPECT_EQ(asked["video0"], 2);
+    EXPECT_EQ(asked["video1"], 2);
 }
 
 TEST(V4L2Camera, gives_the_pictures_that_come_nearest_to_the_wish)
