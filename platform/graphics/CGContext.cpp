@@ -129,6 +129,7 @@ void CGContext::clip(const CGRect& rect)
     // An empty rectangle would clip nothing: the painter takes it for none.
     if (rect.isEmpty()) {
         backend_->clipPixels = {};
+        backend_->clipRect = {};
         backend_->innermost().setClipRegion(QRegion());
         return;
     }
@@ -166,19 +167,42 @@ void CGContext::stroke(const UIBezierPath& path, const UIColor& color, const Str
         backend_->painter().strokePath(painterPath(path), qPen(qBrush(color, backend_->appearance), style));
 }
 
+namespace {
+
+// Whether each pixel of a picture of that size falls onto one of the device. `place`: where the picture goes there.
+bool isPixelOnPixel(const QTransform& map, const QRectF& place, QSize size)
+{
+    constexpr double rounding = 1e-4;
+    auto isWhole = [](double edge) { return std::abs(edge - std::round(edge)) < rounding; };
+    return map.type() <= QTransform::TxScale && map.m11() > 0 && map.m22() > 0 && isWhole(place.left())
+        && isWhole(place.top()) && std::abs(place.width() - size.width()) < rounding
+        && std::abs(place.height() - size.height()) < rounding;
+}
+
+} // namespace
+
 void CGContext::drawImage(const UIImage& image, const CGRect& rect, const std::optional<UIColor>& tint)
 {
     if (image.isEmpty() || rect.isEmpty() || rect.intersection(clipBounds()).isEmpty())
         return;
     auto pixels = qImage(image);
     // The painter looks at four pixels only, so much smaller is done by averaging first.
-    auto place = backend_->toPixels().mapRect(qRect(rect)).size();
+    auto map = backend_->toPixels();
+    auto place = map.mapRect(qRect(rect));
     if (place.width() * 2 <= pixels.width() && place.height() * 2 <= pixels.height())
-        pixels =
-            pixels.scaled(place.toSize().expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        pixels = pixels.scaled(place.size().toSize().expandedTo({1, 1}), Qt::IgnoreAspectRatio,
+                               Qt::SmoothTransformation);
     if (image.isTemplate())
         pixels = tinted(std::move(pixels), qColor(tint.value_or(UIColor::black()), backend_->appearance));
-    backend_->painter().drawImage(qRect(rect), pixels);
+    auto& painter = backend_->painter();
+    auto isCopied = isPixelOnPixel(map, place, pixels.size());
+    // The painter copies only where it need not smooth; else it hands the rows to threads of its own and waits for them.
+    const auto hints = painter.renderHints();
+    if (isCopied)
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform, false);
+    painter.drawImage(qRect(rect), pixels);
+    if (isCopied)
+        painter.setRenderHints(hints);
 }
 
 void CGContext::drawLinearGradient(std::span<const GradientStop> stops, CGPoint start, CGPoint end)
@@ -237,11 +261,12 @@ void CGContext::maskLayer(const std::function<void(CGContext&)>& draw)
     if (backend_->layers.back()->pixels.isEmpty())
         return;
     // The mask is drawn where the layer began: what was set up for the content is put aside.
-    auto content = CGContextBackend::Saved{backend_->appearance, backend_->toBase, backend_->clipPixels,
-                                           backend_->clipIsRect, true};
+    auto content = CGContextBackend::Saved{backend_->appearance, backend_->toBase,     backend_->clipPixels,
+                                           backend_->clipRect,   backend_->clipIsRect, true};
     auto area = QRectF(backend_->layers.back()->pixels);
     backend_->toBase = backend_->saved.back().toBase;
     backend_->clipPixels = area;
+    backend_->clipRect = area.toRect();
     backend_->clipIsRect = true;
     backend_->pushLayer(backend_->toPixels().inverted().mapRect(area), 1);
     draw(*this);
@@ -250,6 +275,7 @@ void CGContext::maskLayer(const std::function<void(CGContext&)>& draw)
     backend_->appearance = content.appearance;
     backend_->toBase = content.toBase;
     backend_->clipPixels = content.clipPixels;
+    backend_->clipRect = content.clipRect;
     backend_->clipIsRect = content.clipIsRect;
     backend_->applyTransform();
 }

@@ -39,6 +39,7 @@ CGContextBackend::CGContextBackend(QPainter& basePainter, ColorAppearance baseAp
         clipPixels &= toPixels().mapRect(base.clipBoundingRect());
         clipIsRect = base.clipRegion().rectCount() <= 1;
     }
+    clipRect = clipPixels.toRect();
     base.save();
     setQuality(base);
 }
@@ -54,7 +55,7 @@ CGContextBackend::~CGContextBackend()
 
 void CGContextBackend::save(bool isLayer)
 {
-    saved.push_back({appearance, toBase, clipPixels, clipIsRect, isLayer});
+    saved.push_back({appearance, toBase, clipPixels, clipRect, clipIsRect, isLayer});
     innermost().save();
 }
 
@@ -66,6 +67,7 @@ void CGContextBackend::restore(bool isLayer)
     appearance = state.appearance;
     toBase = state.toBase;
     clipPixels = state.clipPixels;
+    clipRect = state.clipRect;
     clipIsRect = state.clipIsRect;
     saved.pop_back();
     innermost().restore();
@@ -84,7 +86,9 @@ void CGContextBackend::applyTransform()
 void CGContextBackend::clipTo(const QRectF& bounds, bool isRect)
 {
     auto map = toPixels();
-    clipPixels &= map.mapRect(bounds);
+    auto pixels = map.mapRect(bounds);
+    clipPixels &= pixels;
+    clipRect &= pixels.toRect(); // each by itself
     clipIsRect = clipIsRect && isRect && map.type() <= QTransform::TxScale;
 }
 
@@ -123,9 +127,9 @@ bool CGContextBackend::takeAsGround(const QRectF& rect, const QColor& color)
     if (!clipIsRect || map.type() > QTransform::TxScale || clipPixels.isEmpty())
         return false;
     auto place = map.mapRect(rect);
-    auto clip = clipPixels.toRect(); // as the library rounds it
-    auto columns = wholePixels(place.left(), place.right(), clip.left(), clip.left() + clip.width());
-    auto rows = wholePixels(place.top(), place.bottom(), clip.top(), clip.top() + clip.height());
+    auto columns =
+        wholePixels(place.left(), place.right(), clipRect.left(), clipRect.left() + clipRect.width());
+    auto rows = wholePixels(place.top(), place.bottom(), clipRect.top(), clipRect.top() + clipRect.height());
     if (!columns || !rows)
         return false;
     QRect pixels(columns->first, rows->first, columns->second - columns->first, rows->second - rows->first);
@@ -136,10 +140,10 @@ bool CGContextBackend::takeAsGround(const QRectF& rect, const QColor& color)
             return false;
         if (ground && !pixels.contains(ground->pixels))
             paintGround();
-        ground = {pixels, color.rgba()};
+        ground = {pixels, color.rgba(), {}};
         return true;
     }
-    if (!ground || ground->pixels != pixels)
+    if (!ground || ground->pixels != pixels || !ground->done.empty())
         return false;
     ground->color = blended(qPremultiply(color.rgba()), ground->color);
     return true;
@@ -147,16 +151,49 @@ bool CGContextBackend::takeAsGround(const QRectF& rect, const QColor& color)
 
 void CGContextBackend::paintGround()
 {
-    auto [pixels, color] = *std::exchange(ground, std::nullopt);
+    auto [pixels, color, done] = *std::exchange(ground, std::nullopt);
+    QRegion rest(pixels);
+    for (const auto& rect : done)
+        rest -= rect;
     auto& target = innermost();
     auto origin = layers.empty() ? QPoint() : layers.back()->pixels.topLeft();
     target.save();
     target.setWorldTransform({});
     target.setClipping(false);
     target.setRenderHint(QPainter::Antialiasing, false);
-    target.fillRect(QRectF(QPointF(pixels.topLeft() - origin) / scale, QSizeF(pixels.size()) / scale),
-                    QColor::fromRgb(color));
+    for (const auto& rect : rest)
+        target.fillRect(QRectF(QPointF(rect.topLeft() - origin) / scale, QSizeF(rect.size()) / scale),
+                        QColor::fromRgb(color));
     target.restore();
+}
+
+std::optional<QRgb> CGContextBackend::takeGroundOf(QRect pixels)
+{
+    if (!ground)
+        return std::nullopt;
+    auto isNew = [&](const QRect& rect) { return !rect.intersects(pixels); };
+    if (!ground->pixels.contains(pixels) || !std::ranges::all_of(ground->done, isNew)) {
+        paintGround();
+        return std::nullopt;
+    }
+    ground->done.push_back(pixels);
+    return ground->color;
+}
+
+std::optional<CGContextBackend::Surface> CGContextBackend::surface()
+{
+    if (!clipIsRect)
+        return std::nullopt;
+    if (!layers.empty()) {
+        auto& layer = *layers.back();
+        return Surface{&layer.image, layer.pixels.topLeft(), clipRect & layer.pixels};
+    }
+    if (base.device()->devType() != QInternal::Image)
+        return std::nullopt;
+    auto* image = static_cast<const QImage*>(base.device());
+    if (image->format() != QImage::Format_RGB32 && image->format() != QImage::Format_ARGB32_Premultiplied)
+        return std::nullopt;
+    return Surface{image, {}, clipRect & image->rect()};
 }
 
 void CGContextBackend::pushLayer(const QRectF& bounds, double alpha)
@@ -169,8 +206,10 @@ void CGContextBackend::pushLayer(const QRectF& bounds, double alpha)
     layer->alpha = alpha;
     if (alpha > 0 && !clipPixels.isEmpty())
         layer->pixels = clipPixels.toAlignedRect();
-    else
+    else {
         clipPixels = {};
+        clipRect = {};
+    }
     // A layer of which nothing is seen still takes drawing calls: one pixel, with everything clipped.
     auto size = layer->pixels.isEmpty() ? QSize(1, 1) : layer->pixels.size();
     layer->image = QImage(size, QImage::Format_ARGB32_Premultiplied);

@@ -31,6 +31,7 @@ struct CGContextBackend {
         ColorAppearance appearance;
         QTransform toBase;
         QRectF clipPixels;
+        QRect clipRect;
         bool clipIsRect = true;
         bool isLayer = false;
     };
@@ -38,6 +39,7 @@ struct CGContextBackend {
     struct Ground {
         QRect pixels;
         QRgb color = 0;
+        std::vector<QRect> done; // painted with what comes next; they do not overlap
     };
 
     CGContextBackend(QPainter& basePainter, ColorAppearance baseAppearance);
@@ -62,6 +64,16 @@ struct CGContextBackend {
     // Takes care of a fill that the next one may make needless. False: nothing is done.
     bool takeAsGround(const QRectF& rect, const QColor& color);
     void paintGround();
+    // For painting these pixels whole: the colour of the ground that waits behind them, which then is painted no more. None:
+    // there is none that waits.
+    std::optional<QRgb> takeGroundOf(QRect pixels);
+    // Where the clip is a rectangle of pixels, and can be written into: that, and the picture that they are in.
+    struct Surface {
+        const QImage* image;
+        QPoint origin; // of its first pixel, on the device
+        QRect clip;
+    };
+    std::optional<Surface> surface();
     void pushLayer(const QRectF& bounds, double alpha);
     std::unique_ptr<Layer> popLayer();
     void composite(const Layer& layer, QPainter::CompositionMode mode);
@@ -72,7 +84,8 @@ struct CGContextBackend {
     ColorAppearance appearance;
     QTransform toBase; // caller's coordinates to those the context began with
     QRectF clipPixels;
-    bool clipIsRect = true;                     // and nothing but clipPixels
+    QRect clipRect;                             // the same as the library rounds it
+    bool clipIsRect = true;                     // and nothing but that
     std::optional<Ground> ground;               // of the innermost layer
     std::vector<std::unique_ptr<Layer>> layers; // a painter holds its image by address
     std::vector<Saved> saved;

@@ -53,7 +53,9 @@ public:
     {
         constexpr int patience = 2; // frames
         auto line = lineAt(node_->places_.presentation());
-        auto changed = changedArea(told_, line, bounds()).unionWith(changedArea(drawn_, line, bounds()));
+        auto changed = changedArea(told_, line, bounds());
+        if (told_ != drawn_)
+            changed = changed.unionWith(changedArea(drawn_, line, bounds()));
         told_ = std::move(line);
         if (framesUnseen_++ >= patience)
             return setNeedsDisplay();

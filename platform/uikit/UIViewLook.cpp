@@ -5,6 +5,7 @@
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
 #include "platform/uikit/AccessibilityEvents.h"
+#include "platform/uikit/GradientMask.h"
 #include "platform/uikit/ScreenSight.h"
 #include "platform/uikit/SubviewBounds.h"
 #include "platform/uikit/UIWindow.h"
@@ -202,7 +203,10 @@ void UIView::markDirty(CGRect rect)
 {
     if (!window_)
         return;
-    for (auto* view = this; view; view = view->superview_) {
+    const UIView* inner = nullptr;
+    for (auto* view = this; view; inner = view, view = view->superview_) {
+        if (view->mask_ && view->mask_.get() != inner && !rect.isEmpty())
+            maskedContentDidChange(*view->mask_);
         if (view->isHidden_ || rect.isEmpty())
             return;
         if (view->animations_ == nullptr ? view->alpha_ == 0 : view->presentationAlpha() == 0)

@@ -3,6 +3,7 @@
 #include "platform/uikit/UIView.h"
 
 #include "platform/uikit/AccessibilityBridge.h"
+#include "platform/uikit/GradientMask.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindow.h"
 #include "platform/uikit/ViewAnimator.h"
@@ -46,8 +47,10 @@ void UIView::setWindow(UIWindow* window)
     }
     for (const auto& subview : subviews_)
         subview->setWindow(window);
-    if (mask_)
+    if (mask_) {
         mask_->setWindow(window);
+        maskedContentDidChange(*mask_);
+    }
 }
 
 // Each view hears of each window once, and of leaving it once, whatever happened between the will-call and this.

@@ -4,6 +4,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/graphics/MaskedPicture.h"
 #include "platform/uikit/ScreenSight.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindowDispatch_p.h"
@@ -43,6 +44,8 @@ void UIWindow::requestFrame()
 
 DirtyRegion UIWindow::takeDirtyRegion()
 {
+    if (isAllDirty())
+        MaskedPicture::anythingMayChange(); // until now changes were not looked at
     return std::exchange(dirty_, {});
 }
 

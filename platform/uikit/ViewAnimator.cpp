@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/DisplayLink.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/MaskedPicture.h"
 #include "platform/uikit/ScreenSight.h"
 
 #include <algorithm>
@@ -210,6 +211,8 @@ void ViewAnimator::Engine::step(Instant time)
     if (isPainted) {
         for (auto* animations : active)
             animations->view.markPlaceDirty();
+    } else {
+        MaskedPicture::anythingMayChange(); // and nothing is marked
     }
     setFrameTime(time);
     for (auto* view : removeFinished()) {

@@ -6,6 +6,7 @@
 #include "platform/uikit/GradientMask.h"
 #include "platform/uikit/OutlineMask.h"
 #include "platform/uikit/SubviewBounds.h"
+#include "platform/uikit/UIWindow.h"
 #include "platform/uikit/opaqueFrame.h"
 #include "platform/uikit/shadowBounds.h"
 
@@ -72,15 +73,21 @@ void ViewPainter::paintGroup(UIView& view, CGRect dirty)
 
 void ViewPainter::paintLayer(UIView& view, CGRect dirty, CGFloat alpha)
 {
-    auto bounds = view.visualBounds().intersection(dirty);
+    auto all = view.visualBounds();
     if (view.mask_)
-        bounds = bounds.intersection(view.mask_->mapToSuperview().apply(view.mask_->visualBounds()));
+        all = all.intersection(view.mask_->mapToSuperview().apply(view.mask_->visualBounds()));
+    auto bounds = all.intersection(dirty);
     if (bounds.isEmpty())
+        return;
+    auto gradient = view.mask_ ? gradientOver(*view.mask_, bounds) : std::nullopt;
+    if (gradient && gradient->covers(all) && paintKept(view, all, bounds, *gradient, alpha))
         return;
     context_.beginLayer(bounds, alpha);
     paintShadow(view, bounds);
     paintContent(view, bounds);
-    if (view.mask_ && !maskWithGradient(*view.mask_, bounds))
+    if (gradient)
+        maskLayer(context_, gradient->gradient);
+    else if (view.mask_)
         context_.maskLayer(
             [&](CGContext& context) { ViewPainter(context).paintInSuperview(*view.mask_, bounds); });
     context_.endLayer();
@@ -101,25 +108,45 @@ std::optional<ShapePieces> ViewPainter::piecesOfMask(UIView& mask, CGRect dirty)
 }
 
 // Where all that the mask shows in the rectangle is one gradient, there is no need to paint it by itself first.
-bool ViewPainter::maskWithGradient(UIView& mask, CGRect dirty)
+std::optional<ViewPainter::Gradient> ViewPainter::gradientOver(UIView& mask, CGRect area) const
+{
+    auto [gradient, view] = gradientOf(mask);
+    if (!gradient)
+        return std::nullopt;
+    Gradient result{gradient->maskedPicture(), {}, view->presentationBounds()};
+    auto& map = result.gradient.toContext;
+    for (auto* inner = view;; inner = inner->superview_) {
+        if (!isPlain(*inner))
+            return std::nullopt;
+        map = map.concatenating(inner->mapToSuperview());
+        if (inner == &mask)
+            break;
+    }
+    if (map.determinant() == 0 || !result.covers(area))
+        return std::nullopt;
+    result.gradient.line = gradient->gradientNow();
+    result.gradient.appearance = view->traits_->colorAppearance();
+    return result;
+}
+
+bool ViewPainter::Gradient::covers(CGRect area) const
 {
     constexpr CGFloat rounding = 0.01;
-    auto* view = &mask;
-    auto map = mask.mapToSuperview();
-    while (!dynamic_cast<GradientMask*>(view)) {
-        if (view->subviews_.size() != 1 || !isPlain(*view))
-            return false;
-        view = view->subviews_.front().get();
-        map = view->mapToSuperview().concatenating(map);
-    }
-    if (!isPlain(*view) || !view->subviews_.empty() || map.determinant() == 0
-        || !view->presentationBounds().contains(map.inverted().apply(dirty).insetBy(rounding, rounding)))
+    return bounds.contains(gradient.toContext.inverted().apply(area).insetBy(rounding, rounding));
+}
+
+// The content as it was a few frames ago, if nothing has changed since.
+bool ViewPainter::paintKept(UIView& view, CGRect area, CGRect dirty, const Gradient& gradient, CGFloat alpha)
+{
+    // Changes out of a window are not told, and while all of it is to be painted only some are.
+    auto* window = view.window_;
+    if (isOutline_ || !window || window->dirtyRegion().contains({{}, window->bounds().size}))
         return false;
-    CGContextState state(context_);
-    context_.concat(map);
-    context_.setAppearance(view->traits_->colorAppearance());
-    maskLayer(context_, dynamic_cast<GradientMask*>(view)->gradientNow());
-    return true;
+    return gradient.kept.paint(context_, area, dirty, gradient.gradient, alpha, [&](CGContext& context) {
+        ViewPainter painter(context);
+        painter.paintShadow(view, area);
+        painter.paintContent(view, area);
+    });
 }
 
 void ViewPainter::paintShadow(UIView& view, CGRect dirty)

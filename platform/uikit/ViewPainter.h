@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/graphics/CGContext.h"
+#include "platform/graphics/MaskedPicture.h"
 #include "platform/uikit/PaintPieces.h"
 #include "platform/uikit/UIView.h"
 
@@ -33,6 +34,14 @@ private:
         std::vector<CGRect> beside;
     };
 
+    // A mask that is nothing else.
+    struct Gradient {
+        MaskedPicture& kept;
+        MaskGradient gradient;
+        CGRect bounds; // in the gradient's own coordinates
+        bool covers(CGRect area) const;
+    };
+
     void paintInSuperview(UIView& view, CGRect dirty);
     void paintGroup(UIView& view, CGRect dirty);
     void paintLayer(UIView& view, CGRect dirty, CGFloat alpha);
@@ -42,7 +51,8 @@ private:
     void paintBackground(UIView& view, const RoundedRect& shape, CGRect dirty);
     void paintShadow(UIView& view, CGRect dirty);
     void clipTo(const RoundedRect& shape);
-    bool maskWithGradient(UIView& mask, CGRect dirty);
+    std::optional<Gradient> gradientOver(UIView& mask, CGRect area) const;
+    bool paintKept(UIView& view, CGRect area, CGRect dirty, const Gradient& gradient, CGFloat alpha);
     std::optional<ShapePieces> piecesOfMask(UIView& mask, CGRect dirty) const;
     Hidden hiddenBehind(Subviews subviews, CGRect dirty) const;
     static bool isPlain(const UIView& view); // nothing of its own shows, or changes what does
