@@ -247,6 +247,37 @@ TEST(CGContextTests, aPictureDrawnMuchSmallerIsAveraged)
     EXPECT_NEAR(alphaAt(small, 4, 4), 128, 6);
 }
 
+TEST(CGContextTests, aPictureIsCopiedToThePixelWhereItNeedNotBeScaled)
+{
+    for (double scale : {1.0, 1.5, 2.0, 3.0}) {
+        // Each pixel differs from those beside it.
+        auto checks = painted({8, 8}, scale, [&](CGContext& c) {
+            for (int y = 0; y < 8 * scale; ++y)
+                for (int x = y % 2; x < 8 * scale; x += 2)
+                    c.fill(CGRect::make(x / scale, y / scale, 1 / scale, 1 / scale), UIColor::black());
+        });
+        auto drawnAt = [&](CGFloat x, bool isMirrored = false) {
+            return painted({16, 8}, scale, [&](CGContext& c) {
+                c.clip(CGRect::make(0, 0, 14, 8));
+                if (isMirrored)
+                    c.concat(CGAffineTransform{-1, 0, 0, 1, 16, 0});
+                c.drawImage(checks, CGRect::make(x, 0, 8, 8));
+            });
+        };
+        auto first = static_cast<int>(4 * scale);
+        auto alphas = [&](const UIImage& image, int left) {
+            std::vector<int> all;
+            for (int y = 0; y < checks.pixelHeight(); ++y)
+                for (int x = 0; x < checks.pixelWidth(); ++x)
+                    all.push_back(alphaAt(image, left + x, y));
+            return all;
+        };
+        EXPECT_EQ(alphas(drawnAt(4), first), alphas(checks, 0)) << scale;
+        EXPECT_EQ(alphaAt(drawnAt(4, true), first, 0), alphaAt(checks, checks.pixelWidth() - 1, 0))
+            << "mirrored";
+    }
+}
+
 TEST(CGContextDeathTests, unbalancedStatesStopTheProcess)
 {
     auto run = [](std::function<void(CGContext&)> draw) { (void)makeImage({4, 4}, 1, draw); };
