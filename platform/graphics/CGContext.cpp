@@ -129,6 +129,7 @@ void CGContext::clip(const CGRect& rect)
     // An empty rectangle would clip nothing: the painter takes it for none.
     if (rect.isEmpty()) {
         backend_->clipPixels = {};
+        backend_->clipRect = {};
         backend_->innermost().setClipRegion(QRegion());
         return;
     }
@@ -260,11 +261,12 @@ void CGContext::maskLayer(const std::function<void(CGContext&)>& draw)
     if (backend_->layers.back()->pixels.isEmpty())
         return;
     // The mask is drawn where the layer began: what was set up for the content is put aside.
-    auto content = CGContextBackend::Saved{backend_->appearance, backend_->toBase, backend_->clipPixels,
-                                           backend_->clipIsRect, true};
+    auto content = CGContextBackend::Saved{backend_->appearance, backend_->toBase,     backend_->clipPixels,
+                                           backend_->clipRect,   backend_->clipIsRect, true};
     auto area = QRectF(backend_->layers.back()->pixels);
     backend_->toBase = backend_->saved.back().toBase;
     backend_->clipPixels = area;
+    backend_->clipRect = area.toRect();
     backend_->clipIsRect = true;
     backend_->pushLayer(backend_->toPixels().inverted().mapRect(area), 1);
     draw(*this);
@@ -273,6 +275,7 @@ void CGContext::maskLayer(const std::function<void(CGContext&)>& draw)
     backend_->appearance = content.appearance;
     backend_->toBase = content.toBase;
     backend_->clipPixels = content.clipPixels;
+    backend_->clipRect = content.clipRect;
     backend_->clipIsRect = content.clipIsRect;
     backend_->applyTransform();
 }
