@@ -44,8 +44,8 @@ MediaCell::MediaCell()
     , veil_(std::make_shared<Veil>())
 {
     setClipsToBounds(true);
-    setBackgroundColor(UIColor::tertiarySystemFill());
-    picture_->setContentMode(UIViewContentMode::scaleAspectFill);
+    // Opaque, so that nothing is mixed: pages are made of these.
+    setBackgroundColor(UIColor::secondarySystemBackground());
     picture_->setClipsToBounds(true);
     picture_->accessibility().isHidden = true;
     name_->setPreferredFont(FontTextStyle::caption2);
@@ -100,6 +100,12 @@ void MediaCell::layoutSubviews()
     UIControl::layoutSubviews();
     auto all = bounds();
     picture_->setFrame(all);
+    // One that is as large as the cell, but for the point that cells differ by, is painted as it is.
+    auto size = picture_->image().size();
+    auto fits = [](CGFloat length, CGFloat room) { return length >= room && length <= room + 1; };
+    picture_->setContentMode(fits(size.width, all.width()) && fits(size.height, all.height())
+                                 ? UIViewContentMode::topLeft
+                                 : UIViewContentMode::scaleAspectFill);
     veil_->setFrame(all);
     auto inner = all.insetBy(inset, inset);
     name_->setFrame(inner.isNull() ? all : inner);

@@ -13,12 +13,11 @@ namespace platform {
 namespace {
 
 constexpr CGFloat gap = 2, usualSide = 116;
-constexpr int thumbnailSide = 256; // pixels: of a cell at twice the density
 
 } // namespace
 
 MediaGridView::MediaGridView()
-    : loader_(ThumbnailLoader::make(thumbnailSide))
+    : loader_(ThumbnailLoader::make())
 {
     setClipsToBounds(true);
     setShowsHorizontalScrollIndicator(false);
@@ -68,6 +67,17 @@ void MediaGridView::setFiles(std::vector<LibraryFile> files)
 void MediaGridView::layoutSubviews()
 {
     auto width = bounds().width();
+    auto scale = std::max(traitCollection().displayScale, 1.0);
+    // As large as the cells are, to the pixel: such pictures are copied to the screen as they are.
+    const ThumbnailSize size{.side = static_cast<int>(std::ceil(std::ceil(grid().side) * scale)),
+                             .scale = scale};
+    if (loader_->size() != size) {
+        loader_->setSize(size);
+        std::vector<std::size_t> shown;
+        for (const auto& [index, cell] : cells_)
+            shown.push_back(index);
+        load(std::move(shown));
+    }
     if (width != laidOutWidth_) {
         laidOutWidth_ = width;
         auto height = files_.empty() ? 0 : cellFrame(files_.size() - 1).maxY();
@@ -145,9 +155,10 @@ void MediaGridView::placeCells()
                 insertSubviewBelow(cell, *next->second);
             else
                 insertSubview(cell, cells_.size() - 1);
-            if (auto known = loader_->cached(files_[index]))
+            auto known = loader_->cached(files_[index]);
+            if (known)
                 cell->show(*known);
-            else
+            if (!known || known->size != loader_->size())
                 added.push_back(index);
         }
         cell->setFrame(cellFrame(index));

@@ -12,63 +12,63 @@ namespace platform {
 
 namespace {
 
-constexpr std::size_t mostKept = 300;
+constexpr std::size_t mostKept = 300, mostPixelsKept = 20'000'000;
 constexpr std::size_t threads = 2;
 
 } // namespace
 
 // Waiting media, the newest last. Each piece of work on a thread takes the one that is newest by then.
 struct ThumbnailLoader::Queue : std::enable_shared_from_this<ThumbnailLoader::Queue> {
-    const int side;
+    struct Wish {
+        LibraryFile file;
+        ThumbnailSize size;
+    };
     const std::array<std::shared_ptr<DispatchQueue>, threads> queues{
         DispatchQueue::make("org.zelk.platform.thumbnails.first"),
         DispatchQueue::make("org.zelk.platform.thumbnails.second")};
     std::mutex mutex;
-    std::vector<LibraryFile> waiting; // guarded by mutex
-    std::size_t next = 0;             // main thread only
+    std::vector<Wish> waiting; // guarded by mutex
+    std::size_t next = 0;      // main thread only
 
-    explicit Queue(int pixels)
-        : side(pixels)
-    {
-    }
     void remove(const LibraryFile& file)
     {
         std::lock_guard lock(mutex);
-        std::erase(waiting, file);
+        std::erase_if(waiting, [&](const Wish& wish) { return wish.file == file; });
     }
-    void add(const LibraryFile& file, const std::weak_ptr<ThumbnailLoader>& loader)
+    void add(Wish wish, const std::weak_ptr<ThumbnailLoader>& loader)
     {
         {
             std::lock_guard lock(mutex);
-            waiting.push_back(file);
+            waiting.push_back(std::move(wish));
         }
         queues[next++ % threads]->async([self = shared_from_this(), loader] { self->work(loader); });
     }
     void work(const std::weak_ptr<ThumbnailLoader>& loader)
     {
-        std::optional<LibraryFile> file;
+        std::optional<Wish> wish;
         {
             std::lock_guard lock(mutex);
             if (waiting.empty())
                 return;
-            file = std::move(waiting.back());
+            wish = std::move(waiting.back());
             waiting.pop_back();
         }
-        auto thumbnail = makeThumbnail(*file, side);
-        DispatchQueue::main()->async([loader, file = std::move(*file), thumbnail = std::move(thumbnail)] {
-            if (auto present = loader.lock())
-                present->finish(file, thumbnail);
-        });
+        auto thumbnail = makeThumbnail(wish->file, wish->size);
+        DispatchQueue::main()->async(
+            [loader, file = std::move(wish->file), thumbnail = std::move(thumbnail)] {
+                if (auto present = loader.lock())
+                    present->finish(file, thumbnail);
+            });
     }
 };
 
-std::shared_ptr<ThumbnailLoader> ThumbnailLoader::make(int side)
+std::shared_ptr<ThumbnailLoader> ThumbnailLoader::make()
 {
-    return std::shared_ptr<ThumbnailLoader>(new ThumbnailLoader(side));
+    return std::shared_ptr<ThumbnailLoader>(new ThumbnailLoader);
 }
 
-ThumbnailLoader::ThumbnailLoader(int side)
-    : queue_(std::make_shared<Queue>(std::max(side, 1)))
+ThumbnailLoader::ThumbnailLoader()
+    : queue_(std::make_shared<Queue>())
 {
 }
 
@@ -76,6 +76,12 @@ ThumbnailLoader::~ThumbnailLoader()
 {
     std::lock_guard lock(queue_->mutex);
     queue_->waiting.clear();
+}
+
+void ThumbnailLoader::setSize(ThumbnailSize size)
+{
+    assertOnMainThread();
+    size_ = size;
 }
 
 std::optional<Thumbnail> ThumbnailLoader::cached(const LibraryFile& file)
@@ -92,7 +98,7 @@ void ThumbnailLoader::load(const LibraryFile& file, Handler handler)
     assertOnMainThread();
     if (!wanted_.insert_or_assign(file.path, std::move(handler)).second)
         queue_->remove(file); // it moves to the front
-    queue_->add(file, weak_from_this());
+    queue_->add({file, size_}, weak_from_this());
 }
 
 void ThumbnailLoader::cancel(const LibraryFile& file)
@@ -108,10 +114,13 @@ void ThumbnailLoader::finish(const LibraryFile& file, const Thumbnail& thumbnail
         recent_.erase(former->second);
     recent_.emplace_front(file, thumbnail);
     places_[file.path] = recent_.begin();
-    if (recent_.size() > mostKept) {
+    auto pixels = std::max(static_cast<std::size_t>(size_.side) * static_cast<std::size_t>(size_.side), 1UL);
+    while (recent_.size() > std::min(mostKept, mostPixelsKept / pixels)) {
         places_.erase(recent_.back().first.path);
         recent_.pop_back();
     }
+    if (thumbnail.size != size_)
+        return;
     if (auto wanted = wanted_.extract(file.path); !wanted.empty())
         wanted.mapped()(thumbnail);
 }

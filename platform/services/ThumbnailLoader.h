@@ -18,9 +18,17 @@ namespace platform {
 
 class DispatchQueue;
 
+// How large small pictures are: squares from the middle of the media. Of a medium that has fewer pixels they are what it has.
+struct ThumbnailSize {
+    int side = 1;      // pixels
+    CGFloat scale = 1; // pixels a point
+    bool operator==(const ThumbnailSize&) const = default;
+};
+
 // A small picture of a medium.
 struct Thumbnail {
     UIImage image;        // empty where it could not be read
+    ThumbnailSize size;   // that it was made for
     double seconds = 0;   // of a video
     bool isMedium = true; // false: the file is not what its name says
 };
@@ -29,10 +37,14 @@ struct Thumbnail {
 // that is what the user looks at. Main thread only.
 class ThumbnailLoader : public std::enable_shared_from_this<ThumbnailLoader> {
 public:
-    // Pixels of a side of the pictures, which are the squares in the middle of the media; smaller media keep their size.
-    static std::shared_ptr<ThumbnailLoader> make(int side);
+    static std::shared_ptr<ThumbnailLoader> make();
     ~ThumbnailLoader();
 
+    ThumbnailSize size() const { return size_; }
+    // Of what is loaded from now on. What is on its way is told to nobody: who wants it asks again.
+    void setSize(ThumbnailSize size);
+
+    // The last one of it, of whatever size.
     std::optional<Thumbnail> cached(const LibraryFile& file);
     // Calls `handler` once, later, on the main thread, unless it is cancelled.
     using Handler = std::function<void(const Thumbnail&)>;
@@ -41,17 +53,18 @@ public:
     void cancel(const LibraryFile& file);
 
 private:
-    explicit ThumbnailLoader(int side);
+    ThumbnailLoader();
     struct Queue; // what the threads share
     void finish(const LibraryFile& file, const Thumbnail& thumbnail);
 
     const std::shared_ptr<Queue> queue_;
+    ThumbnailSize size_;
     std::unordered_map<std::string, Handler> wanted_;
     std::list<std::pair<LibraryFile, Thumbnail>> recent_; // the last used first
     std::unordered_map<std::string, std::list<std::pair<LibraryFile, Thumbnail>>::iterator> places_;
 };
 
-// Reads one on the calling thread. A file that is no plain file, or is not what its name says, is no medium. `side` as above.
-Thumbnail makeThumbnail(const LibraryFile& file, int side);
+// Reads one on the calling thread. A file that is no plain file, or is not what its name says, is no medium.
+Thumbnail makeThumbnail(const LibraryFile& file, ThumbnailSize size);
 
 } // namespace platform

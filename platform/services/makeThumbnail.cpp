@@ -31,18 +31,19 @@ QSize inEighths(QSize size, int side)
 }
 
 // The square in the middle is what cells show.
-UIImage squareOf(const QImage& picture, int side)
+UIImage squareOf(const QImage& picture, ThumbnailSize size)
 {
+    auto side = size.side;
     auto shorter = std::min(picture.width(), picture.height());
     auto square =
         picture.copy((picture.width() - shorter) / 2, (picture.height() - shorter) / 2, shorter, shorter);
     if (shorter > side)
         square = square.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    return imageFrom(std::move(square), 1);
+    return imageFrom(std::move(square), size.scale);
 }
 
 // Decoded at its final size where the format can, as the most frequent one can.
-UIImage photoThumbnail(const QString& path, int side)
+UIImage photoThumbnail(const QString& path, ThumbnailSize wanted)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -57,7 +58,7 @@ UIImage photoThumbnail(const QString& path, int side)
     // What must be decoded as a whole is only shown by its name when it is huge.
     if (format != "jpeg" && static_cast<long long>(size.width()) * size.height() > mostPixels)
         return {};
-    if (size.isValid() && std::min(size.width(), size.height()) > side) {
+    if (auto side = wanted.side; size.isValid() && std::min(size.width(), size.height()) > side) {
         // Below this quality the decoder takes the faster of its ways, which nobody sees at this size.
         if (format == "jpeg")
             reader.setQuality(49);
@@ -65,10 +66,10 @@ UIImage photoThumbnail(const QString& path, int side)
                                               : size.scaled(side, side, Qt::KeepAspectRatioByExpanding));
     }
     auto picture = reader.read();
-    return picture.isNull() ? UIImage() : squareOf(picture, side);
+    return picture.isNull() ? UIImage() : squareOf(picture, wanted);
 }
 
-Thumbnail videoThumbnail(const LibraryFile& file, int side)
+Thumbnail videoThumbnail(const LibraryFile& file, ThumbnailSize size)
 {
     auto asset = std::make_shared<AVURLAsset>(URL::fileURL(file.path));
     Thumbnail thumbnail;
@@ -76,23 +77,24 @@ Thumbnail videoThumbnail(const LibraryFile& file, int side)
     thumbnail.seconds = std::isfinite(seconds) ? seconds : 0;
     AVAssetImageGenerator generator(asset);
     generator.setAppliesPreferredTrackTransform(true);
-    auto reach = static_cast<CGFloat>(2 * side);
+    auto reach = static_cast<CGFloat>(2 * size.side);
     generator.setMaximumSize({reach, reach});
     // The very first picture of many films is black.
     if (auto image = generator.copyCGImage(CMTime(seconds > 2 ? 1 : 0, 1)))
-        thumbnail.image = squareOf(qImage(*image), side);
+        thumbnail.image = squareOf(qImage(*image), size);
     return thumbnail;
 }
 
 } // namespace
 
-Thumbnail makeThumbnail(const LibraryFile& file, int side)
+Thumbnail makeThumbnail(const LibraryFile& file, ThumbnailSize size)
 {
     auto path = QString::fromStdString(file.path);
     if (!QFileInfo(path).isFile())
-        return {.image = {}, .isMedium = false};
+        return {.image = {}, .size = size, .isMedium = false};
     auto thumbnail =
-        file.isVideo ? videoThumbnail(file, side) : Thumbnail{.image = photoThumbnail(path, side)};
+        file.isVideo ? videoThumbnail(file, size) : Thumbnail{.image = photoThumbnail(path, size)};
+    thumbnail.size = size;
     // There are photos that this machine has no codec for.
     if (thumbnail.image.isEmpty())
         thumbnail.isMedium = photosContentOf(file.path).has_value();
