@@ -380,7 +380,7 @@ void CameraPickerController::use()
 void CameraPickerController::finishCrop(PhotoCrop crop)
 {
     auto self = std::static_pointer_cast<CameraPickerController>(shared_from_this());
-    writeCroppedPhoto(crop.editedImage, {}, [weak = std::weak_ptr(self), crop](const Result<URL>& file) {
+    auto told = [weak = std::weak_ptr(self), crop](const Result<URL>& file) {
         auto controller = weak.lock();
         if (controller && !file)
             return controller->reviewAfter(file.error());
@@ -394,7 +394,8 @@ void CameraPickerController::finishCrop(PhotoCrop crop)
         info.emplace(UIImagePickerInfoKey::editedImage, crop.editedImage);
         info.emplace(UIImagePickerInfoKey::cropRect, crop.cropRect);
         controller->finish(std::move(info));
-    });
+    };
+    writeCroppedPhoto(crop.editedImage, {.jpeg = shot_->jpeg}, std::move(told));
 }
 
 void CameraPickerController::finish(UIImagePickerInfo info)

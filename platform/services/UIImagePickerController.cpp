@@ -162,7 +162,7 @@ void UIImagePickerController::finishCrop(const LibraryFile& file, PhotoCrop crop
 {
     auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
     auto part = crop.editedImage;
-    writeCroppedPhoto(part, file.path,
+    writeCroppedPhoto(part, {.path = file.path},
                       [weak = std::weak_ptr(self), file, crop = std::move(crop)](const Result<URL>& written) {
                           auto picker = weak.lock();
                           if (!picker || picker->isOver_) {
@@ -184,7 +184,7 @@ void UIImagePickerController::finishCrop(const LibraryFile& file, PhotoCrop crop
 void UIImagePickerController::showTrimmer(const LibraryFile& file)
 {
     auto page = std::make_shared<VideoTrimController>(VideoTrimController::Options{
-        .path = file.path, .longest = videoMaximumDuration, .preset = videoExportPreset});
+        .path = file.path, .longest = videoMaximumDuration, .preset = videoExportPreset, .mayKeepAll = true});
     auto self = std::static_pointer_cast<UIImagePickerController>(shared_from_this());
     page->onFinish = [weak = std::weak_ptr(self), file](const Result<std::string>& trimmed) {
         // A film that cannot be cut is handed out by nobody: it comes without a file.

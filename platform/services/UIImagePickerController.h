@@ -58,8 +58,9 @@ public:
     // Uniform type identifiers; the default is photos. What is none of those known is offered nothing for.
     std::vector<std::string> mediaTypes{std::string(kUTTypeImage)};
     // A square is cut out of a photo before it is handed out, and a video is trimmed. The file told is then a new one, which is
-    // the listener's to remove; of a photo, JPEG where it was JPEG and PNG otherwise, the cut, where it was and the whole are
-    // told beside it.
+    // the listener's to remove, but for a video of the library of which all was kept: that is told as if not edited, its media
+    // URL being its reference URL. Of a photo, JPEG where it was JPEG and PNG otherwise, the cut, where it was and the whole
+    // are told beside it.
     bool allowsEditing = false;
     // Shows the library here rather than in the desktop's own dialog. Without such a dialog it always does.
     bool prefersEmbeddedLibrary = false;

@@ -8,10 +8,11 @@
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/UUID.h"
 #include "platform/graphics/UIImage_p.h"
+#include "platform/services/JPEGMetadata_p.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 
-#include <string_view>
 #include <utility>
 
 namespace platform {
@@ -19,37 +20,49 @@ namespace platform {
 namespace {
 
 constexpr int quality = 92;
+constexpr std::size_t largestHead = 8UL * 1024 * 1024; // of a file, before the picture itself
 
-bool isJPEG(const URL& file)
+std::string headOf(PhotoOrigin original)
 {
-    constexpr std::string_view mark = "\xff\xd8\xff";
-    auto head = readFileHead(file, mark.size());
-    return head && *head == mark;
+    if (original.path.empty())
+        return std::move(original.jpeg);
+    return readFileHead(URL::fileURL(original.path), largestHead).value_or(std::string());
 }
 
-Result<URL> write(const UIImage& part, bool asJPEG)
+Result<std::string> encoded(QImage part, const std::string& head)
 {
+    auto isJPEG = head.starts_with("\xff\xd8\xff");
+    auto metadata = metadataOfCut(isJPEG ? head : std::string(), part.width(), part.height());
+    if (!metadata.profile.empty())
+        part.setColorSpace({}); // which would come as a second profile
     QByteArray bytes;
     QBuffer buffer(&bytes);
     if (!buffer.open(QIODevice::WriteOnly)
-        || !qImage(part).save(&buffer, asJPEG ? "JPEG" : "PNG", asJPEG ? quality : -1))
+        || !part.save(&buffer, isJPEG ? "JPEG" : "PNG", isJPEG ? quality : -1))
         return failure(NSCocoaError::fileWriteUnknown);
+    return withMetadata(bytes.toStdString(), metadata);
+}
+
+Result<URL> write(const UIImage& part, PhotoOrigin original)
+{
+    auto bytes = TRY(encoded(qImage(part), headOf(std::move(original))));
     auto path = FileManager::defaultManager().temporaryDirectory().path();
-    path.append("/").append(UUID().string()).append(asJPEG ? ".jpg" : ".png");
+    path.append("/").append(UUID().string()).append(bytes.starts_with("\xff\xd8") ? ".jpg" : ".png");
     auto file = URL::fileURL(path);
-    TRY(writeFileAtomically(file, {bytes.constData(), static_cast<std::size_t>(bytes.size())}));
+    TRY(writeFileAtomically(file, bytes));
     return file;
 }
 
 } // namespace
 
-void writeCroppedPhoto(const UIImage& part, const std::string& original,
+void writeCroppedPhoto(const UIImage& part, PhotoOrigin original,
                        std::function<void(const Result<URL>&)> told)
 {
-    DispatchQueue::make("org.zelk.platform.cropped-photo")->async([part, original, told = std::move(told)] {
-        auto file = write(part, original.empty() || isJPEG(URL::fileURL(original)));
-        DispatchQueue::main()->async([told, file] { told(file); });
-    });
+    DispatchQueue::make("org.zelk.platform.cropped-photo")
+        ->async([part, original = std::move(original), told = std::move(told)]() mutable {
+            auto file = write(part, std::move(original));
+            DispatchQueue::main()->async([told = std::move(told), file] { told(file); });
+        });
 }
 
 } // namespace platform

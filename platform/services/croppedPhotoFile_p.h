@@ -10,9 +10,16 @@
 
 namespace platform {
 
-// Writes what was cut out of a photo to a file of its own in the temporary folder, on another thread: JPEG if the file `original`
-// is, or if it is empty as there is none, otherwise PNG. `told` is called once, on the main thread; the file is then its to remove.
-void writeCroppedPhoto(const UIImage& part, const std::string& original,
+// Where a photo comes from: its file, or what would be in it.
+struct PhotoOrigin {
+    std::string path;
+    std::string jpeg; // where there is no path
+};
+
+// Writes what was cut out of a photo to a file of its own in the temporary folder, on another thread: JPEG, with what is still true
+// of the original's description and the profile of its colours, if that is JPEG; otherwise PNG. `told` is called once, on the
+// main thread; the file is then its to remove.
+void writeCroppedPhoto(const UIImage& part, PhotoOrigin original,
                        std::function<void(const Result<URL>&)> told);
 
 } // namespace platform
