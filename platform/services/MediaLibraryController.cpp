@@ -4,10 +4,9 @@
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/services/MediaGridView.h"
 #include "platform/services/PickerBar.h"
+#include "platform/services/PickerNotice.h"
 #include "platform/services/mediaPickerText_p.h"
-#include "platform/uikit/UIActivityIndicatorView.h"
 #include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
 #include "platform/uikit/UISegmentedControl.h"
 
 #include <algorithm>
@@ -18,7 +17,7 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat filterHeight = 44, filterInset = 8, margin = 24, wheelSide = 32;
+constexpr CGFloat filterHeight = 44, filterInset = 8;
 constexpr std::array choices{MediaKinds{true, true}, MediaKinds{true, false}, MediaKinds{false, true}};
 
 MediaPickerText titleOf(MediaKinds kinds)
@@ -74,12 +73,7 @@ void MediaLibraryController::viewDidLoad()
         if (auto pick = onPick)
             pick(file);
     };
-    empty_ = std::make_shared<UILabel>();
-    empty_->setPreferredFont(FontTextStyle::title3);
-    empty_->setTextColor(UIColor::secondaryLabel());
-    empty_->setTextAlignment(TextAlignment::center);
-    empty_->setNumberOfLines(0);
-    wheel_ = std::make_shared<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::large);
+    notice_ = std::make_shared<PickerNotice>();
     page_->addSubview(bar_);
     if (kinds_.photos && kinds_.videos) {
         filter_ = std::make_shared<UISegmentedControl>(std::vector{mediaPickerText(MediaPickerText::all),
@@ -89,9 +83,8 @@ void MediaLibraryController::viewDidLoad()
         filter_->addAction([this](UIControl&) { showFiles(); }, {UIControlEvents::valueChanged});
         page_->addSubview(filter_);
     }
-    for (const auto& view :
-         {std::shared_ptr<UIView>(grid_), std::shared_ptr<UIView>(empty_), std::shared_ptr<UIView>(wheel_)})
-        page_->addSubview(view);
+    page_->addSubview(grid_);
+    page_->addSubview(notice_);
     startListing();
     showFiles();
 }
@@ -127,9 +120,8 @@ void MediaLibraryController::showFiles()
     std::vector<LibraryFile> shown;
     std::ranges::copy_if(files_, std::back_inserter(shown),
                          [&](const LibraryFile& file) { return file.isVideo ? kinds.videos : kinds.photos; });
-    isListed_ ? wheel_->stopAnimating() : wheel_->startAnimating();
-    empty_->setHidden(!isListed_ || !shown.empty());
-    empty_->setText(mediaPickerText(MediaPickerText::noMedia));
+    notice_->setWaiting(!isListed_);
+    notice_->setText(isListed_ && shown.empty() ? mediaPickerText(MediaPickerText::noMedia) : std::string());
     auto hasKeyboard = grid_->isFirstResponder();
     grid_->setHidden(shown.empty());
     grid_->setFiles(std::move(shown));
@@ -148,23 +140,16 @@ void MediaLibraryController::viewDidAppear(Animated animated)
 void MediaLibraryController::viewWillLayoutSubviews()
 {
     UIViewController::viewWillLayoutSubviews();
-    auto area = page_->bounds().inset(page_->safeAreaInsets());
-    if (area.isNull())
-        area = page_->bounds();
-    bar_->setFrame(CGRect::make(area.minX(), area.minY(), area.width(), PickerBar::height));
-    auto top = bar_->frame().maxY();
+    auto below = page_->placeBar(*bar_);
     if (filter_) {
-        auto wide = std::min(std::max(area.width() - 2 * filterInset, 0.0), 420.0);
-        filter_->setFrame(CGRect::make(area.midX() - wide / 2, top + filterInset, wide,
+        auto wide = std::min(std::max(below.width() - 2 * filterInset, 0.0), 420.0);
+        filter_->setFrame(CGRect::make(below.midX() - wide / 2, below.minY() + filterInset, wide,
                                        filterHeight - 2 * filterInset + 4));
-        top += filterHeight + 4;
+        auto taken = std::min(filterHeight + 4, below.height());
+        below = CGRect::make(below.minX(), below.minY() + taken, below.width(), below.height() - taken);
     }
-    auto below = CGRect::make(area.minX(), top, area.width(), std::max(area.maxY() - top, 0.0));
     grid_->setFrame(below);
-    auto inner = below.insetBy(margin, margin);
-    empty_->setFrame(inner.isNull() ? below : inner);
-    wheel_->setFrame(
-        CGRect::make(below.midX() - wheelSide / 2, below.midY() - wheelSide / 2, wheelSide, wheelSide));
+    notice_->setFrame(below);
 }
 
 } // namespace platform

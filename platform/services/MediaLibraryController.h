@@ -13,9 +13,8 @@ namespace platform {
 
 class MediaGridView;
 class PickerBar;
+class PickerNotice;
 class PickerPage;
-class UIActivityIndicatorView;
-class UILabel;
 class UISegmentedControl;
 
 // A page with the media of the user's folders, newest first, to pick one from. Where photos and videos are offered the user
@@ -47,8 +46,7 @@ private:
     std::shared_ptr<PickerBar> bar_;
     std::shared_ptr<UISegmentedControl> filter_; // null where there is nothing to choose
     std::shared_ptr<MediaGridView> grid_;
-    std::shared_ptr<UILabel> empty_;
-    std::shared_ptr<UIActivityIndicatorView> wheel_;
+    std::shared_ptr<PickerNotice> notice_;
     std::vector<LibraryFile> files_;
     bool isWaiting_ = false, isListing_ = false, isListed_ = false;
     std::stop_source listing_;

@@ -5,11 +5,10 @@
 #include "platform/services/CroppablePhoto_p.h"
 #include "platform/services/PhotoCropView.h"
 #include "platform/services/PickerBar.h"
+#include "platform/services/PickerNotice.h"
 #include "platform/services/mediaPickerText_p.h"
-#include "platform/uikit/UIActivityIndicatorView.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UIEvent.h"
-#include "platform/uikit/UILabel.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,7 +17,6 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat margin = 24, wheelSide = 32;
 constexpr int shownSide = 2048; // pixels of the shorter side
 
 } // namespace
@@ -59,16 +57,11 @@ void PhotoCropController::viewDidLoad()
     bar_->setDoneTitle(mediaPickerText(MediaPickerText::choose));
     bar_->doneButton()->setEnabled(false);
     crop_ = std::make_shared<PhotoCropView>();
-    message_ = std::make_shared<UILabel>();
-    message_->setTextColor(UIColor::secondaryLabel());
-    message_->setTextAlignment(TextAlignment::center);
-    message_->setNumberOfLines(0);
-    message_->setHidden(true);
-    wheel_ = std::make_shared<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::large);
-    wheel_->startAnimating();
-    for (const auto& view : {std::shared_ptr<UIView>(crop_), std::shared_ptr<UIView>(message_),
-                             std::shared_ptr<UIView>(wheel_), std::shared_ptr<UIView>(bar_)})
-        page_->addSubview(view);
+    notice_ = std::make_shared<PickerNotice>();
+    notice_->setWaiting(true);
+    page_->addSubview(crop_);
+    page_->addSubview(notice_);
+    page_->addSubview(bar_);
     // The views do not outlive the controller's own.
     auto primary = UIControlEvents{UIControlEvents::primaryActionTriggered};
     page_->onEscape = [this] { finish(std::nullopt); };
@@ -87,7 +80,7 @@ void PhotoCropController::prepare()
             auto page = weak.lock();
             if (!page)
                 return;
-            page->wheel_->stopAnimating();
+            page->notice_->setWaiting(false);
             if (!shown)
                 return page->fail(shown.error());
             page->crop_->setPicture(shown->image, shown->fullSize);
@@ -104,7 +97,7 @@ void PhotoCropController::choose()
         return;
     bar_->doneButton()->setEnabled(false);
     crop_->setUserInteractionEnabled(false);
-    wheel_->startAnimating();
+    notice_->setWaiting(true);
     auto self = std::static_pointer_cast<PhotoCropController>(shared_from_this());
     queue_->async([weak = std::weak_ptr(self), photo = photo_, part = crop_->cropRect()] {
         auto cut = photo->cut(part);
@@ -112,7 +105,7 @@ void PhotoCropController::choose()
             auto page = weak.lock();
             if (!page)
                 return;
-            page->wheel_->stopAnimating();
+            page->notice_->setWaiting(false);
             if (cut)
                 page->finish(PhotoCrop{std::move(cut->part), part, std::move(cut->whole)});
             else
@@ -125,9 +118,7 @@ void PhotoCropController::fail(const Error& error)
 {
     crop_->setPicture({}, {});
     bar_->doneButton()->setEnabled(false);
-    message_->setText(error.localizedDescription());
-    message_->setHidden(false);
-    page_->setNeedsLayout();
+    notice_->setText(error.localizedDescription());
 }
 
 void PhotoCropController::finish(std::optional<PhotoCrop> crop)
@@ -146,17 +137,9 @@ void PhotoCropController::viewDidAppear(Animated animated)
 void PhotoCropController::viewWillLayoutSubviews()
 {
     UIViewController::viewWillLayoutSubviews();
-    auto area = page_->bounds().inset(page_->safeAreaInsets());
-    if (area.isNull())
-        area = page_->bounds();
-    bar_->setFrame(CGRect::make(area.minX(), area.minY(), area.width(), PickerBar::height));
-    auto top = bar_->frame().maxY();
-    auto below = CGRect::make(area.minX(), top, area.width(), std::max(area.maxY() - top, 0.0));
+    auto below = page_->placeBar(*bar_);
     crop_->setFrame(below);
-    auto inner = below.insetBy(margin, margin);
-    message_->setFrame(inner.isNull() ? below : inner);
-    wheel_->setFrame(
-        CGRect::make(below.midX() - wheelSide / 2, below.midY() - wheelSide / 2, wheelSide, wheelSide));
+    notice_->setFrame(below);
 }
 
 } // namespace platform

@@ -17,9 +17,8 @@ class CroppablePhoto;
 class DispatchQueue;
 class PhotoCropView;
 class PickerBar;
+class PickerNotice;
 class PickerPage;
-class UIActivityIndicatorView;
-class UILabel;
 
 // What was cut out of a photo.
 struct PhotoCrop {
@@ -61,8 +60,7 @@ private:
     std::shared_ptr<PickerPage> page_;
     std::shared_ptr<PickerBar> bar_;
     std::shared_ptr<PhotoCropView> crop_;
-    std::shared_ptr<UILabel> message_;
-    std::shared_ptr<UIActivityIndicatorView> wheel_;
+    std::shared_ptr<PickerNotice> notice_;
     bool isCutting_ = false;
 };
 

@@ -81,6 +81,16 @@ PickerPage::PickerPage()
     setBackgroundColor(UIColor::systemBackground());
 }
 
+CGRect PickerPage::placeBar(PickerBar& bar) const
+{
+    auto area = bounds().inset(safeAreaInsets());
+    if (area.isNull())
+        area = bounds();
+    bar.setFrame(CGRect::make(area.minX(), area.minY(), area.width(), PickerBar::height));
+    auto top = bar.frame().maxY();
+    return CGRect::make(area.minX(), top, area.width(), std::max(area.maxY() - top, 0.0));
+}
+
 bool PickerPage::take(const UIPress& press)
 {
     auto action = press.key == UIKeyCode::escape ? onEscape

@@ -39,6 +39,8 @@ private:
 class PickerPage : public UIView {
 public:
     PickerPage();
+    // Puts the bar at the top of the page's safe area, and gives what is below it.
+    CGRect placeBar(PickerBar& bar) const;
     std::function<void()> onEscape;
     // Keys that nothing on the page took. Empty: nobody's.
     std::function<void()> onReturn, onSpace;

@@ -5,9 +5,9 @@
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/services/FontListView.h"
 #include "platform/services/PickerBar.h"
+#include "platform/services/PickerNotice.h"
 #include "platform/services/mediaPickerText_p.h"
 #include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
 #include "platform/uikit/UITextField.h"
 
 #include <QtCore/QString>
@@ -77,14 +77,9 @@ void UIFontPickerViewController::viewDidLoad()
     search_->setPlaceholder(mediaPickerText(MediaPickerText::search));
     list_ = std::make_shared<FontListView>();
     list_->accessibility().label = title();
-    empty_ = std::make_shared<UILabel>();
-    empty_->setPreferredFont(FontTextStyle::title3);
-    empty_->setTextColor(UIColor::secondaryLabel());
-    empty_->setTextAlignment(TextAlignment::center);
-    empty_->setNumberOfLines(0);
-    empty_->setText(mediaPickerText(MediaPickerText::noFonts));
+    notice_ = std::make_shared<PickerNotice>();
     for (const auto& view : {std::shared_ptr<UIView>(bar_), std::shared_ptr<UIView>(search_),
-                             std::shared_ptr<UIView>(list_), std::shared_ptr<UIView>(empty_)})
+                             std::shared_ptr<UIView>(list_), std::shared_ptr<UIView>(notice_)})
         page_->addSubview(view);
     // The views do not outlive the controller's own.
     auto primary = UIControlEvents{UIControlEvents::primaryActionTriggered};
@@ -111,7 +106,7 @@ void UIFontPickerViewController::filter()
         if (matches(family, wanted))
             rows.push_back({family});
     }
-    empty_->setHidden(!rows.empty());
+    notice_->setText(rows.empty() ? mediaPickerText(MediaPickerText::noFonts) : std::string());
     list_->setHidden(rows.empty());
     list_->setRows(std::move(rows));
 }
@@ -159,18 +154,13 @@ void UIFontPickerViewController::viewDidAppear(Animated animated)
 void UIFontPickerViewController::viewWillLayoutSubviews()
 {
     UIViewController::viewWillLayoutSubviews();
-    auto area = page_->bounds().inset(page_->safeAreaInsets());
-    if (area.isNull())
-        area = page_->bounds();
-    bar_->setFrame(CGRect::make(area.minX(), area.minY(), area.width(), PickerBar::height));
+    auto area = page_->placeBar(*bar_);
     auto inner = std::max(area.width() - 2 * margin, 0.0);
-    search_->setFrame(
-        CGRect::make(area.minX() + margin, bar_->frame().maxY() + margin / 2, inner, searchHeight));
+    search_->setFrame(CGRect::make(area.minX() + margin, area.minY() + margin / 2, inner, searchHeight));
     auto top = search_->frame().maxY() + margin / 2;
     auto below = CGRect::make(area.minX(), top, area.width(), std::max(area.maxY() - top, 0.0));
     list_->setFrame(below);
-    auto room = below.insetBy(margin, margin);
-    empty_->setFrame(room.isNull() ? below : room);
+    notice_->setFrame(below);
 }
 
 } // namespace platform

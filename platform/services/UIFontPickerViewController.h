@@ -13,9 +13,9 @@ namespace platform {
 
 class FontListView;
 class PickerBar;
+class PickerNotice;
 class PickerPage;
 class UIFontPickerViewController;
-class UILabel;
 class UITextField;
 
 // Hears what came of a font picker, once. Whoever presented it dismisses it. Main thread only.
@@ -57,7 +57,7 @@ private:
     std::shared_ptr<PickerBar> bar_;
     std::shared_ptr<UITextField> search_;
     std::shared_ptr<FontListView> list_;
-    std::shared_ptr<UILabel> empty_;
+    std::shared_ptr<PickerNotice> notice_;
     bool isOver_ = false;
 };
 

@@ -296,7 +296,8 @@ void VideoTrimController::save()
     if (!asset_ || session_ || isOver_)
         return;
     stopPlaying();
-    if (options_.mayKeepAll && strip_->start() <= 0 && strip_->end() >= strip_->duration())
+    auto isWhole = strip_->start() <= 0 && strip_->end() >= strip_->duration();
+    if (options_.mayKeepAll && isWhole && options_.preset == AVAssetExportPresetPassthrough)
         return finish(options_.path);
     session_ = AVAssetExportSession::make(asset_, options_.preset);
     if (!session_)
@@ -364,11 +365,8 @@ void VideoTrimController::viewWillDisappear(Animated animated)
 void VideoTrimController::viewWillLayoutSubviews()
 {
     UIViewController::viewWillLayoutSubviews();
-    auto area = page_->bounds().inset(page_->safeAreaInsets());
-    if (area.isNull())
-        area = page_->bounds();
+    auto area = page_->placeBar(*bar_);
     auto inner = std::max(area.width() - 2 * margin, 0.0);
-    bar_->setFrame(CGRect::make(area.minX(), area.minY(), area.width(), PickerBar::height));
     auto stripTop = area.maxY() - margin - stripHeight;
     strip_->setFrame(CGRect::make(area.minX() + margin, stripTop, inner, stripHeight));
     auto playTop = stripTop - margin - playHeight;
@@ -376,7 +374,7 @@ void VideoTrimController::viewWillLayoutSubviews()
     play_->setFrame(CGRect::make(area.midX() - playWidth / 2, playTop, playWidth, playHeight));
     auto timesTop = playTop - timesHeight - margin / 2;
     times_->setFrame(CGRect::make(area.minX() + margin, timesTop, inner, timesHeight));
-    auto top = bar_->frame().maxY();
+    auto top = area.minY();
     picture_->setFrame(
         CGRect::make(area.minX(), top, area.width(), std::max(timesTop - margin / 2 - top, 0.0)));
     auto middle = picture_->frame().center();

@@ -33,7 +33,8 @@ public:
         std::string path;
         double longest = 0; // seconds; 0: any
         std::string preset{AVAssetExportPresetPassthrough};
-        bool mayKeepAll = false; // of a film of which all is chosen `path` itself is told, and no file made
+        // Where all of the film is chosen, and its encoding is kept, `path` itself is told and no file made.
+        bool mayKeepAll = false;
     };
     explicit VideoTrimController(Options options);
     ~VideoTrimController() override;

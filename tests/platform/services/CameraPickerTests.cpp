@@ -4,8 +4,8 @@
 #include "platform/services/CameraCapture.h"
 #include "platform/services/UIImagePickerController.h"
 #include "tests/support/PhotoLibraryFolders.h"
+#include "tests/support/ShownPicker.h"
 #include "tests/support/SyntheticDesk.h"
-#include "tests/support/harness/ViewHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -20,40 +20,30 @@ namespace keys = UIImagePickerInfoKey;
 
 const std::string backCamera = "synthetic:back", frontCamera = "synthetic:front";
 
-struct Listener : UIImagePickerControllerDelegate {
-    std::vector<UIImagePickerInfo> picked;
-    int cancelled = 0;
-    void imagePickerControllerDidFinishPickingMedia(UIImagePickerController&,
-                                                    const UIImagePickerInfo& info) override
-    {
-        picked.push_back(info);
-    }
-    void imagePickerControllerDidCancel(UIImagePickerController&) override { ++cancelled; }
-};
-
-// A picker for photos or for movies, or for both, before a desk of its own.
-struct Shown {
+struct Desk {
     tests::PhotoLibraryFolders folders; // what was allowed is kept there
     tests::SyntheticDesk desk;
-    ViewHarness harness{{380, 520}};
-    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
-    std::shared_ptr<UIImagePickerController> picker = std::make_shared<UIImagePickerController>();
-
-    explicit Shown(const std::vector<std::string_view>& types,
-                   const std::function<void(UIImagePickerController&, SyntheticCapture&)>& setUp = {})
+    Desk()
     {
         // Of this process alone, from its first use on.
         static const tests::TemporaryDirectory temporary;
         ::setenv("TMPDIR", temporary.path().c_str(), 1);
-        picker->sourceType = UIImagePickerControllerSourceType::camera;
-        picker->mediaTypes.assign(types.begin(), types.end());
-        picker->setDelegate(listener);
-        if (setUp)
-            setUp(*picker, *desk.hardware);
-        harness.show(picker);
-        settle();
     }
-    void settle() { harness.clock().settleWithBackgroundQueues(); }
+};
+
+// A picker for photos or for movies, or for both, before a desk of its own.
+struct Shown : Desk, tests::ShownPicker {
+    explicit Shown(const std::vector<std::string_view>& types,
+                   const std::function<void(UIImagePickerController&, SyntheticCapture&)>& setUp = {})
+        : ShownPicker(types,
+                      [&](auto& made) {
+                          made.sourceType = UIImagePickerControllerSourceType::camera;
+                          if (setUp)
+                              setUp(made, *desk.hardware);
+                      },
+                      {380, 520})
+    {
+    }
     void deliver(int pictures, int devices = 1)
     {
         desk.hardware->deliver(pictures, devices);
@@ -61,9 +51,7 @@ struct Shown {
     }
     void waitFor(Role role, std::string_view label)
     {
-        for (int turn = 0; !harness.tryFind(role, label) && turn < 1'000'000; ++turn)
-            settle();
-        ASSERT_TRUE(harness.tryFind(role, label)) << harness.describe();
+        waitUntil([&] { return harness.tryFind(role, label).has_value(); });
     }
     // Those that were made and are still there.
     static std::vector<std::string> files()
@@ -77,13 +65,6 @@ struct Shown {
         return names;
     }
 };
-
-std::string textOf(const UIImagePickerInfo& info, std::string_view key)
-{
-    auto found = info.find(key);
-    auto* url = found == info.end() ? nullptr : std::get_if<URL>(&found->second);
-    return url ? url->path() : std::string();
-}
 
 TEST(CameraPicker, takes_a_photo_again_and_hands_out_the_one_that_is_used)
 {
@@ -112,7 +93,7 @@ TEST(CameraPicker, takes_a_photo_again_and_hands_out_the_one_that_is_used)
         ASSERT_EQ(shown.listener->picked.size(), 1u);
         EXPECT_EQ(shown.listener->cancelled, 0);
         const auto& info = shown.listener->picked[0];
-        auto path = textOf(info, keys::imageURL);
+        auto path = shown.pathOf(keys::imageURL);
         EXPECT_EQ(Shown::files(), std::vector{path});
         EXPECT_EQ(tests::numbersIn(tests::inspect(path)), std::vector{3});
         EXPECT_EQ(std::get<std::string>(info.find(keys::mediaType)->second), kUTTypeImage);
@@ -151,7 +132,7 @@ TEST(CameraPicker, records_a_movie_until_somebody_or_something_ends_it)
         shown.harness.find(Role::button, "Use Video").tap();
         shown.settle();
         ASSERT_EQ(shown.listener->picked.size(), 1u);
-        auto path = textOf(shown.listener->picked[0], keys::mediaURL);
+        auto path = shown.pathOf(keys::mediaURL);
         EXPECT_EQ(Shown::files(), std::vector{path});
         auto movie = tests::inspect(path);
         EXPECT_EQ(tests::numbersIn(movie).size(), static_cast<std::size_t>(each.pictures));
@@ -213,9 +194,7 @@ TEST(CameraPicker, leaves_nothing_behind_wherever_it_is_cancelled)
                 shown.harness.press(Key::escape);
                 EXPECT_EQ(shown.listener->cancelled, 1);
             }
-            for (int turn = 0; shown.desk.hardware->openStreamCount() > 0 && turn < 1'000'000; ++turn)
-                shown.settle();
-            EXPECT_EQ(shown.desk.hardware->openStreamCount(), 0) << "nobody looks any more";
+            shown.waitUntil([&] { return shown.desk.hardware->openStreamCount() == 0; });
             for (int turn = 0; !Shown::files().empty() && turn < 10'000; ++turn)
                 shown.settle();
             EXPECT_EQ(Shown::files(), std::vector<std::string>{});
@@ -266,10 +245,14 @@ TEST(CameraPicker, says_why_nothing_is_seen_and_comes_back)
         if (answer == std::string_view("Allow")) {
             shown.deliver(1);
             EXPECT_TRUE(shown.harness.find(Role::button, "Take Photo").isEnabled());
-        } else {
-            EXPECT_TRUE(shown.harness.tryFind(Role::staticText, "No Access to the Camera"));
-            EXPECT_EQ(shown.desk.hardware->openStreamCount(), 0);
+            shown.desk.allow(AVAuthorizationStatus::denied); // as the user may, in the settings
         }
+        shown.waitFor(Role::staticText, "No Access to the Camera");
+        shown.waitUntil([&] { return shown.desk.hardware->openStreamCount() == 0; });
+        shown.desk.allow(AVAuthorizationStatus::authorized);
+        shown.settle();
+        shown.deliver(1);
+        EXPECT_FALSE(shown.harness.tryFind(Role::staticText, "No Access to the Camera"));
     }
 }
 
@@ -328,14 +311,13 @@ TEST(CameraPicker, lets_the_user_cut_a_photo_and_trim_a_movie)
         shown.settle();
         shown.waitFor(Role::button, "Choose");
         shown.harness.find(Role::button, "Choose").tap();
-        for (int turn = 0; shown.listener->picked.empty() && turn < 1'000'000; ++turn)
-            shown.settle();
+        shown.waitUntil([&] { return !shown.listener->picked.empty(); });
         ASSERT_EQ(shown.listener->picked.size(), 1u);
         const auto& info = shown.listener->picked[0];
         EXPECT_EQ(std::get<UIImage>(info.find(keys::editedImage)->second).size(), (CGSize{180, 180}));
-        EXPECT_EQ(Shown::files(), std::vector{textOf(info, keys::imageURL)});
-        EXPECT_EQ(UIImage::fromFile(textOf(info, keys::imageURL)).value().size(), (CGSize{180, 180}));
-        std::filesystem::remove(textOf(info, keys::imageURL));
+        EXPECT_EQ(Shown::files(), std::vector{shown.pathOf(keys::imageURL)});
+        EXPECT_EQ(UIImage::fromFile(shown.pathOf(keys::imageURL)).value().size(), (CGSize{180, 180}));
+        std::filesystem::remove(shown.pathOf(keys::imageURL));
     }
     Shown shown({kUTTypeMovie}, edit);
     shown.deliver(5, 2);
@@ -346,10 +328,9 @@ TEST(CameraPicker, lets_the_user_cut_a_photo_and_trim_a_movie)
     shown.settle();
     shown.harness.find(Role::slider, "Beginning").setValue(0.5);
     shown.harness.find(Role::button, "OK").tap();
-    for (int turn = 0; shown.listener->picked.empty() && turn < 1'000'000; ++turn)
-        shown.settle();
+    shown.waitUntil([&] { return !shown.listener->picked.empty(); });
     ASSERT_EQ(shown.listener->picked.size(), 1u);
-    auto path = textOf(shown.listener->picked[0], keys::mediaURL);
+    auto path = shown.pathOf(keys::mediaURL);
     EXPECT_EQ(Shown::files(), std::vector{path}) << "what it was cut from is gone";
     EXPECT_NEAR(tests::inspect(path).duration, 0.5, 0.1);
     std::filesystem::remove(path);
@@ -358,9 +339,10 @@ TEST(CameraPicker, lets_the_user_cut_a_photo_and_trim_a_movie)
 TEST(CameraPicker, hands_out_a_movie_as_it_is_where_nothing_is_cut_off_or_it_cannot_be_cut)
 {
     for (bool isCut : {false, true}) {
-        Shown shown({kUTTypeMovie}, [](auto& picker, auto&) {
+        Shown shown({kUTTypeMovie}, [&](auto& picker, auto&) {
             picker.allowsEditing = true;
-            picker.videoExportPreset = "none that there is";
+            if (isCut)
+                picker.videoExportPreset = "none that there is";
         });
         shown.deliver(5, 2);
         shown.harness.press(Key::space);
@@ -386,7 +368,7 @@ TEST(CameraPicker, hands_out_a_movie_as_it_is_where_nothing_is_cut_off_or_it_can
             shown.settle();
         }
         ASSERT_EQ(shown.listener->picked.size(), 1u);
-        EXPECT_EQ(textOf(shown.listener->picked[0], keys::mediaURL), recorded[0]);
+        EXPECT_EQ(shown.pathOf(keys::mediaURL), recorded[0]);
         EXPECT_NEAR(tests::inspect(recorded[0]).duration, 1, 0.1);
         std::filesystem::remove(recorded[0]);
     }

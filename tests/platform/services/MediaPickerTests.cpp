@@ -5,9 +5,10 @@
 #include "platform/avfoundation/AVURLAsset.h"
 #include "platform/services/MediaGridView.h"
 #include "platform/services/UIVideoEditorController.h"
+#include "platform/uikit/UIImageView.h"
 #include "tests/support/CountedVideo.h"
 #include "tests/support/PhotoLibraryFolders.h"
-#include "tests/support/harness/ViewHarness.h"
+#include "tests/support/ShownPicker.h"
 
 #include <gtest/gtest.h>
 
@@ -21,24 +22,13 @@ using harness::ViewHarness;
 using Role = AccessibilityRole;
 using Key = UIKeyCode;
 
-const std::vector<std::string> both{std::string(kUTTypeImage), std::string(kUTTypeMovie)};
+const std::vector<std::string_view> both{kUTTypeImage, kUTTypeMovie};
 
 // A film of four seconds with pictures that say which they are.
 std::string film()
 {
     return tests::mediaFixture("mov", tests::countedVideo("4", "-c:v libx264 -qp 8 -g 10"));
 }
-
-struct Listener : UIImagePickerControllerDelegate {
-    std::vector<UIImagePickerInfo> picked;
-    int cancelled = 0;
-    void imagePickerControllerDidFinishPickingMedia(UIImagePickerController&,
-                                                    const UIImagePickerInfo& info) override
-    {
-        picked.push_back(info);
-    }
-    void imagePickerControllerDidCancel(UIImagePickerController&) override { ++cancelled; }
-};
 
 // Pictures "0.png" (the oldest) to "5.png", a text that says it is one, and a film, which is the newest.
 struct Library {
@@ -68,37 +58,22 @@ struct Library {
     }
 };
 
-struct Shown {
-    ViewHarness harness{{380, 420}};
-    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
-    std::shared_ptr<UIImagePickerController> picker = std::make_shared<UIImagePickerController>();
+using Shown = tests::ShownPicker;
 
-    explicit Shown(const std::vector<std::string>& types,
-                   const std::function<void(UIImagePickerController&)>& setUp = {})
-    {
-        picker->mediaTypes = types;
-        picker->setDelegate(listener);
-        if (setUp)
-            setUp(*picker);
-        harness.show(picker);
-        settle();
-    }
-    void settle() { harness.clock().settleWithBackgroundQueues(); }
-    std::string names()
-    {
-        std::string all;
-        for (const auto& cell : harness.find(Role::list).findAll(Role::button))
-            all += cell.label() + (cell.isEnabled() ? " " : "! ");
-        return all;
-    }
-};
+std::string namesIn(Shown& shown)
+{
+    std::string all;
+    for (const auto& cell : shown.harness.find(Role::list).findAll(Role::button))
+        all += cell.label() + (cell.isEnabled() ? " " : "! ");
+    return all;
+}
 
 TEST(UIImagePicker, offers_the_media_of_the_users_folders_newest_first)
 {
     Library library;
     struct Case {
         const char* name;
-        std::vector<std::string> types;
+        std::vector<std::string_view> types;
         std::string shown;
     };
     const Case cases[] = {
@@ -109,11 +84,11 @@ TEST(UIImagePicker, offers_the_media_of_the_users_folders_newest_first)
     for (const auto& each : cases) {
         SCOPED_TRACE(each.name);
         Shown shown(each.types);
-        EXPECT_EQ(shown.names(), each.shown);
+        EXPECT_EQ(namesIn(shown), each.shown);
         if (auto videos = shown.harness.tryFind(Role::radioButton, "Videos")) {
             videos->tap();
             shown.settle();
-            EXPECT_EQ(shown.names(), "film.mov ");
+            EXPECT_EQ(namesIn(shown), "film.mov ");
             EXPECT_EQ(shown.harness.find(Role::button, "film.mov").value(), "0:04");
         }
     }
@@ -168,7 +143,7 @@ TEST(UIImagePicker, hands_out_the_file_by_pointer_and_keys_and_tells_once)
         auto file = library.url(each.picked);
         EXPECT_EQ(shown.listener->picked[0],
                   (UIImagePickerInfo{
-                      {"UIImagePickerControllerMediaType", both[isVideo]},
+                      {"UIImagePickerControllerMediaType", std::string(both[isVideo])},
                       {isVideo ? "UIImagePickerControllerMediaURL" : "UIImagePickerControllerImageURL", file},
                       {"UIImagePickerControllerReferenceURL", file}}));
     }
@@ -179,7 +154,7 @@ TEST(UIImagePicker, says_that_there_is_nothing)
     tests::PhotoLibraryFolders folders;
     struct Case {
         UIImagePickerControllerSourceType source;
-        std::vector<std::string> types;
+        std::vector<std::string_view> types;
         std::string message;
     };
     using Source = UIImagePickerControllerSourceType;
@@ -216,6 +191,31 @@ TEST(MediaGrid, makes_only_the_cells_in_sight_of_ten_thousand)
     EXPECT_TRUE(harness.tryFind(Role::button, "9999.png"));
     harness.clock().settleWithBackgroundQueues();
     EXPECT_FALSE(harness.find(Role::button, "9999.png").isEnabled()) << "there is no such file";
+}
+
+TEST(MediaGrid, shows_pictures_that_have_a_pixel_for_each_of_the_cells)
+{
+    auto file = tests::mediaFixture("png", "-f lavfi -i testsrc=s=640x480:r=1 -frames:v 1");
+    ViewHarness harness({380, 400});
+    auto grid = std::make_shared<MediaGridView>();
+    harness.show(std::shared_ptr<UIView>(grid));
+    grid->setFiles({{file, false, 0}});
+    auto pixels = [&] {
+        harness.settle();
+        harness.clock().settleWithBackgroundQueues();
+        for (const auto& cell : grid->subviews()) {
+            for (const auto& part : cell->subviews()) {
+                if (auto* picture = dynamic_cast<UIImageView*>(part.get()))
+                    return picture->image().pixelWidth();
+            }
+        }
+        return 0;
+    };
+    EXPECT_EQ(pixels(), 126) << "a third of what two gaps leave, rounded up";
+    harness.resize({460, 400});
+    EXPECT_EQ(pixels(), 152);
+    harness.changeTraits([](auto& traits) { traits.displayScale = 2; });
+    EXPECT_EQ(pixels(), 304);
 }
 
 TEST(MediaGrid, tells_of_what_is_tapped_early_once_it_is_a_medium)

@@ -8,6 +8,7 @@
 #include "platform/services/PHAssetChangeRequest.h"
 #include "platform/services/PHPhotosContent_p.h"
 #include "platform/services/PHPhotosError.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/PhotoLibraryFolders.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,6 @@
 #include <atomic>
 #include <mutex>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -210,13 +210,11 @@ TEST(PHPhotoLibrary, leaves_nothing_where_it_cannot_write)
     auto noise = tests::mediaURL("bmp", "-f lavfi -i testsrc=size=640x480:rate=1 -frames:v 1");
     auto pictures = folders.folder.path("pictures");
 
-    rlimit former{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
-    rlimit small{100'000, former.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    auto full = change({image(tests::smallPicture()), image(noise)});
-    ::setrlimit(RLIMIT_FSIZE, &former);
-    EXPECT_EQ(full, nameOf(PHPhotosError::notEnoughSpace));
+    {
+        tests::FullDisk disk(100'000);
+        EXPECT_EQ(change({image(tests::smallPicture()), image(noise)}),
+                  nameOf(PHPhotosError::notEnoughSpace));
+    }
     EXPECT_EQ(folders.names("pictures"), Names{});
 
     std::filesystem::remove(pictures);

@@ -6,7 +6,7 @@
 #include "platform/services/UIImagePickerController.h"
 #include "tests/support/CountedVideo.h"
 #include "tests/support/PhotoLibraryFolders.h"
-#include "tests/support/harness/ViewHarness.h"
+#include "tests/support/ShownPicker.h"
 
 #include <gtest/gtest.h>
 
@@ -162,40 +162,11 @@ TEST(PhotoCrop, takes_photos_of_any_kind_and_says_what_it_cannot_read)
 
 // --- In the picker ---------------------------------------------------------------------------------
 
-struct Listener : UIImagePickerControllerDelegate {
-    std::vector<UIImagePickerInfo> picked;
-    int cancelled = 0;
-    void imagePickerControllerDidFinishPickingMedia(UIImagePickerController&,
-                                                    const UIImagePickerInfo& info) override
-    {
-        picked.push_back(info);
-    }
-    void imagePickerControllerDidCancel(UIImagePickerController&) override { ++cancelled; }
-};
-
-struct Picking {
-    ViewHarness harness{{420, 420}};
-    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
-    std::shared_ptr<UIImagePickerController> picker = std::make_shared<UIImagePickerController>();
-
+struct Picking : tests::ShownPicker {
     explicit Picking(bool edits)
+        : ShownPicker({kUTTypeImage, kUTTypeMovie}, [&](auto& made) { made.allowsEditing = edits; })
     {
-        picker->mediaTypes = {std::string(kUTTypeImage), std::string(kUTTypeMovie)};
-        picker->allowsEditing = edits;
-        picker->setDelegate(listener);
-        harness.show(picker);
-        settle();
-    }
-    void settle()
-    {
-        harness.clock().settleWithBackgroundQueues();
-        harness.advance(std::chrono::seconds(1)); // pages slide
-        harness.clock().settleWithBackgroundQueues();
-    }
-    void tap(std::string_view button)
-    {
-        harness.find(Role::button, button).tap();
-        settle();
+        turnPage();
     }
 };
 
@@ -228,17 +199,29 @@ TEST(UIImagePicker, edits_what_was_picked_before_it_hands_it_out)
         std::filesystem::remove(file);
     }
 
-    Picking film(true);
-    film.tap("film.mov");
-    film.harness.find(Role::slider, "End").setValue(2);
-    film.harness.press(Key::returnKey);
-    for (int turn = 0; film.listener->picked.empty() && turn < 1'000'000; ++turn)
-        film.harness.clock().settleWithBackgroundQueues();
-    ASSERT_EQ(film.listener->picked.size(), 1u);
-    auto cut = std::get<URL>(film.listener->picked.front().at(std::string(keys::mediaURL)));
-    EXPECT_FALSE(cut.path().ends_with("film.mov"));
-    EXPECT_NEAR(AVURLAsset(cut).duration().seconds(), 2, 0.15);
-    std::filesystem::remove(cut.path());
+    struct Case {
+        const char* name;
+        double end; // seconds
+        std::string_view preset;
+        bool isCopy;
+    };
+    for (const auto& test : {Case{"cut", 2, AVAssetExportPresetPassthrough, true},
+                             Case{"all of it", 4, AVAssetExportPresetPassthrough, false},
+                             Case{"all of it, but smaller", 4, AVAssetExportPreset640x480, true}}) {
+        SCOPED_TRACE(test.name);
+        Picking film(true);
+        film.picker->videoExportPreset = test.preset;
+        film.tap("film.mov");
+        film.harness.find(Role::slider, "End").setValue(test.end);
+        film.harness.press(Key::returnKey);
+        film.waitUntil([&] { return !film.listener->picked.empty(); });
+        auto path = film.pathOf(keys::mediaURL);
+        EXPECT_EQ(path != film.pathOf(keys::referenceURL), test.isCopy);
+        EXPECT_NEAR(AVURLAsset(URL::fileURL(path)).duration().seconds(), test.end, 0.15);
+        if (test.isCopy)
+            std::filesystem::remove(path);
+    }
+    EXPECT_TRUE(std::filesystem::exists(folders.folder.path("videos/film.mov")));
 }
 
 // Answers as the test says.
@@ -273,7 +256,7 @@ TEST(UIImagePicker, asks_the_desktops_dialog_first_and_shows_its_own_where_there
         EXPECT_FALSE(picking.harness.tryFind(Role::button, "map.png")) << "the dialog is asked";
         dialog->handler(test.outcome,
                         test.outcome == Outcome::picked ? std::optional(LibraryFile{path}) : std::nullopt);
-        picking.settle();
+        picking.turnPage();
         EXPECT_EQ(picking.listener->picked.size(), test.picked);
         EXPECT_EQ(test.picked > 0 ? picking.listener->picked.front().size() : 0, test.values);
         EXPECT_EQ(picking.listener->cancelled, test.cancelled);
@@ -284,7 +267,7 @@ TEST(UIImagePicker, asks_the_desktops_dialog_first_and_shows_its_own_where_there
     {
         Picking picking(true);
         dialog->handler(Outcome::picked, LibraryFile{path});
-        picking.settle();
+        picking.turnPage();
         picking.tap("Cancel"); // of the cut
         EXPECT_EQ(dialog->asked.size(), 6u) << "it is asked again";
         picking.harness.press(Key::escape);
