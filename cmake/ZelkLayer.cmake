@@ -53,16 +53,24 @@ function(zelk_precompiled name)
   target_precompile_headers(${name} PRIVATE ${zelk_standard_header_list} ${PRECOMPILED_HEADERS})
 endfunction()
 
-# Proves that each public header compiles alone: one source a header. Those that a source of their name includes first
-# are proved by it. That the precompiled header hides no missing include is script/check-includes' to see.
+# Proves that each public header compiles alone: one source a header. Those that another file of the layer includes
+# before all else are proved by it: a source, or a header that is proved itself. That the precompiled header hides no
+# missing include is script/check-includes' to see.
 function(zelk_check_headers name)
+  set(included_first)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  foreach(file IN LISTS sources ARGN)
+    file(STRINGS "${file}" first LIMIT_COUNT 1 REGEX "^ *# *(include|define|if)")
+    if(first MATCHES "^#include \"(.*)\"")
+      list(APPEND included_first "${CMAKE_MATCH_1}")
+    endif()
+  endforeach()
   set(units)
   foreach(header IN LISTS ARGN)
-    string(REGEX REPLACE "\\.h$" ".cpp" source "${header}")
-    if(EXISTS "${source}")
+    file(RELATIVE_PATH relative "${CMAKE_SOURCE_DIR}" "${header}")
+    if(relative IN_LIST included_first)
       continue()
     endif()
-    file(RELATIVE_PATH relative "${CMAKE_SOURCE_DIR}" "${header}")
     string(REPLACE "/" "_" unit "${relative}")
     set(unit "${CMAKE_BINARY_DIR}/headers/${unit}.cpp")
     set(text "#include \"${relative}\"\n")

@@ -53,9 +53,10 @@ if(ZELK_SANITIZE)
 endif()
 
 find_program(ZELK_CCACHE ccache)
+# It takes what a source depends on from the compiler's own list rather than preprocess each source once more.
 if(ZELK_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER
-      "${CMAKE_COMMAND};-E;env;CCACHE_SLOPPINESS=pch_defines,time_macros;${ZELK_CCACHE}")
+      "${CMAKE_COMMAND};-E;env;CCACHE_SLOPPINESS=pch_defines,time_macros;CCACHE_DEPEND=1;${ZELK_CCACHE}")
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fpch-preprocess)
   endif()

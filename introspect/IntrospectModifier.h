@@ -7,7 +7,7 @@
 #include "introspect/IntrospectionView.h"
 #include "introspect/PlatformViewVersionPredicate.h"
 #include "platform/foundation/UUID.h"
-#include "platform/swiftui/ConditionalContent.h"
+#include "platform/swiftui/AnyView.h"
 #include "platform/swiftui/accessibility.h"
 #include "platform/swiftui/frame.h"
 #include "platform/swiftui/layered.h"
@@ -42,20 +42,21 @@ struct IntrospectModifier {
     }
 
     template <platform::View Content>
-    auto body(const Content& content) const
+    platform::AnyView body(const Content& content) const
     {
         using platform::accessibilityHidden;
+        using platform::AnyView;
+        if (!selector)
+            return AnyView(content);
         const auto withoutSize = platform::frame({.width = 0, .height = 0});
         const auto find = [selector = selector, scope = scope](platform::UIViewController& probe) {
             return selector->find(probe, scope);
         };
-        const auto marked = [&] {
-            return content
-                | platform::background(IntrospectionAnchorView(id) | withoutSize | accessibilityHidden())
-                | platform::overlay(IntrospectionView<Target>(id, find, customize) | withoutSize
-                                    | accessibilityHidden());
-        };
-        return platform::when(selector.has_value(), marked, [&] { return content; });
+        // Of any type: else the type of the whole, which holds the content marked and as it is, would double with each
+        // modifier.
+        const auto marker = [&](auto mark) { return AnyView(mark | withoutSize | accessibilityHidden()); };
+        return AnyView(content | platform::background(marker(IntrospectionAnchorView(id)))
+                       | platform::overlay(marker(IntrospectionView<Target>(id, find, customize))));
     }
 };
 

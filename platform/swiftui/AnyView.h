@@ -16,7 +16,7 @@ public:
     template <class V>
         requires(!std::same_as<V, AnyView>) && View<V>
     explicit AnyView(V view)
-        : content_(std::make_shared<const Typed<V>>(std::move(view)))
+        : content_(static_cast<const Content*>(new Typed<V>(std::move(view))))
     {
     }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -67,14 +68,20 @@ protected:
                   const Arguments&... arguments)
         : Base(context, arguments...)
     {
-        std::apply([&](auto&... view) { (this->addChild(makeNode(context.below(*this), view)), ...); },
-                   views);
+        const auto below = context.below(*this);
+        eachIndex([&]<std::size_t... index>(std::index_sequence<index...>) {
+            (this->addChild(makeNode(below, std::get<index>(views))), ...);
+        });
     }
     void updateChildren(const std::tuple<Views...>& views)
     {
-        std::size_t index = 0;
-        std::apply([&](auto&... view) { (updateNode(this->child(index++), view), ...); }, views);
+        eachIndex([&]<std::size_t... index>(std::index_sequence<index...>) {
+            (updateNode(this->child(index), std::get<index>(views)), ...);
+        });
     }
+
+private:
+    static void eachIndex(const auto& perform) { perform(std::index_sequence_for<Views...>{}); }
 };
 
 } // namespace platform

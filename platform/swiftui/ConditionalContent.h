@@ -6,8 +6,8 @@
 #include "platform/swiftui/View.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
-#include <variant>
 
 namespace platform {
 
@@ -16,29 +16,26 @@ template <View First, View Second>
 class ConditionalContent {
 public:
     explicit ConditionalContent(First first)
-        : content_(std::in_place_index<0>, std::move(first))
+        : first_(std::move(first))
     {
     }
     explicit ConditionalContent(Second second)
         requires(!std::same_as<First, Second>)
-        : content_(std::in_place_index<1>, std::move(second))
+        : second_(std::move(second))
     {
     }
-    static ConditionalContent first(First view)
-    {
-        return ConditionalContent(std::variant<First, Second>(std::in_place_index<0>, std::move(view)));
-    }
+    static ConditionalContent first(First view) { return ConditionalContent(std::move(view), std::nullopt); }
     static ConditionalContent second(Second view)
     {
-        return ConditionalContent(std::variant<First, Second>(std::in_place_index<1>, std::move(view)));
+        return ConditionalContent(std::nullopt, std::move(view));
     }
 
-    bool isFirst() const { return content_.index() == 0; }
+    bool isFirst() const { return first_.has_value(); }
     // Calls `visitor` with the view that it is.
     template <class Visitor>
     void visit(const Visitor& visitor) const
     {
-        std::visit(visitor, content_);
+        first_ ? visitor(*first_) : visitor(*second_);
     }
 
     class Node;
@@ -47,11 +44,15 @@ public:
     = default;
 
 private:
-    explicit ConditionalContent(std::variant<First, Second> content)
-        : content_(std::move(content))
+    ConditionalContent(std::optional<First> first, std::optional<Second> second)
+        : first_(std::move(first))
+        , second_(std::move(second))
     {
     }
-    std::variant<First, Second> content_;
+
+    // Exactly one is set. No variant: it would cost much to compile for the long types of views.
+    std::optional<First> first_;
+    std::optional<Second> second_;
 };
 
 template <View First, View Second>
@@ -59,19 +60,21 @@ class ConditionalContent<First, Second>::Node final : public UnaryNode {
 public:
     Node(const NodeContext& context, const ConditionalContent& view)
         : UnaryNode(context)
-        , index_(view.content_.index())
+        , isFirst_(view.isFirst())
     {
         setChild(make(view));
     }
 
     void update(const ConditionalContent& view)
     {
-        if (view.content_.index() == index_) {
-            std::visit([this](const auto& content) { updateNode(child(), content); }, view.content_);
-            return;
+        if (view.isFirst() != isFirst_) {
+            isFirst_ = view.isFirst();
+            replaceChild(make(view));
+        } else if (isFirst_) {
+            updateNode(child(), *view.first_);
+        } else {
+            updateNode(child(), *view.second_);
         }
-        index_ = view.content_.index();
-        replaceChild(make(view));
     }
 
     void appendLayoutNodes(std::vector<ViewNode*>& nodes) override { child().appendLayoutNodes(nodes); }
@@ -79,11 +82,11 @@ public:
 private:
     std::unique_ptr<ViewNode> make(const ConditionalContent& view)
     {
-        return std::visit([this](const auto& content) { return makeNode(context().below(*this), content); },
-                          view.content_);
+        const auto below = context().below(*this);
+        return isFirst_ ? makeNode(below, *view.first_) : makeNode(below, *view.second_);
     }
 
-    std::size_t index_;
+    bool isFirst_;
 };
 
 // `when(isLoading, [&] { return spinner; }, [&] { return list; })`

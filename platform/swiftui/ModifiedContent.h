@@ -73,15 +73,16 @@ public:
         bool changed = !detail::isSameRecord(view.modifier, modifier_);
         if (changed)
             modifier_ = view.modifier;
-        this->updateAround(
-            [&] {
-                if (changed)
-                    this->updateModifier(modifier_);
-            },
-            [&] { updateNode(this->child(), view.content); });
+        this->updateAround(changed, &view.content);
     }
 
 private:
+    void applyModifier() override { this->updateModifier(modifier_); }
+    void applyContent(const void* content) override
+    {
+        updateNode(this->child(), *static_cast<const Content*>(content));
+    }
+
     Modifier modifier_;
 };
 
@@ -93,11 +94,16 @@ public:
 protected:
     virtual NodeContext contentContext() { return context().below(*this); }
     // The order of an update; a transaction wraps the content's.
-    virtual void updateAround(const std::function<void()>& modifier, const std::function<void()>& content)
+    virtual void updateAround(bool modifierChanged, const void* content)
     {
-        modifier();
-        content();
+        if (modifierChanged)
+            applyModifier();
+        applyContent(content);
     }
+    // What the node of a modifier with its content knows the types of: the new modifier, and the new content, which
+    // lives as long as the call.
+    virtual void applyModifier() = 0;
+    virtual void applyContent(const void* content) = 0;
 };
 
 template <View Content, class M>

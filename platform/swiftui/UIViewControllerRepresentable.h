@@ -59,7 +59,7 @@ public:
         : Base(context, record)
     {
         controller_ = this->record().makeUIViewController(this->representableContext());
-        this->adopt(controller_, [this] { updateRepresented(); });
+        this->adopt(controller_, this->updateIfMounted());
     }
     ~ViewControllerRepresentableNode() override
     {

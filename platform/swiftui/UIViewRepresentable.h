@@ -30,7 +30,7 @@ public:
     {
         view_ = this->record().makeUIView(this->representableContext());
         this->setPlatformView(view_);
-        this->updateAfterSync();
+        this->updateAfterSync(this->host());
     }
     ~ViewRepresentableNode() override
     {

@@ -40,10 +40,12 @@ struct NodeOf<V> {
 template <View V>
 using NodeOf = typename detail::NodeOf<V>::Type;
 
+// Here and elsewhere what is made for each type of view is handed on as its base at once: the standard library's helpers
+// would all be instantiated for that type too, and views have long types.
 template <View V>
 std::unique_ptr<ViewNode> makeNode(const NodeContext& context, const V& view)
 {
-    return std::make_unique<NodeOf<V>>(context, view);
+    return std::unique_ptr<ViewNode>(new NodeOf<V>(context, view));
 }
 
 // Requires: `node` was made from a V.

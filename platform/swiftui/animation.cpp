@@ -8,11 +8,11 @@ void TransactionModifierNode::arrange(CGRect rect, const ProposedSize& proposal)
     host().performInTransaction(*this, [&] { ModifierNode::arrange(rect, proposal); });
 }
 
-void TransactionModifierNode::updateAround(const std::function<void()>& modifier,
-                                           const std::function<void()>& content)
+void TransactionModifierNode::updateAround(bool modifierChanged, const void* content)
 {
-    modifier();
-    host().performInTransaction(*this, content);
+    if (modifierChanged)
+        applyModifier();
+    host().performInTransaction(*this, [&] { applyContent(content); });
 }
 
 } // namespace platform

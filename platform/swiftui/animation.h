@@ -19,7 +19,7 @@ public:
 
 protected:
     void arrange(CGRect rect, const ProposedSize& proposal) override;
-    void updateAround(const std::function<void()>& modifier, const std::function<void()>& content) override;
+    void updateAround(bool modifierChanged, const void* content) override;
 };
 
 // Animates what changes in the content in an update in which the described value is another one; no animation makes such
