@@ -3,8 +3,10 @@
 #include "tests/endtoend/Desktop.h"
 #include "tests/support/TemporaryDirectory.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace endtoend {
 namespace {
@@ -29,38 +31,85 @@ int longestBlack(const Picture& picture)
     return longest;
 }
 
+bool isInstalled(const std::string& name)
+{
+    return run({"sh", "-c", "command -v " + name}).exitStatus == 0;
+}
+
+// A compositor, with a keyboard, and the program in it that shows a file.
+struct Preview {
+    ::tests::TemporaryDirectory runtime;
+    Desktop desktop;
+    std::unique_ptr<Process> compositor, program;
+    std::string screen; // the compositor's window
+    int empty = 0;      // light pixels before there was the program's
+
+    explicit Preview(const std::string& text)
+    {
+        std::filesystem::permissions(runtime.path(), std::filesystem::perms::owner_all);
+        compositor = std::make_unique<Process>(
+            std::vector<std::string>{"weston", "--backend=x11-backend.so", "--width=900", "--height=700",
+                                     "--socket=wayland-test", "--idle-time=0", "--no-config"},
+            desktop.environment({{"XDG_RUNTIME_DIR", runtime.path()}}));
+        // It has a class, but no name that a search finds.
+        EXPECT_TRUE(eventually([&] {
+            auto found =
+                run({"xdotool", "search", "--onlyvisible", "--class", "weston"}, desktop.environment())
+                    .output;
+            screen = found.substr(0, found.find('\n'));
+            return !screen.empty() && std::filesystem::exists(runtime.path("wayland-test"));
+        })) << "the compositor did not start";
+        empty = lightPixels(picture());
+        auto file = runtime.file("film.srt", text);
+        program = std::make_unique<Process>(
+            std::vector<std::string>{::endtoend::program, "--size", "500x400", "--appearance", "light", file},
+            environment());
+        EXPECT_TRUE(eventually([&] { return lightPixels(picture()) > empty + 400 * 300; })) << "no window";
+    }
+    Picture picture() { return desktop.picture(screen); }
+    Environment environment() const
+    {
+        return {{"DISPLAY", ""},
+                {"WAYLAND_DISPLAY", "wayland-test"},
+                {"XDG_RUNTIME_DIR", runtime.path()},
+                {"QT_QPA_PLATFORM", "wayland"}};
+    }
+};
+
+const std::string text = "1\n00:00:01,000 --> 00:00:02,000\nHello שלום\n";
+
 TEST(Wayland, theWholeWindowIsPainted)
 {
-    if (run({"sh", "-c", "command -v weston"}).exitStatus != 0)
+    if (!isInstalled("weston"))
         GTEST_SKIP() << "weston is not installed";
-    ::tests::TemporaryDirectory runtime;
-    std::filesystem::permissions(runtime.path(), std::filesystem::perms::owner_all);
-    Desktop desktop;
-    Process compositor({"weston", "--backend=x11-backend.so", "--width=900", "--height=700",
-                        "--socket=wayland-test", "--idle-time=0", "--no-config"},
-                       desktop.environment({{"XDG_RUNTIME_DIR", runtime.path()}}));
-    std::string screen; // it has a class, but no name that a search finds
-    ASSERT_TRUE(eventually([&] {
-        auto found =
-            run({"xdotool", "search", "--onlyvisible", "--class", "weston"}, desktop.environment()).output;
-        screen = found.substr(0, found.find('\n'));
-        return !screen.empty();
-    })) << "the compositor did not start";
-    auto file = runtime.file("film.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
-    auto socket = runtime.path("wayland-test");
-    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(socket); }));
-    auto empty = lightPixels(desktop.picture(screen));
-    Process preview({program, "--size", "500x400", "--appearance", "light", file},
-                    {{"DISPLAY", ""},
-                     {"WAYLAND_DISPLAY", "wayland-test"},
-                     {"XDG_RUNTIME_DIR", runtime.path()},
-                     {"QT_QPA_PLATFORM", "wayland"}});
-    ASSERT_TRUE(eventually([&] { return lightPixels(desktop.picture(screen)) > empty + 400 * 300; }))
-        << "no window";
+    Preview preview(text);
     // Frames that follow paint only what has changed.
-    EXPECT_TRUE(eventually([&] { return longestBlack(desktop.picture(screen)) < 200; }))
+    EXPECT_TRUE(eventually([&] { return longestBlack(preview.picture()) < 200; }))
         << "a part of the window was never painted";
-    EXPECT_TRUE(preview.isRunning());
+    EXPECT_TRUE(preview.program->isRunning());
+}
+
+TEST(Wayland, whatIsCopiedAnotherProgramPastesToTheLetter)
+{
+    for (const auto* name : {"weston", "wl-paste"}) {
+        if (!isInstalled(name))
+            GTEST_SKIP() << name << " is not installed";
+    }
+    Preview preview(text);
+    ASSERT_TRUE(preview.desktop.activate(preview.screen));
+    auto paste = [&](const std::string& option) {
+        return run({"wl-paste", "--no-newline", option}, preview.environment()).output;
+    };
+    // The keyboard reaches the program a moment after its window.
+    std::string pasted;
+    EXPECT_TRUE(eventually([&] {
+        preview.desktop.key("ctrl+a");
+        preview.desktop.key("ctrl+c");
+        pasted = paste("--type=text/plain;charset=utf-8");
+        return !pasted.empty();
+    })) << "nothing was copied";
+    EXPECT_EQ(pasted, text);
+    EXPECT_NE(paste("--list-types").find("text/plain"), std::string::npos);
 }
 
 } // namespace
