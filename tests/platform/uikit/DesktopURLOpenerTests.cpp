@@ -6,13 +6,12 @@
 #include "platform/uikit/OpenURIPortal_p.h"
 #include "platform/uikit/UIApplication.h"
 #include "tests/support/EnvironmentOverride.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QProcess>
-#include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusObjectPath>
 #include <QtDBus/QDBusVirtualObject>
@@ -194,15 +193,11 @@ public:
 TEST(OpenURIPortal, says_whether_the_portal_took_the_url)
 {
     startGraphics(DisplayMode::offscreen);
-    QProcess daemon;
-    daemon.start(QLatin1String("dbus-daemon"),
-                 {QLatin1String("--session"), QLatin1String("--nofork"), QLatin1String("--nopidfile"),
-                  QLatin1String("--print-address"), QLatin1String("--address=unix:tmpdir=/tmp")});
-    if (!daemon.waitForStarted() || !daemon.waitForReadyRead())
+    tests::PrivateBus bus;
+    if (!bus.isThere())
         GTEST_SKIP() << "no dbus-daemon is installed";
-    auto address = QString::fromUtf8(daemon.readLine()).trimmed();
-    auto program = QDBusConnection::connectToBus(address, QLatin1String("url-program"));
-    auto desktop = QDBusConnection::connectToBus(address, QLatin1String("url-portal"));
+    auto program = bus.connect(QLatin1String("url-program"));
+    auto desktop = bus.connect(QLatin1String("url-portal"));
     auto ask = [&](const std::string& url) {
         std::optional<bool> answer;
         openThroughPortal(program, url, [&](bool isTaken) { answer = isTaken; });
@@ -218,8 +213,6 @@ TEST(OpenURIPortal, says_whether_the_portal_took_the_url)
     EXPECT_TRUE(ask("https://example.org/?a=%20"));
     EXPECT_EQ(portal.asked, "https://example.org/?a=%20");
     EXPECT_FALSE(ask("gopher://example.org/"));
-    daemon.kill();
-    daemon.waitForFinished();
 }
 
 } // namespace

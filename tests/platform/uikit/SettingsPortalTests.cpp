@@ -2,14 +2,13 @@
 #include "platform/uikit/SettingsPortal_p.h"
 
 #include "platform/graphics/GraphicsRuntime.h"
+#include "tests/support/PrivateBus.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
-#include <QtCore/QProcess>
 #include <QtCore/QSemaphore>
 #include <QtCore/QThread>
 #include <QtDBus/QDBusArgument>
-#include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusMetaType>
 #include <QtDBus/QDBusVariant>
@@ -115,54 +114,26 @@ const auto portalPath = u"/org/freedesktop/portal/desktop"_s;
 const auto portalInterface = u"org.freedesktop.portal.Settings"_s;
 const auto appearanceGroup = u"org.freedesktop.appearance"_s;
 
-// A bus of its own, with a portal as people's desktops have them: it knows only `Read`, wraps twice, and not every key.
-class FakeDesktop {
+// As people's desktops have them: it knows only `Read`, wraps twice, and not every key.
+class Portal : public QDBusVirtualObject {
 public:
-    class Portal : public QDBusVirtualObject {
-    public:
-        QString introspect(const QString&) const override { return {}; }
-        bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
-        {
-            auto arguments = message.arguments();
-            if (message.member() != u"Read"_s || arguments.size() != 2)
-                return false;
-            if (arguments[1].toString() == u"accent-color"_s)
-                return connection.send(message.createReply(wrapped(QVariant::fromValue(accent), 2)));
-            if (arguments[1].toString() != u"color-scheme"_s)
-                return connection.send(message.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
-                                                                u"no such setting"_s));
-            return connection.send(message.createReply(wrapped(1u, 2)));
-        }
-        BusColor accent;
-    };
-
-    FakeDesktop()
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
     {
-        startGraphics(DisplayMode::offscreen);
-        daemon_.start(u"dbus-daemon"_s,
-                      {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s,
-                       u"--address=unix:tmpdir=/tmp"_s});
-        if (daemon_.waitForStarted() && daemon_.waitForReadyRead())
-            address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
+        auto arguments = message.arguments();
+        if (message.member() != u"Read"_s || arguments.size() != 2)
+            return false;
+        if (arguments[1].toString() == u"accent-color"_s)
+            return connection.send(message.createReply(wrapped(QVariant::fromValue(accent), 2)));
+        if (arguments[1].toString() != u"color-scheme"_s)
+            return connection.send(
+                message.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s));
+        return connection.send(message.createReply(wrapped(1u, 2)));
     }
-    ~FakeDesktop()
-    {
-        daemon_.kill();
-        daemon_.waitForFinished();
-    }
-    bool isThere() const { return !address_.isEmpty(); }
-    QDBusConnection connect(const char* name)
-    {
-        QDBusConnection::disconnectFromBus(QString::fromLatin1(name)); // of another test's bus
-        return QDBusConnection::connectToBus(address_, QString::fromLatin1(name));
-    }
-
-private:
-    QProcess daemon_;
-    QString address_;
+    BusColor accent;
 };
 
-void offer(QDBusConnection& bus, FakeDesktop::Portal& portal)
+void offer(QDBusConnection& bus, Portal& portal)
 {
     bus.registerVirtualObject(portalPath, &portal);
     ASSERT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
@@ -173,7 +144,8 @@ class SettingsPortalAnswers
 
 TEST_P(SettingsPortalAnswers, are_taken_while_it_waits)
 {
-    FakeDesktop desktop;
+    startGraphics(DisplayMode::offscreen);
+    tests::PrivateBus desktop;
     qDBusRegisterMetaType<BusColor>();
     if (!desktop.isThere())
         GTEST_SKIP() << "no dbus-daemon is installed";
@@ -181,9 +153,9 @@ TEST_P(SettingsPortalAnswers, are_taken_while_it_waits)
     QEventLoop* loop = nullptr;
     QSemaphore isReady;
     std::unique_ptr<QThread> thread(QThread::create([&] {
-        FakeDesktop::Portal portal;
+        Portal portal;
         portal.accent = GetParam().first;
-        auto bus = desktop.connect("answering-portal");
+        auto bus = desktop.connect(u"answering-portal"_s);
         offer(bus, portal);
         QEventLoop ownLoop;
         loop = &ownLoop;
@@ -194,7 +166,7 @@ TEST_P(SettingsPortalAnswers, are_taken_while_it_waits)
     isReady.acquire();
     int changes = 0;
     {
-        SettingsPortal settings({}, [&] { ++changes; }, desktop.connect("asking-program"));
+        SettingsPortal settings({}, [&] { ++changes; }, desktop.connect(u"asking-program"_s));
         settings.waitForAnswers(std::chrono::seconds(10));
         EXPECT_EQ(settings.traits().userInterfaceStyle, UIUserInterfaceStyle::dark);
         EXPECT_EQ(settings.traits().accentColor, GetParam().second);
@@ -214,10 +186,11 @@ INSTANTIATE_TEST_SUITE_P(accents, SettingsPortalAnswers,
 
 TEST(SettingsPortal, goes_on_without_a_portal)
 {
-    FakeDesktop desktop;
+    startGraphics(DisplayMode::offscreen);
+    tests::PrivateBus desktop;
     if (!desktop.isThere())
         GTEST_SKIP() << "no dbus-daemon is installed";
-    SettingsPortal settings({}, [] { ADD_FAILURE(); }, desktop.connect("lonely-program"));
+    SettingsPortal settings({}, [] { ADD_FAILURE(); }, desktop.connect(u"lonely-program"_s));
     settings.waitForAnswers(std::chrono::seconds(10)); // the bus itself says that nobody is there
     EXPECT_EQ(settings.traits(), UITraitCollection{});
 }
