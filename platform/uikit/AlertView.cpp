@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/CGContext.h"
+#include "platform/graphics/shadow.h"
 #include "platform/uikit/AlertButton.h"
 #include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIEvent.h"
@@ -23,7 +24,7 @@ constexpr CGFloat sideInset = 16, topInset = 20, sheetTopInset = 14, textGap = 4
 constexpr std::size_t mostText = 8000; // bytes of a title or a message: some minutes' reading
 constexpr CGFloat cancelGap = 8;       // between a sheet and the button that cancels it
 constexpr CGFloat plateRadius = 14;
-constexpr CGFloat shadowReach = 28, shadowDrop = 8, shadowRoom = shadowReach + shadowDrop;
+constexpr CGFloat shadowBlur = 11, shadowDrop = 8, shadowRoom = shadowReach(shadowBlur) + shadowDrop;
 
 UIColor plateColor()
 {
@@ -55,27 +56,20 @@ public:
     }
 };
 
-// A soft shadow around where the card stands: rings of little opacity, one inside of the other, and none of it behind
-// the card itself.
+// A soft shadow around where the card stands: of both cards behind both of them.
 class Shadow : public UIView {
 public:
     Shadow() { setUserInteractionEnabled(false); }
     void draw(CGContext& context, CGRect) override
     {
-        constexpr int rings = 14;
-        constexpr double opacity = 0.014; // of each
         auto card = bounds().insetBy(shadowRoom, shadowRoom);
-        if (card.isNull())
-            return;
-        auto hole = UIBezierPath::roundedRect(card, plateRadius);
-        for (int ring = 1; ring <= rings; ++ring) {
-            auto part = static_cast<double>(ring) / rings;
-            auto reach = shadowReach * part * part; // closer together near the card
-            auto spread = card.offsetBy(0, shadowDrop * part).insetBy(-reach, -reach);
-            auto shape = UIBezierPath::roundedRect(spread, plateRadius + reach);
-            shape.append(hole);
-            context.fill(shape, UIColor::gray(0, opacity), FillRule::evenOdd);
-        }
+        if (!card.isNull())
+            drawShadow(context,
+                       RectShadow{.rect = card.offsetBy(0, shadowDrop),
+                                  .cornerRadius = plateRadius,
+                                  .deviation = shadowBlur,
+                                  .color = UIColor::gray(0, 0.3),
+                                  .hidden = card.insetBy(plateRadius, plateRadius)});
     }
 };
 

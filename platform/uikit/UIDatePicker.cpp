@@ -83,6 +83,10 @@ public:
             return 1;
         }
     }
+    bool isReadAfterPrevious(const UIPickerView&, int column) const override
+    {
+        return components[static_cast<std::size_t>(column)] == Component::minute;
+    }
     std::string titleForRow(const UIPickerView&, int row, int column) const override
     {
         auto component = components[static_cast<std::size_t>(column)];

@@ -342,13 +342,20 @@ void UIPickerView::layoutSubviews()
     double whole = 0;
     for (int component = 0; component < numberOfComponents(); ++component)
         whole += weightOf(component);
+    auto widthOf = [&](int component) { return bounds().width() * weightOf(component) / whole; };
     CGFloat start = 0;
-    for (int component = 0; component < numberOfComponents(); ++component) {
-        auto width = bounds().width() * weightOf(component) / whole;
-        auto x = isMirrored ? bounds().maxX() - start - width : bounds().minX() + start;
-        wheels_[static_cast<std::size_t>(component)]->setFrame(
-            CGRect::make(x, bounds().minY(), width, bounds().height()));
-        start += width;
+    for (int first = 0, next = 0; first < numberOfComponents(); first = next) {
+        auto together = widthOf(first);
+        for (next = first + 1;
+             next < numberOfComponents() && delegate && delegate->isReadAfterPrevious(*this, next); ++next)
+            together += widthOf(next);
+        auto x = isMirrored ? bounds().maxX() - start - together : bounds().minX() + start;
+        for (int component = first; component < next; ++component) {
+            wheels_[static_cast<std::size_t>(component)]->setFrame(
+                CGRect::make(x, bounds().minY(), widthOf(component), bounds().height()));
+            x += widthOf(component);
+        }
+        start += together;
     }
 }
 

@@ -21,6 +21,9 @@ public:
     virtual int numberOfRows(const UIPickerView&, int component) const = 0;
     // How wide a wheel is beside the others; positive.
     virtual double weightOfComponent(const UIPickerView&, int /*component*/) const { return 1; }
+    // Whether a wheel stands to the right of the one before it in every layout direction, as minutes do beside hours: a clock
+    // is read from left to right everywhere.
+    virtual bool isReadAfterPrevious(const UIPickerView&, int /*component*/) const { return false; }
     virtual std::string titleForRow(const UIPickerView&, int row, int component) const = 0;
     // The user chose another row, once the wheel is let go.
     virtual void didSelectRow(UIPickerView&, int /*row*/, int /*component*/) { }

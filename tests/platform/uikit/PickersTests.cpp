@@ -176,6 +176,21 @@ TEST(UIDatePicker, goes_by_the_calendar_inside_of_its_limits)
     }
 }
 
+TEST(UIDatePicker, shows_hours_to_the_left_of_minutes_in_every_direction)
+{
+    using enum UIUserInterfaceLayoutDirection;
+    for (auto [direction, order] :
+         {std::pair{leftToRight, std::vector{0, 1, 2, 3, 4}}, {rightToLeft, std::vector{3, 4, 2, 1, 0}}}) {
+        ViewHarness harness({500, 200}, {.layoutDirection = direction});
+        auto picker = put<UIDatePicker>(harness, CGRect::make(20, 20, 460, 160));
+        harness.settle();
+        auto& wheels = picker->subviews().front()->subviews();
+        auto places = std::vector{0, 1, 2, 3, 4};
+        std::ranges::sort(places, {}, [&](int wheel) { return wheels[std::size_t(wheel)]->frame().minX(); });
+        EXPECT_EQ(places, order);
+    }
+}
+
 struct Searched : UISearchBarDelegate {
     std::string log;
     void searchBarTextDidChange(UISearchBar&, const std::string& text) override { log += text + "|"; }
