@@ -4,6 +4,7 @@
 #include "platform/uikit/RasterWindow_p.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/dispatch/VirtualClock.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/GraphicsRuntime_p.h"
 #include "platform/uikit/UIApplication.h"
@@ -12,6 +13,8 @@
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QMouseEvent>
+#include <QtGui/QPixmap>
+#include <QtGui/QScreen>
 #include <QtGui/QTouchEvent>
 #include <gtest/gtest.h>
 
@@ -93,6 +96,42 @@ struct Desktop {
     std::shared_ptr<UIWindow> window;
     int closes = 0;
 };
+
+// What is on the desktop, whoever painted it when.
+QRgb pixelAt(QWindow& window, int x, int y)
+{
+    return window.screen()->grabWindow(window.winId(), x, y, 1, 1).toImage().pixel(0, 0);
+}
+
+TEST(RasterWindow, shows_no_ghost_of_what_moved_and_hid_while_nobody_saw_the_window)
+{
+    VirtualClock clock;
+    Desktop desktop;
+    desktop.view->setBackgroundColor(UIColor::white());
+    auto moved = std::make_shared<UIView>(CGRect::make(10, 10, 20, 20));
+    auto hidden = std::make_shared<UIView>(CGRect::make(10, 60, 20, 20));
+    for (const auto& box : {moved, hidden}) {
+        box->setBackgroundColor(UIColor::red());
+        desktop.view->addSubview(box);
+    }
+    desktop.show();
+    UIView::animate(AnimationTiming::linear(1), [&] { moved->setCenter({180, 20}); });
+    clock.advance(std::chrono::milliseconds{500});
+    auto& surface = desktop.surface();
+    EXPECT_EQ(pixelAt(surface, 100, 20), 0xffff0000) << "on its way";
+    surface.hide();
+    desktop.turn();
+    ASSERT_FALSE(desktop.window->isOnScreen());
+    clock.advance(std::chrono::seconds{1});
+    hidden->setHidden(true);
+    surface.show();
+    desktop.turn();
+    clock.advance(std::chrono::milliseconds{100});
+    desktop.turn();
+    EXPECT_EQ(pixelAt(surface, 100, 20), 0xffffffff);
+    EXPECT_EQ(pixelAt(surface, 180, 20), 0xffff0000);
+    EXPECT_EQ(pixelAt(surface, 20, 70), 0xffffffff);
+}
 
 TEST(RasterWindow, paints_before_it_is_shown_and_reports_the_first_frame_once)
 {
