@@ -2,7 +2,6 @@
 #include "platform/swiftui/NavigationView.h"
 
 #include "platform/swiftui/ContentController.h"
-#include "platform/swiftui/EmptyView.h"
 #include "platform/swiftui/NavigationLink.h"
 #include "platform/swiftui/ViewHost.h"
 #include "platform/uikit/UINavigationController.h"
@@ -46,7 +45,7 @@ void NavigationPath::show(const std::shared_ptr<UIViewController>& page, UIViewC
         navigation->pushViewController(page, Animated::yes);
 }
 
-NavigationNode::NavigationNode(const NodeContext& context, AnyView content, Kind kind)
+NavigationNode::NavigationNode(const NodeContext& context, AnyView content, std::optional<AnyView> beside)
     : ViewControllerNode(context)
     , surroundings_(std::make_shared<EnvironmentScope>(context.environment))
     , navigation_(std::make_shared<UINavigationController>())
@@ -55,8 +54,8 @@ NavigationNode::NavigationNode(const NodeContext& context, AnyView content, Kind
     surroundings_->set<NavigationPathKey>(path_);
     root_ = std::make_shared<PageController>(std::move(content), surroundings_);
     navigation_->setViewControllers({root_});
-    if (kind == Kind::asStyled && environment<NavigationViewStyleKey>() != NavigationViewStyle::stack) {
-        nothingChosen_ = std::make_shared<PageController>(AnyView(EmptyView{}), surroundings_);
+    if (beside && environment<NavigationViewStyleKey>() != NavigationViewStyle::stack) {
+        nothingChosen_ = std::make_shared<PageController>(*std::move(beside), surroundings_);
         detail_ = std::make_shared<UINavigationController>();
         path_->detail_ = detail_;
         split_ = std::make_shared<UISplitViewController>();
@@ -111,6 +110,12 @@ void NavigationNode::followWidth()
 void NavigationNode::setContent(AnyView content)
 {
     root_->setContent(std::move(content));
+}
+
+void NavigationNode::setBeside(AnyView beside)
+{
+    if (nothingChosen_)
+        nothingChosen_->setContent(std::move(beside));
 }
 
 void NavigationNode::setDirection()

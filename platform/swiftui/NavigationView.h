@@ -2,10 +2,12 @@
 #pragma once
 
 #include "platform/swiftui/AnyView.h"
+#include "platform/swiftui/EmptyView.h"
 #include "platform/swiftui/UIViewControllerRepresentable.h"
 #include "platform/swiftui/environment.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -54,13 +56,14 @@ struct NavigationPathKey {
 // controller, whose other column is a navigation controller too.
 class NavigationNode : public ViewControllerNode {
 public:
-    enum class Kind { stack, asStyled };
-    NavigationNode(const NodeContext& context, AnyView content, Kind kind);
+    // What stands beside the content until something is chosen; none: nothing ever stands beside it.
+    NavigationNode(const NodeContext& context, AnyView content, std::optional<AnyView> beside);
     ~NavigationNode() override;
     void refresh() override;
 
 protected:
     void setContent(AnyView content);
+    void setBeside(AnyView beside);
 
 private:
     void setDirection();
@@ -73,26 +76,32 @@ private:
     // null for a stack
     std::shared_ptr<UISplitViewController> split_;
     std::shared_ptr<UINavigationController> detail_;
-    std::shared_ptr<UIViewController> nothingChosen_;
+    std::shared_ptr<ContentController> nothingChosen_;
 };
 
 // Views one step deeper than each other: its content, and on top of it or beside it, as the style says and the width allows,
 // what NavigationLinks in there lead to. A bar shows each page's `navigationTitle` and the way back. The style is settled
-// when it comes; what is shown stays when the width changes.
-template <View Content>
+// when it comes; what is shown stays when the width changes. Beside it stands `beside` until a link is followed.
+template <View Content, View Beside = EmptyView>
 struct NavigationView {
     Content content;
-    explicit NavigationView(Content root)
+    Beside beside;
+    explicit NavigationView(Content root, Beside whileNothingIsChosen = {})
         : content(std::move(root))
+        , beside(std::move(whileNothingIsChosen))
     {
     }
     class Node final : public NavigationNode {
     public:
         Node(const NodeContext& context, const NavigationView& view)
-            : NavigationNode(context, AnyView(view.content), Kind::asStyled)
+            : NavigationNode(context, AnyView(view.content), AnyView(view.beside))
         {
         }
-        void update(const NavigationView& view) { setContent(AnyView(view.content)); }
+        void update(const NavigationView& view)
+        {
+            setContent(AnyView(view.content));
+            setBeside(AnyView(view.beside));
+        }
     };
 };
 
@@ -107,7 +116,7 @@ struct NavigationStack {
     class Node final : public NavigationNode {
     public:
         Node(const NodeContext& context, const NavigationStack& view)
-            : NavigationNode(context, AnyView(view.content), Kind::stack)
+            : NavigationNode(context, AnyView(view.content), std::nullopt)
         {
         }
         void update(const NavigationStack& view) { setContent(AnyView(view.content)); }
