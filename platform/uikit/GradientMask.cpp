@@ -17,8 +17,11 @@ FoundGradient gradientOf(UIView& mask)
 
 void maskedContentDidChange(UIView& mask)
 {
-    if (auto [gradient, view] = gradientOf(mask); gradient)
+    if (auto* gradient = dynamic_cast<GradientMask*>(&mask))
         gradient->maskedPicture().contentDidChange();
+    // Also one that is not all of the mask now: it may be again.
+    for (const auto& subview : mask.subviews())
+        maskedContentDidChange(*subview);
 }
 
 } // namespace platform

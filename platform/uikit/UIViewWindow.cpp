@@ -44,13 +44,13 @@ void UIView::setWindow(UIWindow* window)
         AccessibilityBridge::forget(*this);
         if (animations_)
             ViewAnimator::viewLeftWindow(*this);
+        if (auto* gradient = dynamic_cast<GradientMask*>(this))
+            gradient->maskedPicture().contentDidChange(); // it will not be told
     }
     for (const auto& subview : subviews_)
         subview->setWindow(window);
-    if (mask_) {
+    if (mask_)
         mask_->setWindow(window);
-        maskedContentDidChange(*mask_);
-    }
 }
 
 // Each view hears of each window once, and of leaving it once, whatever happened between the will-call and this.

@@ -84,6 +84,19 @@ const std::vector<Case>& cases()
              recolor(views, harness);
              around->addSubview(views.front());
          }},
+        {"under a gradient that was away",
+         [] {
+             auto mask = make(CGRect::make(0, 0, 60, 40));
+             mask->addSubview(make<Sweep>(mask->bounds()));
+             return under(mask);
+         },
+         [](auto& views, auto& harness) {
+             auto& mask = *views.front()->mask();
+             auto sweep = mask.subviews().front();
+             sweep->removeFromSuperview();
+             recolor(views, harness);
+             mask.addSubview(sweep);
+         }},
         {"under a gradient while it is hidden", underSweep,
          [](auto& views, auto& harness) {
              views.front()->setHidden(true);
