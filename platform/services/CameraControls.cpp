@@ -23,7 +23,7 @@ namespace platform {
 namespace {
 
 constexpr CGFloat margin = 8, pictureRadius = 14, panelDepth = 104, columnWidth = 112, roundSide = 44;
-constexpr CGFloat timeHeight = 26, modesHeight = 30, symbolSide = 56, wheelSide = 32, playSide = 64;
+constexpr CGFloat timeHeight = 26, modesHeight = 30, symbolSide = 56, playSide = 64;
 constexpr AnimationTiming flashTiming{.x1 = 0, .y1 = 0, .x2 = 0.4, .y2 = 1, .duration = 0.3};
 
 UIColor recordingRed()
@@ -186,7 +186,7 @@ void CameraControls::layOutOverlays(CGRect picture)
     modes_->setFrame(CGRect::make(picture.midX() - modesWide / 2, picture.maxY() - modesHeight - 12,
                                   std::max(modesWide, 0.0), modesHeight));
     auto middle = picture.center();
-    wheel_->setFrame(CGRect::make(middle.x - wheelSide / 2, middle.y - wheelSide / 2, wheelSide, wheelSide));
+    wheel_->setCenter(middle);
     play_->setFrame(CGRect::make(middle.x - playSide / 2, middle.y - playSide / 2, playSide, playSide));
     play_->setImage(
         symbolImage("play.fill", {.pointSize = 26}, std::max(traitCollection().displayScale, 1.0)));

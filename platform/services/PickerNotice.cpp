@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat margin = 24, wheelSide = 32;
+constexpr CGFloat margin = 24;
 
 } // namespace
 
@@ -44,8 +44,7 @@ void PickerNotice::layoutSubviews()
     UIView::layoutSubviews();
     auto inner = bounds().insetBy(margin, margin);
     label_->setFrame(inner.isNull() ? bounds() : inner);
-    auto middle = bounds().center();
-    wheel_->setFrame(CGRect::make(middle.x - wheelSide / 2, middle.y - wheelSide / 2, wheelSide, wheelSide));
+    wheel_->setCenter(bounds().center());
 }
 
 } // namespace platform

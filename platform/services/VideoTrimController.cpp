@@ -29,7 +29,7 @@ namespace platform {
 
 namespace {
 
-constexpr CGFloat stripHeight = 64, margin = 12, timesHeight = 24, wheelSide = 32, playHeight = 36;
+constexpr CGFloat stripHeight = 64, margin = 12, timesHeight = 24, playHeight = 36;
 constexpr CGFloat stripPixels = 160, previewPixels = 1280;
 constexpr CMTimeScale timescale = 600;
 
@@ -377,8 +377,7 @@ void VideoTrimController::viewWillLayoutSubviews()
     auto top = area.minY();
     picture_->setFrame(
         CGRect::make(area.minX(), top, area.width(), std::max(timesTop - margin / 2 - top, 0.0)));
-    auto middle = picture_->frame().center();
-    wheel_->setFrame(CGRect::make(middle.x - wheelSide / 2, middle.y - wheelSide / 2, wheelSide, wheelSide));
+    wheel_->setCenter(picture_->frame().center());
 }
 
 void VideoTrimController::viewDidLayoutSubviews()
