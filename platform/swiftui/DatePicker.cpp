@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/DatePicker.h"
 
+#include "platform/swiftui/ConditionalContent.h"
+#include "platform/swiftui/Text.h"
+#include "platform/swiftui/accessibility.h"
+#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UIDatePicker.h"
 
 namespace platform {
@@ -21,6 +25,14 @@ UIDatePickerMode modeOf(DatePickerComponents components)
 }
 
 } // namespace
+
+AnyView DatePicker::body() const
+{
+    auto caption = [&] { return Text{title} | accessibilityHidden(); };
+    return AnyView(VStack{{.alignment = HorizontalAlignment::leading},
+                          when(*labels == LabelsVisibility::visible, caption),
+                          DateWheels{selection, options, title}});
+}
 
 DateWheels::Node::Node(const NodeContext& context, const DateWheels& view)
     : ControlNode(context)

@@ -2,14 +2,11 @@
 #pragma once
 
 #include "platform/foundation/Date.h"
+#include "platform/swiftui/AnyView.h"
 #include "platform/swiftui/Binding.h"
-#include "platform/swiftui/ConditionalContent.h"
 #include "platform/swiftui/ControlNode.h"
 #include "platform/swiftui/Environment.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/accessibility.h"
 #include "platform/swiftui/controlStyles.h"
-#include "platform/swiftui/stacks.h"
 
 #include <memory>
 #include <optional>
@@ -64,13 +61,7 @@ struct DatePicker {
     Environment<LabelsVisibilityKey> labels{};
 
     auto dynamicProperties() { return std::tie(labels); }
-    auto body() const
-    {
-        return VStack{
-            {.alignment = HorizontalAlignment::leading},
-            when(*labels == LabelsVisibility::visible, [&] { return Text{title} | accessibilityHidden(); }),
-            DateWheels{selection, options, title}};
-    }
+    AnyView body() const;
 };
 
 } // namespace platform

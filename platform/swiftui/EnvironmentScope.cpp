@@ -5,6 +5,11 @@
 
 namespace platform {
 
+EnvironmentScope::Entry& EnvironmentScope::entryOf(EnvironmentKeyId key)
+{
+    return entries_[key];
+}
+
 const std::any& EnvironmentScope::resolve(EnvironmentKeyId key, ViewNode* reader)
 {
     auto* scope = this;

@@ -62,7 +62,7 @@ private:
         std::any value; // empty: the default
         std::shared_ptr<ChangeSource> source = std::make_shared<ChangeSource>();
     };
-    Entry& entryOf(EnvironmentKeyId key) { return entries_[key]; }
+    Entry& entryOf(EnvironmentKeyId key);
     const std::any& resolve(EnvironmentKeyId key, ViewNode* reader);
 
     std::shared_ptr<EnvironmentScope> parent_;

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/ProgressView.h"
 
+#include "platform/swiftui/ConditionalContent.h"
+#include "platform/swiftui/Text.h"
+#include "platform/swiftui/accessibility.h"
+#include "platform/swiftui/stacks.h"
 #include "platform/uikit/UIActivityIndicatorView.h"
 #include "platform/uikit/UIProgressView.h"
 
@@ -14,6 +18,20 @@ std::optional<double> ProgressView::partOf(std::optional<double> value, double t
     if (!value || !(total > 0) || std::isnan(*value) || std::isnan(*value / total))
         return std::nullopt;
     return std::clamp(*value / total, 0.0, 1.0);
+}
+
+AnyView ProgressView::body() const
+{
+    bool isBar = *style == ProgressViewStyle::linear || (*style == ProgressViewStyle::automatic && part);
+    bool showsTitle = !title.empty() && *labels == LabelsVisibility::visible;
+    auto caption = [&] { return Text{title} | accessibilityHidden(); };
+    if (isBar) {
+        return AnyView(VStack{{.alignment = HorizontalAlignment::leading, .spacing = 6},
+                              when(showsTitle, caption),
+                              ProgressBar{part, title}});
+    }
+    auto dimmed = [&] { return caption() | foregroundColor(UIColor::secondaryLabel()); };
+    return AnyView(VStack{{.spacing = 6}, ProgressWheel{title}, when(showsTitle, dimmed)});
 }
 
 // --- The bar -------------------------------------------------------------------------------------

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/swiftui/ConditionalContent.h"
+#include "platform/swiftui/AnyView.h"
 #include "platform/swiftui/ControlNode.h"
 #include "platform/swiftui/Environment.h"
-#include "platform/swiftui/Text.h"
-#include "platform/swiftui/accessibility.h"
 #include "platform/swiftui/controlStyles.h"
-#include "platform/swiftui/stacks.h"
 
 #include <memory>
 #include <optional>
@@ -88,24 +85,7 @@ struct ProgressView {
     }
 
     auto dynamicProperties() { return std::tie(style, labels); }
-    auto body() const
-    {
-        bool isBar = *style == ProgressViewStyle::linear || (*style == ProgressViewStyle::automatic && part);
-        bool showsTitle = !title.empty() && *labels == LabelsVisibility::visible;
-        auto caption = [&] { return Text{title} | accessibilityHidden(); };
-        return when(
-            isBar,
-            [&] {
-                return VStack{{.alignment = HorizontalAlignment::leading, .spacing = 6},
-                              when(showsTitle, caption),
-                              ProgressBar{part, title}};
-            },
-            [&] {
-                return VStack{{.spacing = 6}, ProgressWheel{title}, when(showsTitle, [&] {
-                                  return caption() | foregroundColor(UIColor::secondaryLabel());
-                              })};
-            });
-    }
+    AnyView body() const;
     bool operator==(const ProgressView&) const = default;
 
 private:
