@@ -38,11 +38,6 @@ TextEditor::Node::Node(const NodeContext& context, const TextEditor& view)
     setPlatformView(textView_);
 }
 
-TextEditor::Node::~Node()
-{
-    textView_->setDelegate({}); // introspection may have handed the view to somebody who keeps it
-}
-
 void TextEditor::Node::update(const TextEditor& view)
 {
     if (view.text == text_)

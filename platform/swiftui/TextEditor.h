@@ -26,7 +26,6 @@ struct TextEditor {
 class TextEditor::Node : public PlatformViewNode {
 public:
     Node(const NodeContext& context, const TextEditor& view);
-    ~Node() override;
     void update(const TextEditor& view);
     void refresh() override;
 
@@ -38,7 +37,7 @@ private:
     void readSources();
 
     std::shared_ptr<UITextView> textView_;
-    std::shared_ptr<Delegate> delegate_;
+    std::shared_ptr<Delegate> delegate_; // the text view, which may outlive this, forgets it then
     Binding<String> text_;
     String written_;              // what the text view was last given, or gave
     std::optional<UIColor> tint_; // of the surroundings
