@@ -34,17 +34,17 @@ auto showNote(const NoteCell& cell)
 }
 
 // A host in a window, and what it presents.
-template <class Root>
-struct Scene : probes::Scene<Root> {
+struct Scene : probes::Scene {
+    template <View Root>
     explicit Scene(Root root)
-        : probes::Scene<Root>(std::move(root))
+        : probes::Scene(std::move(root))
     {
         onOK = nullptr;
     }
     ~Scene() { onOK = nullptr; }
     std::shared_ptr<UIAlertController> shown()
     {
-        return std::dynamic_pointer_cast<UIAlertController>(this->host->presentedViewController());
+        return std::dynamic_pointer_cast<UIAlertController>(host->presentedViewController());
     }
     std::string title() { return shown() ? shown()->title() : ""; }
 };

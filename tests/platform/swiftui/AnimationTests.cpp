@@ -68,15 +68,6 @@ TEST(WithAnimation, animates_only_what_is_changed_in_it)
     EXPECT_EQ(harness.find("b").presentationBounds().size.width, 50);
 }
 
-TEST(WithAnimation, without_an_animation_changes_at_once)
-{
-    auto place = makeHandle<double>();
-    Shown harness(movable(place));
-    withAnimation(std::nullopt, [&] { (*place)->set(100); });
-    harness.settle();
-    EXPECT_EQ(shownWidth(harness), 120);
-}
-
 TEST(WithAnimation, shows_the_end_at_once_to_who_wants_no_motion)
 {
     auto place = makeHandle<double>();

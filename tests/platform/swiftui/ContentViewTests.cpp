@@ -64,16 +64,6 @@ TEST(Button, speaks_all_that_its_label_says_and_takes_its_colour)
     EXPECT_EQ(dynamic_cast<UILabel&>(*control.subviews().at(1)).textColor(), UIColor::red());
 }
 
-TEST(Button, may_remove_itself)
-{
-    auto handle = makeHandle<bool>();
-    Shown harness(stateful(handle, true, [handle](bool isShown) {
-        return when(isShown, [handle] { return Button{"Close", [handle] { (*handle)->set(false); }}; });
-    }));
-    harness.tap("Close");
-    EXPECT_TRUE(harness.controller->view()->subviews().empty());
-}
-
 TEST(Button, runs_the_action_it_was_given_last)
 {
     auto handle = makeHandle<int>();

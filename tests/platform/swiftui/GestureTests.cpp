@@ -72,29 +72,6 @@ TEST(TapGesture, waits_for_a_double_tap_on_the_same_place_whichever_is_outside)
     }
 }
 
-TEST(TapGesture, may_remove_its_own_view)
-{
-    auto shown = makeHandle<bool>();
-    auto log = std::make_shared<Log>();
-    Shown harness({100, 100}, stateful(shown, true, [=](bool isShown) {
-                      return when(
-                          isShown,
-                          [&] {
-                              return target() | onTapGesture([=] {
-                                         withAnimation(std::nullopt, [&] { (*shown)->set(false); });
-                                         (*shown)->set(false);
-                                         log->push_back("tap");
-                                     });
-                          },
-                          [] { return Leaf("none"); });
-                  }));
-    harness.tap({50, 50});
-    EXPECT_EQ(*log, Log{"tap"});
-    EXPECT_EQ(harness.names(), Log{"none"});
-    harness.tap({50, 50});
-    EXPECT_EQ(log->size(), 1u);
-}
-
 TEST(TapGesture, runs_the_action_of_the_latest_description)
 {
     auto handle = makeHandle<int>();

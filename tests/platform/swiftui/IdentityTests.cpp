@@ -129,30 +129,6 @@ TEST(ForEach, moves_what_its_elements_have)
     }
 }
 
-TEST(ForEach, tells_elements_apart_that_share_an_identity)
-{
-    struct Item {
-        int id;
-        std::string name;
-    };
-    Counters counter;
-    auto describe = [&](std::vector<Item> items) {
-        return VStack{ForEach{std::move(items), [counter](const Item& item) { return counter(item.name); }}};
-    };
-    Shown harness(describe({{1, "a"}, {1, "b"}, {2, "c"}}));
-    counter.set("a", 1);
-    counter.set("b", 2);
-    counter.set("c", 3);
-    harness.settle();
-    EXPECT_EQ(harness.names(), (Log{"a1", "b2", "c3"}));
-    // The first and the second of identity 1 stay what they are around the one that moves.
-    harness.update(describe({{2, "c"}, {1, "a"}, {1, "b"}}));
-    EXPECT_EQ(harness.names(), (Log{"c3", "a1", "b2"}));
-    // Without the first, the second is the first.
-    harness.update(describe({{2, "c"}, {1, "b"}}));
-    EXPECT_EQ(harness.names(), (Log{"c3", "b1"}));
-}
-
 TEST(ForEach, keeps_each_state_with_its_element_through_any_changes)
 {
     // Against a slow, obvious answer: a map from the identity and its number to the count.

@@ -14,17 +14,17 @@ using namespace std::chrono_literals;
 using probes::cell;
 using Role = AccessibilityRole;
 
-template <class Root>
-struct Scene : probes::Scene<Root> {
+struct Scene : probes::Scene {
+    template <View Root>
     explicit Scene(Root root, const UITraitCollection& traits = {})
-        : probes::Scene<Root>(std::move(root), {300, 200}, traits)
+        : probes::Scene(std::move(root), {300, 200}, traits)
     {
     }
     // What is read on the page in sight.
     std::string text()
     {
         std::string all;
-        for (auto& each : this->harness.findAll(Role::staticText)) {
+        for (auto& each : harness.findAll(Role::staticText)) {
             auto isButtonText =
                 each.view().superview() && dynamic_cast<UIControl*>(each.view().superview().get());
             if (each.isOnScreen() && !isButtonText)

@@ -111,27 +111,6 @@ TEST(Shape, moves_its_numbers_and_its_colour_in_an_animation)
     EXPECT_FALSE(DisplayLink::shared().isRunning()) << "nothing runs when nothing moves";
 }
 
-TEST(Shape, that_turns_back_continues_from_where_it_is)
-{
-    auto handle = makeHandle<double>();
-    Shown harness({100, 10},
-                  stateful(handle, 0.0, [](double part) { return Bar{part} | fill(UIColor::red()); }));
-    withAnimation(Animation::linear(1), [&] { (*handle)->set(1); });
-    harness.settle();
-    harness.advance(500ms);
-    withAnimation(Animation::linear(1), [&] { (*handle)->set(0); });
-    harness.settle();
-    EXPECT_EQ(colorAt(harness.snapshot(), {45, 5}), red) << "it does not jump";
-    harness.advance(500ms);
-    EXPECT_NE(colorAt(harness.snapshot(), {40, 5}), red);
-    EXPECT_EQ(colorAt(harness.snapshot(), {15, 5}), red);
-    // Without an animation it is there at once.
-    (*handle)->set(1);
-    EXPECT_EQ(colorAt(harness.snapshot(), {95, 5}), red);
-    harness.advance(2s);
-    EXPECT_EQ(colorAt(harness.snapshot(), {95, 5}), red);
-}
-
 TEST(Shape, that_goes_while_it_moves_leaves_nothing_running)
 {
     auto handle = makeHandle<double>();
@@ -156,25 +135,6 @@ TEST(LinearGradient, runs_between_its_points)
     EXPECT_NEAR(part(0), 0, 0.02);
     EXPECT_NEAR(part(50), 0.5, 0.02);
     EXPECT_NEAR(part(99), 1, 0.02);
-}
-
-TEST(LinearGradient, moves_its_points_in_an_animation)
-{
-    auto handle = makeHandle<bool>();
-    Shown harness({100, 10}, stateful(handle, false, [](bool isMoved) {
-                      auto x = isMoved ? 1.0 : 0.0;
-                      return LinearGradient{{{0, UIColor::red()}, {0.01, UIColor::blue()}},
-                                            {x, 0},
-                                            {x + 1, 0}}; // the edge is at the start point
-                  }));
-    EXPECT_EQ(colorAt(harness.snapshot(), {5, 5}), blue);
-    withAnimation(Animation::linear(1), [&] { (*handle)->set(true); });
-    harness.settle();
-    harness.advance(500ms);
-    EXPECT_EQ(colorAt(harness.snapshot(), {40, 5}), red);
-    EXPECT_EQ(colorAt(harness.snapshot(), {60, 5}), blue);
-    harness.advance(600ms);
-    EXPECT_EQ(colorAt(harness.snapshot(), {95, 5}), red);
 }
 
 TEST(LinearGradient, without_stops_or_length_paints_what_there_is)

@@ -16,15 +16,15 @@ using probes::cell;
 using Role = AccessibilityRole;
 
 // A host in a window, and what is over it.
-template <class Root>
-struct Scene : probes::Scene<Root> {
+struct Scene : probes::Scene {
+    template <View Root>
     explicit Scene(Root root, CGSize size = {800, 600})
-        : probes::Scene<Root>(std::move(root), size)
+        : probes::Scene(std::move(root), size)
     {
     }
     std::optional<harness::Element> dialog()
     {
-        auto all = this->harness.findAll(Role::dialog);
+        auto all = harness.findAll(Role::dialog);
         return all.empty() ? std::nullopt : std::optional(all.back());
     }
     std::string text() { return dialog() ? dialog()->findAll(Role::staticText).front().label() : ""; }
@@ -38,8 +38,7 @@ struct Note {
 
 TEST(Sheet, is_there_while_its_flag_is_up_and_is_ended_by_the_user)
 {
-    using Presented = Scene<ModifiedContent<Color, FlagPresentationModifier>>;
-    const std::pair<const char*, std::function<void(Presented&)>> ways[] = {
+    const std::pair<const char*, std::function<void(Scene&)>> ways[] = {
         {"Escape", [](auto& scene) { scene.press(UIKeyCode::escape); }},
         {"beside it", [](auto& scene) { scene.harness.tap({5, 300}); }},
         {"flung down by a finger",

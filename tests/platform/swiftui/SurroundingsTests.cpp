@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/swiftui/swiftui.h"
-#include "tests/support/harness/ViewHarness.h"
+#include "tests/support/harness/DeclarativeHarness.h"
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ struct Stage {
 
 TEST(SurroundingsTests, theWindowsTintReachesViewsUnlessTheyHaveTheirOwn)
 {
-    harness::ViewHarness harness;
+    harness::DeclarativeHarness harness;
     harness.window().setTintColor(UIColor::red());
     auto tints = std::make_shared<std::vector<UIColor>>(), own = std::make_shared<std::vector<UIColor>>();
     struct Root {
@@ -52,7 +52,7 @@ TEST(SurroundingsTests, theWindowsTintReachesViewsUnlessTheyHaveTheirOwn)
             return VStack{Reader{tints}, Reader{own} | tint(UIColor::blue()), Button{"Press", [] { }}};
         }
     };
-    harness.show(std::make_shared<UIHostingController<Root>>(Root{tints, own}));
+    harness.show(Root{tints, own});
     harness.settle();
     EXPECT_EQ(tints->back(), UIColor::red());
     harness.window().setTintColor(UIColor::green());
@@ -64,8 +64,8 @@ TEST(SurroundingsTests, theWindowsTintReachesViewsUnlessTheyHaveTheirOwn)
 
 TEST(SurroundingsTests, aPreferredColorSchemeTurnsTheWindowUntilNobodyPrefersIt)
 {
-    harness::ViewHarness harness;
-    harness.show(std::make_shared<UIHostingController<Stage>>(Stage{}));
+    harness::DeclarativeHarness harness;
+    harness.show(Stage{});
     auto& window = harness.window();
     struct Step {
         std::string_view button;
@@ -94,8 +94,8 @@ TEST(SurroundingsTests, aPageInsideFollowsTheWindowsStyle)
         std::shared_ptr<std::vector<UIColor>> tints = std::make_shared<std::vector<UIColor>>();
         auto body() const { return NavigationView{Reader{tints}}; }
     };
-    harness::ViewHarness harness;
-    harness.show(std::make_shared<UIHostingController<Root>>(Root{}));
+    harness::DeclarativeHarness harness;
+    harness.show(Root{});
     harness.find("light"); // ends the program when it is not there
     harness.window().setBaseTraits({.userInterfaceStyle = Style::dark});
     harness.settle();
@@ -107,13 +107,13 @@ TEST(SurroundingsTests, aPreferredColorSchemeGoesWhereItsControllerGoes)
     auto content = Color{UIColor::systemBackground()} | preferredColorScheme(ColorScheme::dark);
     auto controller = std::make_shared<UIHostingController<decltype(content)>>(content);
     {
-        harness::ViewHarness harness;
+        harness::DeclarativeHarness harness;
         harness.show(controller);
         EXPECT_EQ(harness::colorAt(harness.snapshot(), {10, 10}), "000000");
         harness.window().setRootViewController(nullptr);
         EXPECT_EQ(harness.window().overrideUserInterfaceStyle(), Style::unspecified);
     }
-    harness::ViewHarness harness;
+    harness::DeclarativeHarness harness;
     auto parent = std::make_shared<UIViewController>();
     harness.show(parent);
     parent->addChild(controller);

@@ -86,12 +86,6 @@ TEST(Text, wraps_in_the_width_it_is_offered)
     }
 }
 
-TEST(Text, whose_ideal_size_is_fixed_is_not_cut)
-{
-    Shown harness(Text{"a text of many words"} | fixedSize() | frame({.width = 10}));
-    EXPECT_GT(labelIn(*harness.controller->view()).bounds().width(), 50);
-}
-
 TEST(Text, shares_a_row_by_what_it_needs)
 {
     // The short one gets all it needs, the long one wraps in the rest.

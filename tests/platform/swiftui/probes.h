@@ -100,7 +100,7 @@ auto stateful(Handle<Value> handle, Value initial, Describe describe)
 template <platform::View Root>
 auto host(Root root)
 {
-    return std::make_shared<platform::UIHostingController<Root>>(std::move(root));
+    return harness::AnyHostingController::make(std::move(root));
 }
 
 // The names of a view's subviews, in painting order.
@@ -113,16 +113,18 @@ inline Log names(const platform::UIView& view)
 }
 
 // A window that shows one description.
-template <platform::View Root>
 struct Shown : harness::DeclarativeHarness {
+    template <platform::View Root>
     explicit Shown(Root root)
         : Shown({320, 480}, std::move(root))
     {
     }
+    template <platform::View Root>
     Shown(platform::CGSize size, Root root)
         : Shown(size, {}, std::move(root))
     {
     }
+    template <platform::View Root>
     Shown(platform::CGSize size, const platform::UITraitCollection& traits, Root root)
         : DeclarativeHarness(size, traits)
         , controller(show(std::move(root)))
@@ -138,21 +140,22 @@ struct Shown : harness::DeclarativeHarness {
         (*handle)->set(std::move(value));
         settle();
     }
+    template <platform::View Root>
     void update(Root root)
     {
         controller->setRootView(std::move(root));
         settle();
     }
 
-    std::shared_ptr<platform::UIHostingController<Root>> controller;
+    std::shared_ptr<harness::AnyHostingController> controller;
 };
 
 // A window in which what is presented comes and goes, which takes its time.
-template <platform::View Root>
 struct Scene {
     harness::ViewHarness harness;
-    std::shared_ptr<platform::UIHostingController<Root>> host;
+    std::shared_ptr<harness::AnyHostingController> host;
 
+    template <platform::View Root>
     explicit Scene(Root root, platform::CGSize size = {320, 480},
                    const platform::UITraitCollection& traits = {})
         : harness(size, traits)

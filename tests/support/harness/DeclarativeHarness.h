@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/swiftui/AnyView.h"
 #include "platform/swiftui/UIHostingController.h"
 #include "tests/support/harness/ViewHarness.h"
 
@@ -9,6 +10,23 @@
 #include <memory>
 
 namespace harness {
+
+// Hosts a view of any type: tests show hundreds of types, and each hosting controller would be compiled anew.
+class AnyHostingController : public platform::UIHostingController<platform::AnyView> {
+public:
+    template <platform::View Root>
+    static std::shared_ptr<AnyHostingController> make(Root root)
+    {
+        return std::make_shared<AnyHostingController>(platform::AnyView(std::move(root)));
+    }
+    using UIHostingController::UIHostingController;
+
+    template <platform::View Root>
+    void setRootView(Root root)
+    {
+        UIHostingController::setRootView(platform::AnyView(std::move(root)));
+    }
+};
 
 // A harness that shows declarative views and counts the work that they cause. Who uses it links the declarative layer.
 //
@@ -24,9 +42,9 @@ public:
     // Gives the controller that hosts it, for who describes it anew with setRootView.
     template <platform::View Root>
         requires(!std::convertible_to<Root, std::shared_ptr<platform::UIViewController>>)
-    std::shared_ptr<platform::UIHostingController<Root>> show(Root root)
+    std::shared_ptr<AnyHostingController> show(Root root)
     {
-        auto controller = std::make_shared<platform::UIHostingController<Root>>(std::move(root));
+        auto controller = AnyHostingController::make(std::move(root));
         show(std::shared_ptr<platform::UIViewController>(controller));
         return controller;
     }
