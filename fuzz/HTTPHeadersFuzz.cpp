@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     static_cast<void>(head.take("\r\n")); // a field may be waiting for its end
     precondition(wholeCount <= 1, "a head is whole twice");
-    auto& fields = head.fields();
+    auto fields = head.takeFields();
     for (auto& [name, value] : fields)
         precondition(isValidHTTPHeaderField(name, value), "a field is not one");
     static const auto url = *URL::parse("https://example.org/a/b?c");

@@ -32,8 +32,8 @@ TerminalSize terminalSize()
 } // namespace
 
 Board::Board(std::vector<Row> rows)
-    : rows_(std::move(rows))
-    , hasBars_(::isatty(STDOUT_FILENO) == 1 && rows_.size() < terminalSize().rows)
+    : hasBars_(::isatty(STDOUT_FILENO) == 1 && rows.size() < terminalSize().rows)
+    , rows_(std::move(rows))
 {
     for (std::size_t i = 0; i < rows_.size(); ++i)
         places_.emplace(rows_[i].url, i);
@@ -42,14 +42,22 @@ Board::Board(std::vector<Row> rows)
 
 void Board::update(const URL& url, float progress)
 {
+    std::lock_guard lock(mutex_);
     if (auto* row = find(url)) {
         row->progress = progress;
         drawSoon();
     }
 }
 
+bool Board::hasFailed() const
+{
+    std::lock_guard lock(mutex_);
+    return hasFailed_;
+}
+
 void Board::finish(const URL& url, const std::string& outcome, bool isSuccess)
 {
+    std::lock_guard lock(mutex_);
     auto* row = find(url);
     if (!row || !row->outcome.empty())
         return;
@@ -61,8 +69,10 @@ void Board::finish(const URL& url, const std::string& outcome, bool isSuccess)
         std::printf("%s: %s\n", printable(row->destination.lastPathComponent()).c_str(), outcome.c_str());
     if (++doneCount_ < rows_.size())
         return drawSoon();
-    draw();
-    RunLoop::main().stop();
+    RunLoop::main().perform([this] {
+        draw();
+        RunLoop::main().stop();
+    });
 }
 
 std::string Board::printable(std::string_view text)
@@ -78,19 +88,27 @@ Board::Row* Board::find(const URL& url)
     return found == places_.end() ? nullptr : &rows_[found->second];
 }
 
-// News come faster than anybody can read.
+// News come faster than anybody can read: they do not wake the main thread each. With the lock held.
 void Board::drawSoon()
 {
     constexpr auto pause = std::chrono::milliseconds(50);
-    if (hasBars_ && !drawing_)
-        drawing_ = RunLoop::main().schedule(RunLoop::main().clock().now() + pause, [this] { draw(); });
+    if (hasBars_ && !std::exchange(willDraw_, true))
+        RunLoop::main().performAfter(pause, [this] { draw(); });
 }
 
 void Board::draw()
 {
     if (!hasBars_)
         return;
-    drawing_.cancel();
+    auto text = drawing();
+    std::fputs(text.c_str(), stdout);
+    std::fflush(stdout);
+}
+
+std::string Board::drawing()
+{
+    std::lock_guard lock(mutex_);
+    willDraw_ = false;
     auto columns = terminalSize().columns;
     auto width = std::clamp<std::size_t>(columns > 40 ? columns - 40 : 0, 6, 30);
     std::string text;
@@ -107,6 +125,5 @@ void Board::draw()
         text.append(printable(row.destination.lastPathComponent())).append("  ").append(state).append("\n");
     }
     text += "\x1b[?7h";
-    std::fputs(text.c_str(), stdout);
-    std::fflush(stdout);
+    return text;
 }

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/dispatch/Token.h"
 #include "platform/foundation/URL.h"
 
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 // What the user sees of several downloads: on a terminal that is high enough a bar each, anywhere else a line for each that
-// has ended. Stops the run loop after the last. Main thread only.
+// has ended. Stops the main run loop after the last. News may come on any thread; the rest is for the main thread.
 class Board {
 public:
     struct Row {
@@ -23,7 +23,7 @@ public:
     explicit Board(std::vector<Row> rows);
     void update(const platform::URL& url, float progress);
     void finish(const platform::URL& url, const std::string& outcome, bool isSuccess);
-    bool hasFailed() const { return hasFailed_; }
+    bool hasFailed() const;
 
     // Names come from strangers: nothing in them moves the cursor.
     static std::string printable(std::string_view text);
@@ -32,12 +32,17 @@ private:
     Row* find(const platform::URL& url);
     void drawSoon();
     void draw();
+    std::string drawing();
 
-    std::vector<Row> rows_;
+    // fixed after construction
     std::unordered_map<platform::URL, std::size_t> places_;
-    std::size_t doneCount_ = 0;
     bool hasBars_ = false;
+
+    mutable std::mutex mutex_;
+    // guarded by mutex_
+    std::vector<Row> rows_;
+    std::size_t doneCount_ = 0;
     bool isDrawn_ = false;
+    bool willDraw_ = false;
     bool hasFailed_ = false;
-    platform::Token drawing_; // is under way while there is something new to be seen
 };

@@ -19,7 +19,7 @@ using namespace platform;
 
 namespace {
 
-// Brings what the manager says to the main thread.
+// Tells the board what the manager says, and the manager where files go.
 class Listener final : public zelk::DownloadManagerDelegate {
 public:
     Listener(Board& board, const std::vector<Board::Row>& rows)
@@ -37,16 +37,12 @@ private:
     }
     void downloadManagerDidFail(const URL& url, const Error& error) override
     {
-        RunLoop::main().perform(
-            [&board = board_, url, text = error.localizedDescription()] { board.finish(url, text, false); });
+        board_.finish(url, error.localizedDescription(), false);
     }
-    void downloadManagerDidFinish(const URL& url, const URL&) override
-    {
-        RunLoop::main().perform([&board = board_, url] { board.finish(url, "done", true); });
-    }
+    void downloadManagerDidFinish(const URL& url, const URL&) override { board_.finish(url, "done", true); }
     void downloadManagerDidUpdateProgress(const URL& url, float progress) override
     {
-        RunLoop::main().perform([&board = board_, url, progress] { board.update(url, progress); });
+        board_.update(url, progress);
     }
 
     Board& board_;

@@ -214,8 +214,8 @@ void DownloadManager::handleFile(URLSessionTask& task, const URL& location)
     Result<void> moved;
     // A directory is no file to be replaced: the move then says that something is there.
     std::error_code unknown;
-    bool isDirectory = std::filesystem::is_directory(destination->path(), unknown);
-    if (files.fileExists(destination->path()) && !isDirectory)
+    auto status = std::filesystem::status(destination->path(), unknown);
+    if (std::filesystem::exists(status) && !std::filesystem::is_directory(status))
         moved = files.removeItem(*destination);
     if (moved)
         moved = files.moveItem(location, *destination);
@@ -234,17 +234,14 @@ void DownloadManager::urlSessionTaskDidComplete(URLSession&, const std::shared_p
 {
     if (!task->originalRequest())
         return;
-    clientQueue_->async([weak = weakSelf(), task, error] {
-        auto self = weak.lock();
-        if (!self)
-            return;
+    // Waited for: it is short, and to wake another thread for it takes longer.
+    clientQueue_->sync([&] {
         auto& url = task->originalRequest()->url;
         // One that was cancelled may have a successor already.
-        if (auto found = self->ongoingTasks_.find(url);
-            found != self->ongoingTasks_.end() && found->second == task)
-            self->ongoingTasks_.erase(found);
+        if (auto found = ongoingTasks_.find(url); found != ongoingTasks_.end() && found->second == task)
+            ongoingTasks_.erase(found);
         if (error)
-            self->fail(url, *error);
+            fail(url, *error);
         kitLogger().debug("Did complete: " + url.lastPathComponent());
     });
 }

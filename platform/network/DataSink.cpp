@@ -80,12 +80,11 @@ public:
         if (chunk.empty() || !core.delegateOf<URLSessionDataDelegate>(*task_))
             return;
         waiting_->bytes += chunk.size();
-        core.delegateQueue()->async(
-            [state = state_, task = task_, waiting = waiting_, chunk = std::move(chunk)] {
-                if (auto delegate = state->core->listenerOf<URLSessionDataDelegate>(*task))
-                    delegate->urlSessionDataTaskDidReceiveData(*state->session, task, chunk);
-                handled(waiting, chunk.size());
-            });
+        core.enqueue([state = state_, task = task_, waiting = waiting_, chunk = std::move(chunk)] {
+            if (auto delegate = state->core->listenerOf<URLSessionDataDelegate>(*task))
+                delegate->urlSessionDataTaskDidReceiveData(*state->session, task, chunk);
+            handled(waiting, chunk.size());
+        });
     }
 
     bool announce(const std::shared_ptr<const URLResponse>& response,
@@ -94,7 +93,7 @@ public:
         auto& core = *state_->core;
         if (state_->dataCompletion || !core.delegateOf<URLSessionDataDelegate>(*task_))
             return false;
-        core.delegateQueue()->async([state = state_, task = task_, response, proceed = std::move(proceed)] {
+        core.enqueue([state = state_, task = task_, response, proceed = std::move(proceed)] {
             auto delegate = state->core->listenerOf<URLSessionDataDelegate>(*task);
             if (!delegate) {
                 proceed(true);

@@ -90,11 +90,12 @@ void removeAbandonedDownloads(const std::string& directory)
 
 std::string downloadDirectory()
 {
-    static const std::string directory = [] {
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& directory = *new std::string([] {
         auto made = makeDownloadDirectory();
         removeAbandonedDownloads(made);
         return made;
-    }();
+    }());
     return directory;
 }
 
@@ -110,8 +111,9 @@ Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
 {
     int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600);
     struct stat facts{};
-    bool isFile = descriptor >= 0 && ::fstat(descriptor, &facts) == 0 && S_ISREG(facts.st_mode);
-    if (!isFile || ::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+    bool isOurs = descriptor >= 0 && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0
+        && ::fstat(descriptor, &facts) == 0 && S_ISREG(facts.st_mode);
+    if (!isOurs) {
         int reason = errno;
         if (descriptor >= 0)
             ::close(descriptor);
@@ -120,7 +122,7 @@ Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
         return failure(urlError(NSURLErrorCannotCreateFile, URL::fileURL(path)));
     }
     // Another program that starts may have taken it for an abandoned one before it was locked.
-    if (::fstat(descriptor, &facts) == 0 && facts.st_nlink == 0) {
+    if (facts.st_nlink == 0) {
         ::close(descriptor);
         return open(std::move(path));
     }
@@ -137,7 +139,7 @@ DownloadFile::DownloadFile(int descriptor, std::string path, std::int64_t size)
 DownloadFile::~DownloadFile()
 {
     // While it is locked, so that what is removed is ours. It may have been moved away: then there is nothing to remove.
-    if (!isKept_)
+    if (!isKept_ && ::access(path_.c_str(), F_OK) == 0) // to look is cheaper than to fail
         ::unlink(path_.c_str());
     ::close(descriptor_);
 }

@@ -30,24 +30,9 @@ public:
         : task_(std::static_pointer_cast<URLSessionDownloadTask>(task))
         , state_(std::move(state))
     {
-        auto file =
-            state_->partialPath.empty() ? DownloadFile::make() : DownloadFile::open(state_->partialPath);
-        if (!file) {
-            openError_ = file.error();
-            return;
-        }
-        file_ = std::move(*file);
-        validator_ = state_->partialValidator;
-        source_ = state_->partialSource;
-        total_ = state_->partialTotal;
-        // What may be whole already is asked for its last byte again: a range needs one.
-        if (total_ && file_->size() >= *total_ && !file_->truncate(*total_ > 0 ? *total_ - 1 : 0))
-            validator_.clear();
         if (auto& store = state_->core->store();
             store && state_->partialPath == store->partialPath(state_->identifier))
             keeper_ = store;
-        // The process may end at any moment; then the next one goes on with it.
-        file_->setKept(keeper_ != nullptr);
     }
 
     HTTPTransfer::Encoding encoding() const override { return HTTPTransfer::Encoding::asStored; }
@@ -55,6 +40,7 @@ public:
 
     void prepare(URLRequest& request) override
     {
+        open();
         isRanged_ = canContinue() && !request.value("Range");
         if (!isRanged_)
             return;
@@ -125,6 +111,8 @@ public:
     void finish(const std::optional<Error>& error) override
     {
         auto failed = error ? error : openError_;
+        if (failed && !state_->partialPath.empty())
+            open(); // nobody goes on with what is there
         if (file_ && failed && !isGivenAway_)
             file_->setKept(false);
         if (!failed) {
@@ -156,6 +144,8 @@ public:
 
     std::optional<std::string> giveResumeData() override
     {
+        if (!state_->partialPath.empty())
+            open(); // it may not have had its turn
         if (!canContinue())
             return std::nullopt;
         auto place = downloadDirectory() + UUID().string() + ".partial";
@@ -168,6 +158,28 @@ public:
     }
 
 private:
+    // Not before it is this one's turn: files that are open are few in a process, tasks that wait may be many.
+    void open()
+    {
+        if (std::exchange(wasOpened_, true))
+            return;
+        auto file =
+            state_->partialPath.empty() ? DownloadFile::make() : DownloadFile::open(state_->partialPath);
+        if (!file) {
+            openError_ = file.error();
+            return;
+        }
+        file_ = std::move(*file);
+        validator_ = state_->partialValidator;
+        source_ = state_->partialSource;
+        total_ = state_->partialTotal;
+        // What may be whole already is asked for its last byte again: a range needs one.
+        if (total_ && file_->size() >= *total_ && !file_->truncate(*total_ > 0 ? *total_ - 1 : 0))
+            validator_.clear();
+        // The process may end at any moment; then the next one goes on with it.
+        file_->setKept(keeper_ != nullptr);
+    }
+
     Reception forget()
     {
         validator_.clear();
@@ -228,7 +240,7 @@ private:
             if (std::exchange(progress_->isOnItsWay, true))
                 return;
         }
-        state_->core->delegateQueue()->async([state = state_, task = task_, progress = progress_] {
+        state_->core->enqueue([state = state_, task = task_, progress = progress_] {
             std::int64_t total = 0;
             std::int64_t expected = 0;
             std::int64_t news = 0;
@@ -246,7 +258,7 @@ private:
 
     void tellFinished()
     {
-        state_->core->delegateQueue()->async(
+        state_->core->enqueue(
             [state = state_, task = task_, keeper = keeper_, file = std::shared_ptr(std::move(file_))] {
                 if (auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task))
                     delegate->urlSessionDownloadTaskDidFinishDownloading(*state->session, task, file->url());
@@ -263,7 +275,8 @@ private:
     std::shared_ptr<BackgroundStore> keeper_;
     std::shared_ptr<Progress> progress_ = std::make_shared<Progress>();
 
-    std::unique_ptr<DownloadFile> file_; // null when it could not be made, and after the end
+    std::unique_ptr<DownloadFile> file_; // null before its turn, when it could not be made, and after the end
+    bool wasOpened_ = false;
     std::optional<Error> openError_;
     std::string validator_; // of what the file has; empty: it cannot be continued
     std::string source_;    // what the validator is of

@@ -12,6 +12,8 @@ namespace {
 
 // Of connections that nobody uses at present.
 constexpr long mostKept = 64;
+// Of handles that wait for their next request: to make one takes longer than to reset it.
+constexpr std::size_t mostSpare = 64;
 
 } // namespace
 
@@ -25,6 +27,26 @@ HTTPConnections::HTTPConnections()
     ::curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, mostKept);
     // An answer over HTTP/2 that nobody reads would hold up all others on its connection.
     ::curl_multi_setopt(multi_, CURLMOPT_PIPELINING, static_cast<long>(CURLPIPE_NOTHING));
+}
+
+CURL* HTTPConnections::takeHandle()
+{
+    if (spare_.empty()) {
+        auto* made = ::curl_easy_init();
+        precondition(made, "the HTTP library has no memory");
+        return made;
+    }
+    auto* handle = spare_.back();
+    spare_.pop_back();
+    return handle;
+}
+
+void HTTPConnections::giveBack(CURL* handle)
+{
+    if (spare_.size() >= mostSpare)
+        return ::curl_easy_cleanup(handle);
+    ::curl_easy_reset(handle);
+    spare_.push_back(handle);
 }
 
 void HTTPConnections::start(ClientPointer client)

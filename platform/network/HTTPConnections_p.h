@@ -42,6 +42,10 @@ public:
     ~HTTPConnections() = delete;                      // the process ends first
     HTTPConnections(const HTTPConnections&) = delete; // the library knows its address
 
+    // A request that nothing is set of yet. To be given back, in any state, when it is retired and let go.
+    CURL* takeHandle();
+    void giveBack(CURL* handle);
+
     void start(ClientPointer client);
     void resume(ClientPointer client);
     // It is called no more; its connection ends, unless the answer has.
@@ -67,6 +71,7 @@ private:
     void tellEnds();
 
     CURLM* multi_; // fixed after construction
+    std::vector<CURL*> spare_;
     std::vector<ClientPointer> starting_;
     std::vector<ClientPointer> resuming_;
     std::vector<ClientPointer> retiring_;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace platform {
 
@@ -22,7 +23,8 @@ public:
 
     bool isWhole() const { return isWhole_; }
     int status() const { return status_; }
-    const HTTPHeaderFields& fields() const { return fields_; }
+    // Once, when it is whole.
+    HTTPHeaderFields takeFields() { return std::move(fields_); }
 
 private:
     void addPending();

@@ -2,6 +2,8 @@
 #include "platform/network/HTTPRequestHandle_p.h"
 
 #include "platform/foundation/Precondition.h"
+#include "platform/network/HTTPConnections_p.h"
+#include "platform/network/NetworkThread_p.h"
 #include "platform/network/Redirection_p.h"
 
 #include <algorithm>
@@ -31,11 +33,10 @@ curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address)
 } // namespace
 
 HTTPRequestHandle::HTTPRequestHandle(const URLRequest& request, Compression compression)
-    : handle_(::curl_easy_init())
+    : handle_(NetworkThread::shared().connections().takeHandle())
     , body_(request.httpBody)
     , decodes_(compression == Compression::wanted && !request.value("Accept-Encoding"))
 {
-    precondition(handle_, "the HTTP library has no memory");
     // Signals are not its to send, names that nobody asks for any more are not waited for.
     ::curl_easy_setopt(handle_, CURLOPT_NOSIGNAL, 1L);
     ::curl_easy_setopt(handle_, CURLOPT_QUICK_EXIT, 1L);
@@ -57,7 +58,7 @@ HTTPRequestHandle::HTTPRequestHandle(const URLRequest& request, Compression comp
 
 HTTPRequestHandle::~HTTPRequestHandle()
 {
-    ::curl_easy_cleanup(handle_);
+    NetworkThread::shared().connections().giveBack(handle_);
     ::curl_slist_free_all(fields_);
 }
 

@@ -161,7 +161,7 @@ std::size_t HTTPTransfer::State::takeLine(char* bytes, std::size_t, std::size_t 
 
 void HTTPTransfer::State::handleHead()
 {
-    auto fields = head_.fields();
+    auto fields = head_.takeFields();
     auto length = fields.find("Content-Length");
     auto coding = fields.find("Transfer-Encoding");
     bool isChunked = coding != fields.end() && endsInChunks(coding->second);

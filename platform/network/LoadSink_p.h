@@ -26,7 +26,7 @@ public:
     virtual ~LoadSink();
 
     virtual HTTPTransfer::Encoding encoding() const = 0;
-    // Before each request.
+    // Before each request; it may find that nothing can be taken.
     virtual void prepare(URLRequest& request) = 0;
     // `proceed(false)` cancels; for any thread.
     virtual Reception receive(const std::shared_ptr<const HTTPURLResponse>& response,
@@ -49,7 +49,7 @@ public:
     // After finish(): what is told to a completion; empty when the delegate is told. For the delegate queue, once.
     virtual std::move_only_function<void()> takeCompletion() = 0;
     virtual std::int64_t byteCount() const = 0;
-    // Why nothing can be taken; then nothing need be asked for.
+    // Why nothing can be taken; then nothing need be asked for. After prepare().
     virtual std::optional<Error> openError() const { return std::nullopt; }
     // What the cache may keep of it: the body, when it is whole and not too large.
     virtual std::shared_ptr<const std::string> storableBody() { return nullptr; }

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/NetworkThread_p.h"
 
+#include "platform/dispatch/DispatchQueue.h"
 #include "platform/foundation/Precondition.h"
 #include "platform/network/HTTPConnections_p.h"
 
 #include <algorithm>
 #include <atomic>
+#include <deque>
 #include <map>
 #include <mutex>
 #include <pthread.h>
@@ -23,6 +25,8 @@ namespace {
 constexpr auto longestSleep = std::chrono::hours(1);
 // No sum with it overflows.
 constexpr auto longestDelay = std::chrono::hours(24 * 365);
+// Of work that was given, between two looks at the connections: the first loads go out while the others are prepared.
+constexpr std::size_t mostAtOnce = 16;
 
 } // namespace
 
@@ -37,18 +41,20 @@ struct NetworkThread::State {
 
     std::atomic<bool> isOver = false;
     std::mutex mutex;
-    std::vector<Work> waiting; // guarded by mutex
+    std::deque<Work> waiting; // guarded by mutex
 
     // network thread only
     using TimerKey = std::pair<Clock::time_point, std::uint64_t>;
     std::map<TimerKey, Work> timers;
     std::uint64_t lastTimer = 0;
     std::vector<std::shared_ptr<NetworkDescriptor>> descriptors;
+    std::vector<std::pair<std::shared_ptr<DispatchQueue>, Work>> news;
 
     bool isCurrent() const { return std::this_thread::get_id() == identity; }
     void runWork();
     void runTimers();
     void handleDescriptors();
+    void giveNews();
     void wait();
 };
 
@@ -69,19 +75,18 @@ NetworkThread& NetworkThread::shared()
 NetworkThread::NetworkThread()
     : state_(std::make_unique<State>())
 {
-    // Signals are the program's business; that a server has gone is learnt from the write that fails.
-    sigset_t all;
-    sigset_t before;
-    ::sigfillset(&all);
-    ::pthread_sigmask(SIG_SETMASK, &all, &before);
     std::unique_lock lock(state_->mutex); // until the thread knows itself
     state_->thread = std::thread([this] {
         ::pthread_setname_np(::pthread_self(), "zelk-network");
+        // That a server has gone is learnt from the write that fails. No more than that: threads that are started from
+        // here inherit it.
+        sigset_t mask;
+        ::sigemptyset(&mask);
+        ::sigaddset(&mask, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &mask, nullptr);
         run();
     });
     state_->identity = state_->thread.get_id();
-    lock.unlock();
-    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 void NetworkThread::run()
@@ -93,19 +98,22 @@ void NetworkThread::run()
         state_->connections->drive();
         state_->runTimers();
         state_->handleDescriptors();
+        state_->giveNews();
         state_->wait();
     }
 }
 
 void NetworkThread::State::runWork()
 {
-    std::vector<Work> due;
-    {
-        std::lock_guard lock(mutex);
-        due.swap(waiting);
+    for (std::size_t count = 0; count < mostAtOnce; ++count) {
+        std::unique_lock lock(mutex);
+        if (waiting.empty())
+            return;
+        auto work = std::move(waiting.front());
+        waiting.pop_front();
+        lock.unlock();
+        work();
     }
-    for (auto& work : due)
-        std::exchange(work, nullptr)();
 }
 
 void NetworkThread::State::runTimers()
@@ -126,14 +134,20 @@ void NetworkThread::State::handleDescriptors()
     std::erase_if(descriptors, [](auto& descriptor) { return descriptor->descriptor() < 0; });
 }
 
+void NetworkThread::State::giveNews()
+{
+    for (auto& [queue, work] : std::exchange(news, {}))
+        queue->async(std::move(work));
+}
+
 void NetworkThread::State::wait()
 {
-    auto until = Clock::now() + longestSleep;
     {
         std::lock_guard lock(mutex);
         if (!waiting.empty())
-            until = {};
+            return; // connections are looked at in the next turn all the same
     }
+    auto until = Clock::now() + longestSleep;
     if (!timers.empty())
         until = std::min(until, timers.begin()->first.first);
     std::vector<HTTPConnections::Other> others;
@@ -160,7 +174,7 @@ void NetworkThread::perform(Work work)
         std::lock_guard lock(state_->mutex);
         state_->waiting.push_back(std::move(work));
         if (state_->waiting.size() > 1)
-            return; // it is being woken
+            return; // it is awake or being woken
     }
     if (!state_->isCurrent())
         state_->connections->wake();
@@ -181,6 +195,11 @@ Token NetworkThread::after(Clock::duration delay, Work work)
     State::TimerKey key{Clock::now() + std::min<Clock::duration>(delay, longestDelay), ++state_->lastTimer};
     state_->timers.emplace(key, std::move(work));
     return Token([this, key] { state_->timers.erase(key); });
+}
+
+void NetworkThread::tell(const std::shared_ptr<DispatchQueue>& queue, Work work)
+{
+    state_->news.emplace_back(queue, std::move(work));
 }
 
 void NetworkThread::lookAfter(std::shared_ptr<NetworkDescriptor> descriptor)

@@ -10,6 +10,7 @@
 
 namespace platform {
 
+class DispatchQueue;
 class HTTPConnections;
 
 // A descriptor that the network thread looks after besides its connections. Network thread only.
@@ -48,6 +49,8 @@ public:
     // Runs `work` once, `delay` from now, unless the token is cancelled first.
     [[nodiscard]] Token after(Clock::duration delay, Work work);
     void lookAfter(std::shared_ptr<NetworkDescriptor> descriptor);
+    // Gives `work` to the queue when all that is to be done now is done: what many connections bring at once wakes it once.
+    void tell(const std::shared_ptr<DispatchQueue>& queue, Work work);
 
 private:
     struct State;

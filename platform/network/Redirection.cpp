@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <string_view>
 
 namespace platform {
@@ -21,6 +22,21 @@ constexpr auto aboutBody = std::to_array<std::string_view>(
 QUrl libraryURL(const URL& url)
 {
     return QUrl::fromEncoded(QByteArray::fromStdString(url.absoluteString()));
+}
+
+// Whether nothing about the host could be written in another way. Most are so, and no library need look at them.
+bool isPlain(const URL& url)
+{
+    auto text = std::string_view(url.absoluteString());
+    text.remove_prefix(std::min(text.find("//") + 2, text.size()));
+    auto authority = text.substr(0, text.find_first_of("/?#"));
+    auto host = authority.substr(0, authority.find(':'));
+    auto port = authority.substr(std::min(host.size() + 1, authority.size()));
+    bool isPort = port.size() < 5 || (port.size() == 5 && port <= "65535");
+    return isPort && !host.empty() && std::isalnum(static_cast<unsigned char>(host.front()))
+        && host.find("..") == host.npos && host.find("--") == host.npos
+        && std::ranges::all_of(port, [](unsigned char c) { return std::isdigit(c); })
+        && std::ranges::all_of(host, [](unsigned char c) { return std::isalnum(c) || c == '.' || c == '-'; });
 }
 
 int portOf(const QUrl& url)
@@ -47,11 +63,14 @@ void drop(HTTPHeaderFields& fields, const std::array<std::string_view, count>& n
 bool isLoadable(const URL& url)
 {
     auto scheme = url.scheme();
-    return (scheme == "http" || scheme == "https") && !url.host().empty() && libraryURL(url).isValid();
+    return (scheme == "http" || scheme == "https")
+        && (isPlain(url) || (!url.host().empty() && libraryURL(url).isValid()));
 }
 
 std::string addressOf(const URL& url)
 {
+    if (isPlain(url))
+        return url.absoluteString().substr(0, url.absoluteString().find('#'));
     return libraryURL(url).toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment).toStdString();
 }
 

@@ -68,8 +68,6 @@ void TaskLoad::makeSink()
 void TaskLoad::begin()
 {
     makeSink();
-    if (auto reason = sink_->openError())
-        return finish(reason);
     auto longest = core_->configuration().timeoutIntervalForResource;
     resourceTimer_ = NetworkThread::shared().after(timerInterval(longest), [weak = weak_from_this()] {
         if (auto self = weak.lock())
@@ -83,7 +81,7 @@ void TaskLoad::hop(URLRequest request)
     request_ = std::move(request);
     response_ = nullptr;
     isQueued_ = false;
-    deferred_ = std::nullopt;
+    deferred_ = nullptr;
     beginTransaction();
     if (!isLoadable(request_.url))
         return finish(error(NSURLErrorUnsupportedURL));
@@ -96,18 +94,18 @@ void TaskLoad::hop(URLRequest request)
     case LoadCaching::Advice::fail:
         return finish(error(NSURLErrorResourceUnavailable));
     case LoadCaching::Advice::load:
-        return enqueue(caching_.request());
+        return enqueue(std::make_shared<const URLRequest>(caching_.request()));
     }
 }
 
-void TaskLoad::enqueue(URLRequest request)
+void TaskLoad::enqueue(std::shared_ptr<const URLRequest> request)
 {
     std::weak_ptr weak = weak_from_this();
     awaitConditions(request_, [weak, request] {
         auto self = weak.lock();
         if (!self || std::exchange(self->isQueued_, true))
             return;
-        self->core_->whenFree(request.url.host(), [weak, request](URLSessionCore::Slot slot) {
+        self->core_->whenFree(request->url.host(), [weak, request](URLSessionCore::Slot slot) {
             auto load = weak.lock();
             if (!load || load->isOver_)
                 return;
@@ -117,7 +115,7 @@ void TaskLoad::enqueue(URLRequest request)
                 return;
             }
             load->slot_ = std::move(slot);
-            load->send(request);
+            load->send(*request);
         });
     });
 }
@@ -157,6 +155,8 @@ void TaskLoad::send(URLRequest request)
     if (request_.timeoutInterval.count() <= 0)
         request.timeoutInterval = core_->configuration().timeoutIntervalForRequest;
     sink_->prepare(request);
+    if (auto reason = sink_->openError())
+        return finish(reason);
     sizeAtSend_ = sink_->byteCount();
     transaction().resourceFetchType = URLSessionTaskMetricsResourceFetchType::networkLoad;
 
@@ -234,8 +234,7 @@ void TaskLoad::redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequ
     updatePause();
     if (core_->configuration().identifier || !core_->delegateOf<URLSessionTaskDelegate>(*task_))
         return follow(std::move(next));
-    core_->delegateQueue()->async([core = core_, task = task_, state = state_, response,
-                                   next = std::move(next), follow] {
+    core_->enqueue([core = core_, task = task_, state = state_, response, next = std::move(next), follow] {
         if (auto delegate = core->listenerOf<URLSessionTaskDelegate>(*task))
             delegate->urlSessionTaskWillPerformHTTPRedirection(*state->session, task, response, next, follow);
         else
@@ -419,7 +418,7 @@ void TaskLoad::setPaused(bool isPaused)
     if (isPaused)
         slot_ = nullptr;
     else if (deferred_)
-        enqueue(*std::exchange(deferred_, std::nullopt));
+        enqueue(std::exchange(deferred_, nullptr));
     updatePause();
 }
 
@@ -435,8 +434,7 @@ void TaskLoad::cancel(URLSessionTaskState::ResumeDataCompletion resumeData)
         makeSink(); // it was never begun
     auto data = resumeData && !isOver_ ? sink_->giveResumeData() : std::nullopt;
     if (resumeData)
-        core_->delegateQueue()->async(
-            [resumeData = std::move(resumeData), data = std::move(data)] { resumeData(data); });
+        core_->enqueue([resumeData = std::move(resumeData), data = std::move(data)] { resumeData(data); });
     finish(NSError(urlError(NSURLErrorCancelled, request_.url)));
 }
 
@@ -464,8 +462,8 @@ void TaskLoad::finish(std::optional<Error> reason)
         state_->state = URLSessionTask::State::completed;
     }
     bool isForCompletion = static_cast<bool>(completion);
-    core_->delegateQueue()->async([core = core_, task = task_, state = state_, metrics = std::move(metrics_),
-                                   reason, isForCompletion, completion = std::move(completion)]() mutable {
+    core_->enqueue([core = core_, task = task_, state = state_, metrics = std::move(metrics_), reason,
+                    isForCompletion, completion = std::move(completion)]() mutable {
         if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
             delegate->urlSessionTaskDidFinishCollecting(*state->session, task, metrics);
         if (isForCompletion)

@@ -37,7 +37,7 @@ private:
     // Calls `go` as soon as the connection may be used for the request; else finishes.
     void awaitConditions(const URLRequest& request, std::function<void()> go);
     // Sends what is asked for as soon as it may be.
-    void enqueue(URLRequest request);
+    void enqueue(std::shared_ptr<const URLRequest> request);
     void send(URLRequest request);
     // An answer from the cache.
     void deliver(const CachedURLResponse& stored);
@@ -83,7 +83,7 @@ private:
     std::int64_t sizeAtSend_ = 0;
     int restartCount_ = 0;
     int breakCount_ = 0;
-    std::optional<URLRequest> deferred_; // until this goes on
+    std::shared_ptr<const URLRequest> deferred_; // until this goes on
     bool isSuspended_ = false;
     bool isQueued_ = false;     // this hop's request is on its way
     bool awaitsAnswer_ = false; // of the delegate

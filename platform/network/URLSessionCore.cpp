@@ -14,6 +14,8 @@ namespace {
 
 // To one host, whatever a program wishes: a server takes more for an attack.
 constexpr int mostConnections = 64;
+// Of tasks that are known.
+constexpr std::size_t leastSweep = 64;
 
 } // namespace
 
@@ -47,7 +49,11 @@ void URLSessionCore::enter(const std::shared_ptr<URLSessionTask>& task)
     auto& state = *task->state_;
     std::lock_guard lock(mutex_);
     precondition(!isInvalid_, "a task is made in a session that was made invalid");
-    std::erase_if(tasks_, [](auto& entry) { return entry.second.expired(); });
+    // Those that were let go unstarted. Seldom, as each time all are looked at.
+    if (tasks_.size() >= nextSweep_) {
+        std::erase_if(tasks_, [](auto& entry) { return entry.second.expired(); });
+        nextSweep_ = std::max(leastSweep, tasks_.size() * 2);
+    }
     if (state.identifier == 0)
         state.identifier = lastIdentifier_ + 1;
     lastIdentifier_ = std::max(lastIdentifier_, state.identifier);
@@ -76,7 +82,7 @@ void URLSessionCore::taskDidEnd(const std::shared_ptr<URLSessionTask>& task)
             invalidationIsDue_ = false;
     }
     if (endsRestored)
-        delegateQueue_->async([self = shared_from_this(), session] {
+        enqueue([self = shared_from_this(), session] {
             if (auto delegate = self->delegate_.lock())
                 delegate->urlSessionDidFinishEventsForBackgroundURLSession(*session);
         });
@@ -101,6 +107,11 @@ void URLSessionCore::describe(URLSessionTask& task, const std::string& descripti
         store_->describe(task.taskIdentifier(), description);
 }
 
+void URLSessionCore::enqueue(DispatchQueue::Work work)
+{
+    NetworkThread::shared().tell(delegateQueue_, std::move(work));
+}
+
 bool URLSessionCore::isCancelled(URLSessionTask& task)
 {
     std::lock_guard lock(task.state_->mutex);
@@ -123,9 +134,11 @@ void URLSessionCore::invalidate(const std::shared_ptr<URLSession>& session)
 
 void URLSessionCore::tellInvalidated(const std::shared_ptr<URLSession>& session)
 {
-    delegateQueue_->async([self = shared_from_this(), session] {
-        if (auto delegate = self->delegate_.lock())
-            delegate->urlSessionDidBecomeInvalid(*session, std::nullopt);
+    NetworkThread::shared().perform([self = shared_from_this(), session] {
+        self->enqueue([self, session] {
+            if (auto delegate = self->delegate_.lock())
+                delegate->urlSessionDidBecomeInvalid(*session, std::nullopt);
+        });
     });
 }
 

@@ -52,11 +52,13 @@ public:
     {
         return isCancelled(task) ? nullptr : delegateOf<Delegate>(task);
     }
-    // Calls `call(delegate)` on the delegate queue, if there is such a delegate then.
+    // Gives `work` to the delegate queue, with what else is to be told now. Network thread only.
+    void enqueue(DispatchQueue::Work work);
+    // Calls `call(delegate)` on the delegate queue, if there is such a delegate then. Network thread only.
     template <class Delegate, class Call>
     void tell(const std::shared_ptr<URLSessionTask>& task, Call call)
     {
-        delegateQueue_->async([self = shared_from_this(), task, call = std::move(call)]() mutable {
+        enqueue([self = shared_from_this(), task, call = std::move(call)]() mutable {
             if (auto delegate = self->template listenerOf<Delegate>(*task))
                 call(*delegate);
         });
@@ -88,6 +90,7 @@ private:
     // guarded by mutex_
     std::size_t lastIdentifier_ = 0;
     std::map<std::size_t, std::weak_ptr<URLSessionTask>> tasks_;
+    std::size_t nextSweep_ = 0;
     std::map<std::size_t, std::shared_ptr<URLSessionTask>> running_;
     bool isInvalid_ = false;
     bool invalidationIsDue_ = false;

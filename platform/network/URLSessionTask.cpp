@@ -95,10 +95,14 @@ void URLSessionTask::resume()
     state_->core->taskWillRun(self);
     NetworkThread::shared().perform([self] {
         auto& state = self->state_;
+        // As it is now: who resumes and who suspends at the same time may have come here in another order.
+        auto now = self->state();
         if (state->load)
-            return state->load->setPaused(false);
-        if (self->state() == State::completed) // cancelled meanwhile
+            return state->load->setPaused(now == State::suspended);
+        if (now == State::completed) // cancelled meanwhile
             return state->core->taskDidEnd(self);
+        if (now == State::suspended)
+            return;
         state->load = std::make_shared<TaskLoad>(self, state);
         state->load->begin();
     });
@@ -116,7 +120,7 @@ void URLSessionTask::suspend()
     }
     NetworkThread::shared().perform([self = sharedFrom(this)] {
         if (auto load = self->state_->load)
-            load->setPaused(true);
+            load->setPaused(self->state() == State::suspended);
     });
 }
 

@@ -90,12 +90,11 @@ private:
     void urlSessionTaskDidComplete(platform::URLSession&, const std::shared_ptr<platform::URLSessionTask>&,
                                    const std::optional<platform::Error>& error) override
     {
-        {
-            std::lock_guard lock(mutex_);
-            error_ = error;
-            ++ends_;
-        }
         add(error ? "error" : "complete");
+        std::lock_guard lock(mutex_);
+        error_ = error;
+        ++ends_; // last, as it is waited for
+        changed_.notify_all();
     }
     void urlSessionDataTaskDidReceiveResponse(platform::URLSession&,
                                               const std::shared_ptr<platform::URLSessionDataTask>&,

@@ -5,6 +5,7 @@
 #include "platform/network/DownloadFile_p.h"
 #include "platform/network/NSURLErrorCodes.h"
 #include "platform/network/NetworkConditions.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/RecordingDelegate.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -54,6 +54,25 @@ void sendRange(Connection& connection, const std::string& file, std::size_t firs
         + std::to_string(first + body.size() - 1) + "/" + std::to_string(file.size()) + "\r\nETag: " + tag
         + "\r\n";
     connection.answer("206 Partial Content", body, range);
+}
+
+// The first ten bytes, and no more.
+void sendBeginning(Connection& connection, const std::string& file)
+{
+    connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(file.size())
+                    + "\r\n\r\n" + file.substr(0, 10));
+    connection.waitForClose();
+}
+
+// Of a download that is cancelled when something of it has come.
+std::optional<std::string> resumeDataOf(URLSession& session, const URL& url, RecordingDelegate& delegate)
+{
+    auto task = session.downloadTask(URLRequest(url));
+    task->resume();
+    EXPECT_TRUE(delegate.waitForCall("progress"));
+    std::promise<std::optional<std::string>> produced;
+    task->cancelByProducingResumeData([&](auto data) { produced.set_value(std::move(data)); });
+    return produced.get_future().get();
 }
 
 const Case cases[] = {
@@ -171,27 +190,26 @@ TEST(Download, resumeDataGoesOnWhereTheTaskWasCancelled)
     ScriptedServer server([&](Connection& connection, const Request& request) {
         if (request.field("Range"))
             return sendRange(connection, oldFile, 10, "\"1\"");
-        connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(oldFile.size())
-                        + "\r\n\r\n" + oldFile.substr(0, 10));
-        connection.waitForClose();
+        sendBeginning(connection, oldFile);
     });
     auto delegate = std::make_shared<RecordingDelegate>();
     auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
-    auto task = session->downloadTask(URLRequest(server.url("/file")));
-    task->resume();
-    ASSERT_TRUE(delegate->waitForCall("progress"));
-    std::promise<std::optional<std::string>> produced;
-    task->cancelByProducingResumeData([&](auto data) { produced.set_value(std::move(data)); });
-    auto data = produced.get_future().get();
+    auto data = resumeDataOf(*session, server.url("/file"), *delegate);
     ASSERT_TRUE(data);
+    // One that was cancelled before its turn gives back what it was given.
     ASSERT_TRUE(delegate->waitForEnds(1));
+    std::promise<std::optional<std::string>> unused;
+    session->downloadTask(*data)->cancelByProducingResumeData(
+        [&](auto given) { unused.set_value(std::move(given)); });
+    data = unused.get_future().get();
+    ASSERT_TRUE(data);
     session->downloadTask(*data)->resume();
-    ASSERT_TRUE(delegate->waitForEnds(2));
+    ASSERT_TRUE(delegate->waitForEnds(3));
     EXPECT_EQ(delegate->body(), oldFile);
     EXPECT_EQ(delegate->resumeOffsets(), std::vector<std::int64_t>{10});
 
     session->downloadTask("nonsense")->resume();
-    ASSERT_TRUE(delegate->waitForEnds(3));
+    ASSERT_TRUE(delegate->waitForEnds(4));
     EXPECT_EQ(delegate->error()->bridged().code(), NSURLErrorUnsupportedURL);
 }
 
@@ -208,18 +226,11 @@ TEST(Download, aTagIsBelievedOnlyOfTheResourceThatGaveIt)
             return sendRange(connection, file, 10, "\"1\"");
         if (hasMoved)
             return void(connection.answer("200 OK", file, "ETag: \"1\"\r\n"));
-        connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(file.size())
-                        + "\r\n\r\n" + file.substr(0, 10));
-        connection.waitForClose();
+        sendBeginning(connection, file);
     });
     auto delegate = std::make_shared<RecordingDelegate>();
     auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
-    auto task = session->downloadTask(URLRequest(server.url("/file")));
-    task->resume();
-    ASSERT_TRUE(delegate->waitForCall("progress"));
-    std::promise<std::optional<std::string>> produced;
-    task->cancelByProducingResumeData([&](auto data) { produced.set_value(std::move(data)); });
-    auto data = produced.get_future().get();
+    auto data = resumeDataOf(*session, server.url("/file"), *delegate);
     ASSERT_TRUE(data);
     hasMoved = true;
     session->downloadTask(*data)->resume();
@@ -237,9 +248,7 @@ TEST(Download, aBackgroundSessionGoesOnWithWhatAnEarlierOneLeft)
             described.wait(); // or it might be over before anybody asks
             return sendRange(connection, oldFile, 10, "\"1\"");
         }
-        connection.send("HTTP/1.1 200 OK\r\nETag: \"1\"\r\nContent-Length: " + std::to_string(oldFile.size())
-                        + "\r\n\r\n" + oldFile.substr(0, 10));
-        connection.waitForClose();
+        sendBeginning(connection, oldFile);
     });
     // The first start is a process of its own, which is killed in the middle. It runs this test again, and loads from the
     // server of the one that waits for it.
@@ -376,22 +385,36 @@ TEST(Download, aFileThatMayNotGrowFailsTheTaskAndLeavesNoFile)
         connection.answer("200 OK", std::string(1'000'000, 'x'));
     });
     auto directory = downloadDirectory();
-    // A limit of the process on files stands in for the disk's end; its signal would stop the process.
-    auto* handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    rlimit small{100'000, before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &small);
+    std::optional<tests::FullDisk> disk(100'000);
     auto delegate = std::make_shared<RecordingDelegate>();
     auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
     session->downloadTask(URLRequest(server.url("/")))->resume();
     EXPECT_TRUE(delegate->waitForEnds());
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
+    disk.reset();
     EXPECT_EQ(delegate->error()->bridged().code(), NSURLErrorCannotWriteToFile);
     EXPECT_EQ(std::ranges::count_if(std::filesystem::directory_iterator(directory),
                                     [](auto& entry) { return entry.path().extension() == ".download"; }),
               0);
+}
+
+TEST(Download, thoseThatWaitForTheirTurnHoldNoFiles)
+{
+    ScriptedServer server(
+        [](Connection& connection, const Request&) { connection.answer("200 OK", "five!"); });
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few{200, before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    auto delegate = std::make_shared<RecordingDelegate>();
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    std::vector<std::shared_ptr<URLSessionTask>> tasks;
+    for (int i = 0; i < 400; ++i) {
+        tasks.push_back(session->downloadTask(URLRequest(server.url("/file"))));
+        tasks.back()->resume();
+    }
+    EXPECT_TRUE(delegate->waitForEnds(tasks.size()));
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_TRUE(std::ranges::none_of(tasks, [](auto& task) { return task->error().has_value(); }));
 }
 
 } // namespace platform

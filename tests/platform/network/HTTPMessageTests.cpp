@@ -42,7 +42,7 @@ TEST(HTTPMessage, ofAHeadOnlyWhatMayBeBelievedIsKept)
             whole += head.take(line) == HTTPHead::Reading::isWhole ? 1 : 0;
         EXPECT_EQ(whole, status >= 200 ? 1 : 0);
         EXPECT_EQ(head.status(), status);
-        EXPECT_EQ(head.fields(), fields);
+        EXPECT_EQ(head.takeFields(), fields);
     }
 }
 

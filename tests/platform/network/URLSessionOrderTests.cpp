@@ -229,6 +229,7 @@ TEST(URLSessionOrder, aTaskThatIsSuspendedAtEachPieceGetsThemAll)
     URLRequest request(server.url("/"));
     std::vector<std::shared_ptr<URLSessionTask>> tasks{session->dataTask(request),
                                                        session->downloadTask(request)};
+    std::size_t count = 0;
     for (auto& task : tasks) {
         task->resume();
         while (task->state() != URLSessionTask::State::completed) {
@@ -237,6 +238,7 @@ TEST(URLSessionOrder, aTaskThatIsSuspendedAtEachPieceGetsThemAll)
         }
         EXPECT_EQ(task->error(), std::nullopt);
         EXPECT_EQ(task->countOfBytesReceived(), 10'000'000);
+        EXPECT_TRUE(delegate->waitForEnds(++count));
     }
 }
 
