@@ -14,7 +14,9 @@ const char bundleFinder = 0;
 
 const std::shared_ptr<platform::Bundle>& zelkKitBundle()
 {
-    static const auto bundle = openZelkKitBundle(zelkKitBundleDirectories());
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& bundle =
+        *new std::shared_ptr<platform::Bundle>(openZelkKitBundle(zelkKitBundleDirectories()));
     return bundle;
 }
 

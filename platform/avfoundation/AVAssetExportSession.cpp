@@ -37,7 +37,7 @@ class Turns {
 public:
     static Turns& shared()
     {
-        static Turns turns;
+        static auto& turns = *new Turns; // never destroyed: threads may still run while the process exits
         return turns;
     }
     void take(const void* taker, std::function<void()> run)

@@ -53,7 +53,8 @@ double lightOfSRGB(double value)
 
 const std::vector<std::uint8_t>& sRGBEncoding()
 {
-    static const std::vector<std::uint8_t> table = [] {
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& table = *new std::vector<std::uint8_t>([] {
         std::vector<std::uint8_t> bytes(encodingSize);
         for (std::size_t index = 0; index < encodingSize; ++index) {
             const double light = static_cast<double>(index) / (encodingSize - 1);
@@ -62,7 +63,7 @@ const std::vector<std::uint8_t>& sRGBEncoding()
             bytes[index] = static_cast<std::uint8_t>(std::lround(value * 255));
         }
         return bytes;
-    }();
+    }());
     return table;
 }
 

@@ -72,7 +72,8 @@ Bundle::Bundle(Token, URL bundleURL, PropertyListDictionary information,
 
 const std::shared_ptr<Bundle>& Bundle::main()
 {
-    static const auto instance = forExecutable(runningExecutable());
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& instance = *new std::shared_ptr<Bundle>(forExecutable(runningExecutable()));
     return instance;
 }
 

@@ -29,13 +29,14 @@ bool continues(char byte)
 
 std::unique_ptr<icu::BreakIterator> makeIterator()
 {
-    // Reading the rules takes longer than breaking a line; copies share them.
-    static const std::unique_ptr<icu::BreakIterator> original = [] {
+    // Reading the rules takes longer than breaking a line; copies share them. Never destroyed: threads may still run while
+    // the process exits.
+    static const auto* original = [] {
         auto status = U_ZERO_ERROR;
         std::unique_ptr<icu::BreakIterator> made(
             icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
         precondition(U_SUCCESS(status), "the rules of user-perceived characters are missing from ICU's data");
-        return made;
+        return made.release();
     }();
     return std::unique_ptr<icu::BreakIterator>(original->clone());
 }

@@ -132,7 +132,8 @@ const UpperHalf* upperHalf(TextEncoding encoding)
     if (!isOneByte(row))
         return nullptr;
     static std::mutex mutex;
-    static std::map<TextEncoding, UpperHalf> halves; // guarded by mutex; entries never change or go
+    // Guarded by mutex; entries never change or go, not even while the process exits and threads may still run.
+    static auto& halves = *new std::map<TextEncoding, UpperHalf>;
     std::lock_guard lock(mutex);
     auto [found, isNew] = halves.try_emplace(encoding);
     if (isNew)

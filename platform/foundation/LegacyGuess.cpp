@@ -69,7 +69,8 @@ struct Language {
 const Language& languageNamed(std::string_view name)
 {
     static std::mutex mutex;
-    static std::map<std::string, Language, std::less<>> languages; // guarded by mutex; entries never change
+    // Guarded by mutex; entries never change. Never destroyed: threads may still run while the process exits.
+    static auto& languages = *new std::map<std::string, Language, std::less<>>;
     std::lock_guard lock(mutex);
     if (auto found = languages.find(name); found != languages.end())
         return found->second;

@@ -195,13 +195,14 @@ std::vector<std::string> Locale::preferredLanguages(const Environment& environme
 
 const std::vector<std::string>& Locale::isoRegionCodes()
 {
-    static const std::vector<std::string> codes = [] {
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& codes = *new std::vector<std::string>([] {
         std::vector<std::string> result;
         for (const char* const* code = icu::Locale::getISOCountries(); *code; ++code)
             result.emplace_back(*code);
         std::ranges::sort(result);
         return result;
-    }();
+    }());
     return codes;
 }
 

@@ -17,7 +17,8 @@ struct LogReceiver {
 
 LogReceiver& receiver()
 {
-    static LogReceiver instance;
+    static auto& instance =
+        *new LogReceiver; // never destroyed: threads may still run while the process exits
     return instance;
 }
 

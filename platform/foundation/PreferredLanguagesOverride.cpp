@@ -28,7 +28,7 @@ struct Override {
 
 Override& currentOverride()
 {
-    static Override instance;
+    static auto& instance = *new Override; // never destroyed: threads may still run while the process exits
     return instance;
 }
 
