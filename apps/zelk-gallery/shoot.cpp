@@ -25,7 +25,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr CGFloat pageWidth = 600;
-constexpr CGFloat highestPage = 4000;
+constexpr CGFloat highestPage = 8000;
 constexpr CGSize wholeWindow{1280, 800};
 
 struct Variant {
@@ -36,9 +36,12 @@ struct Variant {
 std::vector<Variant> variants(double scale)
 {
     using enum UIUserInterfaceLayoutDirection;
-    return {{"light", {.displayScale = scale}},
-            {"dark", {.userInterfaceStyle = UIUserInterfaceStyle::dark, .displayScale = scale}},
-            {"rtl", {.layoutDirection = rightToLeft, .displayScale = scale}}};
+    return {
+        {"light", {.displayScale = scale}},
+        {"dark", {.userInterfaceStyle = UIUserInterfaceStyle::dark, .displayScale = scale}},
+        {"rtl", {.layoutDirection = rightToLeft, .displayScale = scale}},
+        {"large",
+         {.preferredContentSizeCategory = UIContentSizeCategory::accessibilityLarge, .displayScale = scale}}};
 }
 
 struct Picture {
@@ -56,8 +59,11 @@ Picture pagePicture(const Page& page, const UITraitCollection& traits)
     auto window = std::make_shared<UIWindow>(CGRect::make(0, 0, pageWidth, highestPage));
     window->setBaseTraits(traits);
     window->setRootViewController(controller);
+    window->showOffscreen();
+    window->layoutNow();
     auto height = std::ceil(controller->sizeThatFits({pageWidth, highestPage}).height);
     window->setRootViewController(nullptr);
+    window->close();
     return {std::make_shared<UIHostingController<decltype(root)>>(root),
             {pageWidth, std::min(height, highestPage)},
             page.moment};

@@ -131,9 +131,9 @@ TEST(Gallery, paintsPicturesOfEachVariantWithoutADisplay)
     for (const auto& file : std::filesystem::directory_iterator(folder.path() + "/made"))
         names.push_back(file.path().filename());
     std::ranges::sort(names);
-    EXPECT_EQ(
-        names,
-        (std::vector<std::string>{"shimmer-dark@2x.png", "shimmer-light@2x.png", "shimmer-rtl@2x.png"}));
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"shimmer-dark@2x.png", "shimmer-large@2x.png", "shimmer-light@2x.png",
+                                        "shimmer-rtl@2x.png"}));
 }
 
 TEST(Gallery, saysWhatIsWrongWithItsCommandLine)

@@ -48,11 +48,10 @@ struct Gallery {
         auto showsPages = settings->showsPages.get();
         return GeometryReader{[showsPages](const GeometryProxy& proxy) {
                    auto isNarrow = proxy.size.width < narrowWindow;
-                   auto content = VStack{
-                       {.spacing = 0},
-                       settingsBar(isNarrow ? BarWidth::narrow : BarWidth::wide),
-                       Divider{},
-                       when(isNarrow && showsPages, [] { return sidebar(); }, [] { return OpenPage{}; })};
+                   auto content = VStack{{.spacing = 0},
+                                         settingsBar(isNarrow ? BarWidth::narrow : BarWidth::wide),
+                                         Divider{},
+                                         isNarrow && showsPages ? sidebar() : AnyView(OpenPage{})};
                    auto ground = Color{UIColor::dynamic({0.925, 0.925, 0.945}, {0.09, 0.09, 0.10})};
                    return HStack{{.spacing = 0},
                                  when(!isNarrow,

@@ -5,6 +5,7 @@
 #include "kit/theme/CornerRadius.h"
 #include "kit/theme/GridSize.h"
 #include "kit/theme/Spacing.h"
+#include "platform/dispatch/DispatchQueue.h"
 #include "platform/swiftui/swiftui.h"
 
 namespace gallery {
@@ -37,8 +38,9 @@ struct Runner {
 
 struct Timings {
     State<bool> isAway = false;
+    Environment<IsPosedKey> isPosed;
 
-    auto dynamicProperties() { return std::tie(isAway); }
+    auto dynamicProperties() { return std::tie(isAway, isPosed); }
     auto body() const
     {
         auto away = isAway.binding();
@@ -48,7 +50,11 @@ struct Timings {
                       Runner{"easeOut", Animation::easeOut(0.8), *isAway},
                       Runner{"spring", Animation::spring(0.8, 0.5), *isAway},
                       Runner{"delay", Animation::easeOut(0.5).delay(0.3), *isAway},
-                      Button{"Run", [away] { away.set(!away.get()); }}};
+                      Button{"Run", [away] { away.set(!away.get()); }}}
+        | onAppear([away, poses = *isPosed] {
+                   if (poses)
+                       DispatchQueue::main()->async([away] { away.set(true); });
+               });
     }
     bool operator==(const Timings&) const = default;
 };
@@ -109,13 +115,15 @@ Page animationsPage()
             .symbol = "arrow.triangle.2.circlepath",
             .summary = "Implicit or explicit, and each can be interrupted: it goes on "
                        "from where it is.",
-            .exhibits = [] {
-                return std::vector<Exhibit>{
-                    {"Timing", "Press Run again while they run.", AnyView(Timings{})},
-                    {"Forever", "Stands still while less motion is asked for.",
-                     AnyView(Breathing{})},
-                    {"Coming and going", "", AnyView(ComingAndGoing{})}};
-            }};
+            .exhibits =
+                [] {
+                    return std::vector<Exhibit>{
+                        {"Timing", "Press Run again while they run.", AnyView(Timings{})},
+                        {"Forever", "Stands still while less motion is asked for.",
+                         AnyView(Breathing{})},
+                        {"Coming and going", "", AnyView(ComingAndGoing{})}};
+                },
+            .moment = std::chrono::milliseconds{500}};
 }
 
 } // namespace gallery

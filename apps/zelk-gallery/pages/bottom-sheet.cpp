@@ -33,6 +33,12 @@ auto stage(std::string title, std::function<void()> open)
         | background(Color{UIColor::dynamic({0.92, 0.93, 0.97}, {0.05, 0.05, 0.08})});
 }
 
+// Around the stage, which may be of the card's colour.
+auto edge()
+{
+    return RoundedRectangle{CornerRadius::_200 + 1} | fill(UIColor::separator());
+}
+
 struct SheetRow {
     std::string symbol, title, note;
 
@@ -77,8 +83,8 @@ struct FixedSheet {
                                      SheetRow{"trash", "Remove", "It can be undone"}}
                        | padding(EdgeSet::top, Spacing::_100);
                    })
-            | frame({.height = 420}) | cornerRadius(CornerRadius::_200)
-            | onAppear([shown, poses = *isPosed] {
+            | frame({.height = 420}) | cornerRadius(CornerRadius::_200) | padding(1)
+            | background(edge()) | onAppear([shown, poses = *isPosed] {
                    if (poses)
                        shown.set(true);
                });
@@ -112,7 +118,8 @@ struct FittingSheet {
         };
         return stage("Open the sheet", [shown] { shown.set(true); })
             | zelk::selfSizingBottomSheet(shown, content) | frame({.height = 420})
-            | cornerRadius(CornerRadius::_200) | onAppear([shown, poses = *isPosed] {
+            | cornerRadius(CornerRadius::_200) | padding(1) | background(edge())
+            | onAppear([shown, poses = *isPosed] {
                    if (poses)
                        shown.set(true);
                });

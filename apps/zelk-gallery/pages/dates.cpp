@@ -52,8 +52,9 @@ struct Appointment {
 
 // [Colours]
 struct Colouring {
-    State<UIColor> ink = UIColor::systemIndigo();
-    State<UIColor> paper = UIColor::systemYellow().withAlphaComponent(0.3);
+    // The same by day and by night, as on paper.
+    State<UIColor> ink = UIColor(0.27, 0.21, 0.62);
+    State<UIColor> paper = UIColor(1, 0.91, 0.6);
 
     auto dynamicProperties() { return std::tie(ink, paper); }
     auto body() const

@@ -6,6 +6,7 @@
 #include "kit/theme/Spacing.h"
 #include "kit/ui/ZelkNavigationView.h"
 #include "platform/swiftui/Form.h"
+#include "platform/swiftui/GeometryReader.h"
 #include "platform/swiftui/List.h"
 #include "platform/swiftui/NavigationLink.h"
 #include "platform/swiftui/NavigationView.h"
@@ -14,6 +15,7 @@
 #include "platform/swiftui/Toggle.h"
 #include "platform/swiftui/swiftui.h"
 
+#include <algorithm>
 #include <ranges>
 
 namespace gallery {
@@ -62,23 +64,44 @@ struct Settings {
 // [/]
 
 // [One step deeper]
+auto planets()
+{
+    auto destination = [](const std::string& name) {
+        return VStack{Image{.systemName = "globe"} | font(Font::system(64)) | tinted(),
+                      Text{"This is " + name}}
+        | navigationTitle(name);
+    };
+    std::vector<std::string> names{"Mercury", "Venus", "Earth", "Mars"};
+    return List{names, std::identity{},
+                [destination](const std::string& name) {
+                    return NavigationLink{name, destination(name)};
+                }}
+    | navigationTitle("Planets");
+}
+
 auto navigation()
 {
-    return ZelkNavigationView{[] {
-               auto destination = [](const std::string& name) {
-                   return VStack{Image{.systemName = "globe"} | font(Font::system(64))
-                                     | tinted(),
-                                 Text{"This is " + name}}
-                   | navigationTitle(name);
-               };
-               std::vector<std::string> planets{"Mercury", "Venus", "Earth", "Mars"};
-               return List{planets, std::identity{},
-                           [destination](const std::string& name) {
-                               return NavigationLink{name, destination(name)};
-                           }}
-               | navigationTitle("Planets");
-           }}
-    | frame({.height = 320}) | cornerRadius(CornerRadius::_150);
+    return ZelkNavigationView{[] { return planets(); }} | frame({.height = 320})
+        | cornerRadius(CornerRadius::_150);
+}
+// [/]
+
+// [Side by side]
+auto columns()
+{
+    auto window = [](const GeometryProxy& place) {
+        // As a window of that width shows it, made smaller where there is less room.
+        constexpr CGFloat width = 720;
+        auto scale = std::min(place.size.width / width, 1.0);
+        auto hint = Text{"Choose a planet"} | foregroundColor(UIColor::secondaryLabel());
+        return NavigationView{planets(), hint}
+        | navigationViewStyle(NavigationViewStyle::columns)
+            | frame({.width = place.size.width / scale,
+                     .height = place.size.height / scale})
+            | scaleEffect(scale, UnitPoint::topLeading());
+    };
+    return GeometryReader{window} | frame({.height = 280})
+        | cornerRadius(CornerRadius::_150);
 }
 // [/]
 
@@ -98,7 +121,10 @@ Page listsPage()
                      AnyView(Tracks{})},
                     {"Groups", "", AnyView(Settings{})},
                     {"One step deeper", "Press a row; Escape or the arrow leads back.",
-                     AnyView(navigation())}};
+                     AnyView(navigation())},
+                    {"Side by side",
+                     "In a wide window what is chosen stands beside the list.",
+                     AnyView(columns())}};
             }};
 }
 

@@ -43,10 +43,10 @@ auto weights()
     auto sample = [](const auto& each) {
         return VStack{Image{.systemName = "magnifyingglass"}
                           | font(Font::system(34).weight(each.second)),
-                      Text{each.first} | font(Font::caption())
+                      Text{each.first} | font(Font::caption()) | lineLimit(1)
                           | foregroundColor(UIColor::secondaryLabel())};
     };
-    return HStack{{.spacing = Spacing::_300},
+    return HStack{{.spacing = Spacing::_150},
                   ForEach{list, &std::pair<std::string, FontWeight>::first, sample}};
 }
 // [/]

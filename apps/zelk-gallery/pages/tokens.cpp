@@ -45,7 +45,7 @@ auto spacings()
         return HStack{
             {.spacing = Spacing::_150},
             caption(token.name)
-                | frame({.width = GridSize::_300, .alignment = Alignment::leading()}),
+                | frame({.width = GridSize::_400, .alignment = Alignment::leading()}),
             RoundedRectangle{2} | tinted()
                 | frame({.width = token.value, .height = GridSize::_50}),
             caption(std::to_string(int(token.value))),
@@ -101,7 +101,8 @@ struct Speed {
         };
         auto ball = Circle{} | tinted()
             | frame({.width = GridSize::_150, .height = GridSize::_150});
-        return HStack{Button{title, move} | frame({.width = GridSize::_600}),
+        return HStack{Button{title, move} | lineLimit(1)
+                          | flexibleFrame({.minWidth = GridSize::_600}),
                       when(*isAtEnd, [] { return Spacer{}; }), ball,
                       when(!*isAtEnd, [] { return Spacer{}; })};
     }
