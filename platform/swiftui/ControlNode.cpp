@@ -5,6 +5,7 @@
 #include "platform/uikit/UIView.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 
@@ -19,6 +20,10 @@ void ControlNode::readSurroundings(UIView& view)
     view.setSemanticContentAttribute(environment<LayoutDirectionKey>() == LayoutDirection::rightToLeft
                                          ? UISemanticContentAttribute::forceRightToLeft
                                          : UISemanticContentAttribute::forceLeftToRight);
+    // Text of another size takes another room.
+    auto textSize = std::pair{environment<SizeCategoryKey>(), environment<TextScaleKey>()};
+    if (auto former = std::exchange(textSize_, textSize); former && former != textSize)
+        invalidateLayout();
     // Whoever finds the view and tints it keeps that until the surroundings have another tint.
     if (auto tint = environment<TintKey>(); tint != tint_) {
         tint_ = tint;

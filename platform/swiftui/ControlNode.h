@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/graphics/UIContentSizeCategory.h"
 #include "platform/swiftui/PlatformViewNode.h"
 #include "platform/uikit/UIControl.h"
 
@@ -30,6 +31,7 @@ protected:
     void nameView(UIView& view, const std::string& label);
 
 private:
+    std::optional<std::pair<UIContentSizeCategory, double>> textSize_; // that it was last laid out with
     std::optional<UIColor> tint_;
     std::string name_;
 };

@@ -132,6 +132,27 @@ TEST(Controls, that_are_disabled_do_nothing_and_say_so)
     EXPECT_FALSE(harness.press(UIKeyCode::tab)) << "there is nothing to go to";
 }
 
+TEST(Controls, grow_with_the_text_of_the_desktop)
+{
+    Owner<std::string> name{"Ada"};
+    Owner<int> flavour{0};
+    DeclarativeHarness harness({320, 480});
+    harness.show(VStack{TextField{"Name", name.binding()},
+                        Picker<int>{"Flavour", flavour.binding(), {{0, "Mint"}, {1, "Lemon"}}}
+                            | pickerStyle(PickerStyle::menu)});
+    auto heights = [&] {
+        return std::pair{harness.find(textField).frame().height(), harness.find(menuButton).frame().height()};
+    };
+    auto [field, menu] = heights();
+    harness.changeTraits([](UITraitCollection& traits) {
+        traits.preferredContentSizeCategory = UIContentSizeCategory::accessibilityLarge;
+    });
+    harness.settle();
+    auto [largeField, largeMenu] = heights();
+    EXPECT_GT(largeField, field * 1.4);
+    EXPECT_GT(largeMenu, menu * 1.4);
+}
+
 TEST(Slider, tells_when_it_is_taken_and_let_go)
 {
     std::string log;
