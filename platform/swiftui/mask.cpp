@@ -3,6 +3,9 @@
 
 #include "platform/swiftui/PlatformViewNode.h"
 #include "platform/swiftui/alignedRect.h"
+#include "platform/uikit/ViewAnimator.h"
+
+#include <utility>
 
 namespace platform {
 
@@ -23,10 +26,23 @@ public:
 
     const std::shared_ptr<GroupView> view;
     bool isPlaced = false;
+    CGSize size; // of what is masked
 
 private:
     const MaskNode& node_; // owns this
 };
+
+namespace {
+
+void stopMoving(UIView& view)
+{
+    if (view.isAnimating())
+        ViewAnimator::removeAll(view);
+    for (const auto& subview : view.subviews())
+        stopMoving(*subview);
+}
+
+} // namespace
 
 MaskNode::MaskNode(const NodeContext& context, Alignment alignment)
     : GroupNode(context)
@@ -71,6 +87,9 @@ void MaskNode::arrange(CGRect rect, const ProposedSize& proposal)
     auto offer = ProposedSize::of(rect.size);
     maskChild_->place(alignedRect(*this, *maskChild_, maskChild_->sizeThatFits(offer), alignment_, inside),
                       offer);
+    // What moves in the mask for a reason of its own, perhaps for ever, is not to move to its new size as well.
+    if (std::exchange(maskContainer_->size, rect.size) != rect.size && !UIView::currentAnimation())
+        stopMoving(*maskContainer_->view);
 }
 
 } // namespace platform

@@ -69,6 +69,19 @@ TEST(Shimmer, sweeps_from_the_leading_top_corner_to_the_trailing_bottom_one_for_
     }
 }
 
+TEST(Shimmer, is_as_large_as_its_content_from_the_first_moment)
+{
+    auto inkOf = [](auto view) {
+        DeclarativeHarness harness(
+            {400, 100}, {.preferredContentSizeCategory = UIContentSizeCategory::accessibilityLarge});
+        harness.show(std::move(view)); // by now its text is larger than when it came
+        harness.advance(2900ms);
+        return harness::inkBounds(harness.snapshot());
+    };
+    auto text = Text{"Slide to unlock"} | font(Font::title());
+    EXPECT_EQ(inkOf(text | shimmering(true, {.duration = 1.2, .bounce = true})), inkOf(text));
+}
+
 TEST(Shimmer, that_is_not_active_leaves_the_content_as_it_is_and_switching_makes_both_anew)
 {
     struct Counter {
