@@ -11,6 +11,7 @@
 namespace gallery {
 
 using namespace platform;
+using namespace std::chrono_literals;
 using zelk::CornerRadius;
 using zelk::GridSize;
 using zelk::Spacing;
@@ -53,7 +54,8 @@ struct Timings {
                       Button{"Run", [away] { away.set(!away.get()); }}}
         | onAppear([away, poses = *isPosed] {
                    if (poses)
-                       DispatchQueue::main()->async([away] { away.set(true); });
+                       DispatchQueue::main()->asyncAfter(100ms,
+                                                         [away] { away.set(true); });
                });
     }
     bool operator==(const Timings&) const = default;
@@ -123,7 +125,7 @@ Page animationsPage()
                          AnyView(Breathing{})},
                         {"Coming and going", "", AnyView(ComingAndGoing{})}};
                 },
-            .moment = std::chrono::milliseconds{500}};
+            .moment = 600ms};
 }
 
 } // namespace gallery

@@ -98,7 +98,8 @@ auto columns()
         | navigationViewStyle(NavigationViewStyle::columns)
             | frame({.width = place.size.width / scale,
                      .height = place.size.height / scale})
-            | scaleEffect(scale, UnitPoint::topLeading());
+            | scaleEffect(scale)
+            | frame({.width = place.size.width, .height = place.size.height});
     };
     return GeometryReader{window} | frame({.height = 280})
         | cornerRadius(CornerRadius::_150);
