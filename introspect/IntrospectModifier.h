@@ -2,15 +2,11 @@
 #pragma once
 
 #include "introspect/IntrospectableViewType.h"
-#include "introspect/IntrospectionAnchorView.h"
 #include "introspect/IntrospectionSelector.h"
 #include "introspect/IntrospectionView.h"
 #include "introspect/PlatformViewVersionPredicate.h"
+#include "introspect/marked.h"
 #include "platform/foundation/UUID.h"
-#include "platform/swiftui/AnyView.h"
-#include "platform/swiftui/accessibility.h"
-#include "platform/swiftui/frame.h"
-#include "platform/swiftui/layered.h"
 
 #include <functional>
 #include <initializer_list>
@@ -44,19 +40,15 @@ struct IntrospectModifier {
     template <platform::View Content>
     platform::AnyView body(const Content& content) const
     {
-        using platform::accessibilityHidden;
         using platform::AnyView;
         if (!selector)
             return AnyView(content);
-        const auto withoutSize = platform::frame({.width = 0, .height = 0});
         const auto find = [selector = selector, scope = scope](platform::UIViewController& probe) {
             return selector->find(probe, scope);
         };
         // Of any type: else the type of the whole, which holds the content marked and as it is, would double with each
         // modifier.
-        const auto marker = [&](auto mark) { return AnyView(mark | withoutSize | accessibilityHidden()); };
-        return AnyView(content | platform::background(marker(IntrospectionAnchorView(id)))
-                       | platform::overlay(marker(IntrospectionView<Target>(id, find, customize))));
+        return marked(AnyView(content), id, AnyView(IntrospectionView<Target>(id, find, customize)));
     }
 };
 

@@ -35,8 +35,7 @@ private:
 };
 
 // Shows the view for as long as it takes that everything has come.
-template <class Root>
-void show(Root root)
+void show(platform::View auto root)
 {
     Screen screen(std::move(root));
     for (int turn = 0; turn < 4; ++turn) {
@@ -54,11 +53,11 @@ using TableView = platform::UITableView;
 using Collection = platform::UICollectionView;
 
 // The older class on 13 to 15, the newer one from 16 on.
-template <class ViewType, class Modified>
-std::string listClass(const ViewType& type, const Modified& modified)
+template <class ViewType>
+std::string listClass(const ViewType& type, platform::View auto modified)
 {
     Found found;
-    show(modified
+    show(platform::AnyView(std::move(modified))
          | introspect(type, iOS(type.iOS.v13, type.iOS.v14, type.iOS.v15), found.as<TableView>("UITableView"))
          | introspect(type, iOS(type.iOS.v16, type.iOS.v17), found.as<Collection>("UICollectionView")));
     return found.name();

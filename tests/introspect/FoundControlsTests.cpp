@@ -12,9 +12,10 @@ using namespace platform;
 namespace {
 
 // Of three alike, `type` finds the one in the middle, which shows its value.
-template <class Found, class ViewType, class V>
-void expectFound(const ViewType& type, const V& view, bool (*showsValue)(const Found&))
+template <class Found, class ViewType>
+void expectFound(const ViewType& type, View auto shown, bool (*showsValue)(const Found&))
 {
+    const AnyView view(std::move(shown));
     std::shared_ptr<Found> found;
     Screen screen(VStack{view,
                          view

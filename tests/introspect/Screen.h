@@ -2,27 +2,27 @@
 #pragma once
 
 #include "platform/dispatch/VirtualClock.h"
-#include "platform/swiftui/UIHostingController.h"
 #include "platform/uikit/UIWindow.h"
+#include "tests/support/harness/DeclarativeHarness.h"
 
 #include <memory>
 
 namespace introspect {
 
 // A declarative view in a window of no display, on a clock that stands still.
-template <platform::View Root>
 class Screen {
 public:
-    using Host = std::shared_ptr<platform::UIHostingController<Root>>;
+    using Host = std::shared_ptr<harness::AnyHostingController>;
 
+    template <platform::View Root>
     explicit Screen(Root root)
         : Screen(std::move(root), [](const Host& alone) { return alone; })
     {
     }
     // `surround` gives the window's root controller, in which the hosting one stands.
-    template <class Surround>
+    template <platform::View Root, class Surround>
     Screen(Root root, const Surround& surround)
-        : host(std::make_shared<platform::UIHostingController<Root>>(std::move(root)))
+        : host(harness::AnyHostingController::make(std::move(root)))
     {
         window->setRootViewController(surround(host));
         window->showOffscreen();
@@ -34,6 +34,7 @@ public:
         clock.settle();
         window->layoutNow();
     }
+    template <platform::View Root>
     void show(Root root)
     {
         host->setRootView(std::move(root));
