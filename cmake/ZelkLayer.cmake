@@ -84,11 +84,26 @@ function(zelk_check_headers name)
   endif()
 endfunction()
 
-# zelk_test(FOLDER [SERIAL] [VIEWS] LINKS <targets>): one test program of all sources of tests/FOLDER. Tests run in a
-# temporary home on the off-screen window system, without network. SERIAL: one of them at a time, as they share what
-# the program keeps in its home. VIEWS: most of its sources describe views.
+# zelk_compile_together(TARGET SUFFIX GROUPS...): the sources of a group are read by the compiler as one, which takes half
+# the time: what they all begin with is read once. A group is names in one text, which SUFFIX makes paths of; its sources
+# may not have different things of one name. Sources in no group are compiled one by one.
+function(zelk_compile_together target suffix)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+  foreach(group IN LISTS ARGN)
+    string(REPLACE " " ";" names "${group}")
+    list(TRANSFORM names APPEND "${suffix}" OUTPUT_VARIABLE sources)
+    list(GET names 0 first)
+    get_filename_component(first "${first}" NAME)
+    set_source_files_properties(${sources} PROPERTIES UNITY_GROUP "${first}")
+  endforeach()
+endfunction()
+
+# zelk_test(FOLDER [SERIAL] [VIEWS] LINKS <targets> [TOGETHER <groups>]): one test program of all sources of tests/FOLDER.
+# Tests run in a temporary home on the off-screen window system, without network. SERIAL: one of them at a time, as they
+# share what the program keeps in its home. VIEWS: most of its sources describe views. TOGETHER: which sources are compiled
+# as one, by what their names have before Tests.cpp.
 function(zelk_test folder)
-  cmake_parse_arguments(TEST "SERIAL;VIEWS" "" "LINKS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(TEST "SERIAL;VIEWS" "" "LINKS;LIBRARIES;TOGETHER" ${ARGN})
   string(REPLACE "/" "_" name "tests_${folder}")
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
   if(NOT sources)
@@ -102,6 +117,10 @@ function(zelk_test folder)
     zelk_precompile(${name} FROM zelk_view_test_headers)
   else()
     zelk_precompile(${name} FROM zelk_test_headers)
+  endif()
+  if(TEST_TOGETHER)
+    string(REGEX REPLACE "([^ ;]+)" "${CMAKE_SOURCE_DIR}/tests/${folder}/\\1" groups "${TEST_TOGETHER}")
+    zelk_compile_together(${name} "Tests.cpp" ${groups})
   endif()
   set(locks)
   if(TEST_SERIAL)
