@@ -42,19 +42,6 @@ TEST(WithAnimation, moves_places_from_where_they_are_to_where_they_go)
     EXPECT_FALSE(harness.find("a").isAnimating());
 }
 
-TEST(WithAnimation, that_is_interrupted_continues_from_where_it_is)
-{
-    auto place = makeHandle<double>();
-    Shown harness(movable(place));
-    withAnimation(Animation::linear(1), [&] { (*place)->set(100); });
-    harness.advance(500ms);
-    withAnimation(Animation::linear(1), [&] { (*place)->set(0); });
-    harness.settle();
-    EXPECT_NEAR(shownWidth(harness), 70, 100 * frameTolerance);
-    harness.advance(500ms);
-    EXPECT_NEAR(shownWidth(harness), 45, 100 * frameTolerance);
-}
-
 TEST(WithAnimation, animates_only_what_is_changed_in_it)
 {
     auto place = makeHandle<double>();
