@@ -292,6 +292,11 @@ void AVCaptureSession::start(Entry& entry)
                 told(*device, error);
         });
     };
+    // It may have been taken back since the input was made.
+    if (AVCaptureDevice::authorizationStatus(device->mediaType()) != AVAuthorizationStatus::authorized) {
+        feed->isRefused = true;
+        feed->stopping.request_stop();
+    }
     entry.feed = feed;
     auto token = feed->stopping.get_token();
     feed->before = LastUses::shared().replace(device->uniqueID(), {token, feed->end});

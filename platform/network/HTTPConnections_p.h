@@ -14,8 +14,8 @@ namespace platform {
 // all sessions: what shares an origin shares its connections. Network thread only, but for wake().
 class HTTPConnections {
 public:
-    // One request, as the library knows it; its owner keeps it until it is retired. The library's own calls come within drive(); any of them may start, resume or
-    // retire clients: that is done when the library has returned.
+    // One request, as the library knows it; its owner keeps it until it is retired. The library's own calls come within
+    // drive(); any of them may start, resume or retire clients: that is done when the library has returned.
     class Client {
     public:
         virtual ~Client();

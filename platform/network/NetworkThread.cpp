@@ -199,6 +199,7 @@ Token NetworkThread::after(Clock::duration delay, Work work)
 
 void NetworkThread::tell(const std::shared_ptr<DispatchQueue>& queue, Work work)
 {
+    assertIsCurrent();
     state_->news.emplace_back(queue, std::move(work));
 }
 

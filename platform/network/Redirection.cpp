@@ -28,7 +28,10 @@ QUrl libraryURL(const URL& url)
 bool isPlain(const URL& url)
 {
     auto text = std::string_view(url.absoluteString());
-    text.remove_prefix(std::min(text.find("//") + 2, text.size()));
+    text.remove_prefix(text.find(':') + 1);
+    if (!text.starts_with("//"))
+        return false;
+    text.remove_prefix(2);
     auto authority = text.substr(0, text.find_first_of("/?#"));
     auto host = authority.substr(0, authority.find(':'));
     auto port = authority.substr(std::min(host.size() + 1, authority.size()));

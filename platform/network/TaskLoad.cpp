@@ -455,6 +455,9 @@ void TaskLoad::finish(std::optional<Error> reason)
     }
     sink_->finish(reason);
     auto completion = sink_->takeCompletion();
+    URLSessionCore::Untold untold;
+    if (state_->kind == URLSessionTaskState::Kind::download && !reason)
+        untold = core_->noteUntold(slot_);
     endTransfer();
     {
         std::lock_guard lock(state_->mutex);
@@ -463,7 +466,8 @@ void TaskLoad::finish(std::optional<Error> reason)
     }
     bool isForCompletion = static_cast<bool>(completion);
     core_->enqueue([core = core_, task = task_, state = state_, metrics = std::move(metrics_), reason,
-                    isForCompletion, completion = std::move(completion)]() mutable {
+                    isForCompletion, completion = std::move(completion),
+                    untold = std::move(untold)]() mutable {
         if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
             delegate->urlSessionTaskDidFinishCollecting(*state->session, task, metrics);
         if (isForCompletion)

@@ -14,6 +14,8 @@ namespace {
 
 // To one host, whatever a program wishes: a server takes more for an attack.
 constexpr int mostConnections = 64;
+// Of files that have come, each open until the delegate has it.
+constexpr int mostUntold = 64;
 // Of tasks that are known.
 constexpr std::size_t leastSweep = 64;
 
@@ -175,6 +177,13 @@ void URLSessionCore::startNext(const std::string& host)
         });
     });
     go(std::move(slot));
+}
+
+URLSessionCore::Untold URLSessionCore::noteUntold(Slot& slot)
+{
+    bool isMuch = ++*untoldCount_ > mostUntold;
+    std::shared_ptr<void> note(nullptr, [count = untoldCount_](void*) { --*count; });
+    return {std::move(note), isMuch ? std::exchange(slot, nullptr) : nullptr};
 }
 
 void URLSessionCore::restoreTasks(const std::shared_ptr<URLSession>& session)

@@ -4,11 +4,13 @@
 #include "platform/network/URLSession.h"
 #include "platform/network/URLSessionTaskState_p.h"
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace platform {
 
@@ -68,6 +70,11 @@ public:
     using Slot = std::shared_ptr<void>;
     void whenFree(const std::string& host, std::function<void(Slot)> go);
 
+    // What has come and has not been told counts as long as the first is kept, which ends on any thread. Where much waits
+    // for the delegate, whoever has come keeps `slot` too, so that no more comes.
+    using Untold = std::pair<std::shared_ptr<void>, Slot>;
+    Untold noteUntold(Slot& slot);
+
     // Of a background session whose files are free: null otherwise.
     const std::shared_ptr<BackgroundStore>& store() const { return store_; }
     // Makes the tasks that an earlier start left; they run on.
@@ -84,6 +91,7 @@ private:
     URLSessionConfiguration configuration_;
     std::weak_ptr<URLSessionDelegate> delegate_;
     std::shared_ptr<DispatchQueue> delegateQueue_;
+    std::shared_ptr<std::atomic<int>> untoldCount_ = std::make_shared<std::atomic<int>>(0);
     std::shared_ptr<BackgroundStore> store_;
 
     std::mutex mutex_;

@@ -99,11 +99,14 @@ void CameraCapture::start()
         pictures_->setSampleBufferDelegate(weak, DispatchQueue::main());
         session_->onRuntimeError = [weak](const AVCaptureDevice& device, const Error& error) {
             auto capture = weak.lock();
+            if (capture && device.mediaType() == AVMediaType::audio) // without a microphone movies are silent
+                return capture->closeInput(AVMediaType::audio);
             if (!capture || !capture->camera_ || device.uniqueID() != capture->camera_->uniqueID())
-                return; // without a microphone movies are silent
+                return;
             capture->closeInput(AVMediaType::video);
             capture->session_->stopRunning();
             capture->setProblem(cameraProblemOf(error));
+            capture->accessChanged(); // it may have been given again before this was told
         };
         devices_ = AVCaptureDevice::observeDevices([weak] {
             if (auto capture = weak.lock())
@@ -221,6 +224,10 @@ void CameraCapture::accessChanged()
     auto status = AVCaptureDevice::authorizationStatus(AVMediaType::video);
     if (isWanted_ && problem_ == CameraProblem::noAccess && status == AVAuthorizationStatus::authorized)
         start();
+    auto hears =
+        AVCaptureDevice::authorizationStatus(AVMediaType::audio) == AVAuthorizationStatus::authorized;
+    if (isWanted_ && hears && options_.recordsMovies && session_->isRunning() && !isRecording())
+        openMicrophone();
 }
 
 void CameraCapture::switchCamera()

@@ -23,7 +23,8 @@ enum class CameraProblem { noCamera, noAccess, inUse, disconnected, unusable, di
 CameraProblem cameraProblemOf(const Error& error);
 
 // The camera behind a picker's page: asks for it, shows what it sees, takes photos and movies, and removes what nobody wants.
-// Comes back by itself when a camera is plugged in, nobody else uses it any more, or the user allows it after all. Main thread only.
+// Comes back by itself when a camera is plugged in, nobody else uses it any more, or the user allows it after all. Main
+// thread only.
 class CameraCapture : public std::enable_shared_from_this<CameraCapture>,
                       public AVCaptureVideoDataOutputSampleBufferDelegate,
                       public AVCapturePhotoCaptureDelegate {

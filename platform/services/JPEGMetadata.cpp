@@ -57,8 +57,8 @@ public:
         if (!bytes_.starts_with("II*\0"sv) && !bytes_.starts_with("MM\0*"sv))
             return false;
         isBigEndian_ = bytes_[0] == 'M';
-        if (auto whole = directoryAt(4))
-            dropSmallCopy(*whole);
+        if (auto whole = directoryAt(4); whole && !dropSmallCopy(*whole))
+            return false;
         auto image = directoryAt(4);
         if (!image)
             return false;
@@ -151,11 +151,12 @@ private:
         put(directory.at, 2, static_cast<std::uint32_t>(--directory.count));
     }
     // The second directory, which shows what was cut away.
-    void dropSmallCopy(const Directory& whole)
+    // Whether it is gone, or there was none.
+    bool dropSmallCopy(const Directory& whole)
     {
         auto copy = directoryAt(whole.end());
         if (!copy)
-            return;
+            return true;
         put(whole.end(), 4, 0);
         auto number = [&](std::uint32_t tag) -> std::size_t {
             auto entry = find(*copy, tag);
@@ -163,6 +164,12 @@ private:
                 return 0;
             return get(*entry + 8, get(*entry + 2, 2) == 3 ? 2 : 4); // a short one stands in the first half
         };
+        // Of a copy in several strips, which nobody writes, the places are no places of bytes.
+        for (auto tag : {stripOffset, stripLength}) {
+            auto entry = find(*copy, tag);
+            if (entry && get(*entry + 4, 4) != 1)
+                return false;
+        }
         const std::pair<std::size_t, std::size_t> parts[] = {{number(copyOffset), number(copyLength)},
                                                              {number(stripOffset), number(stripLength)}};
         for (auto [begin, length] : parts) {
@@ -172,6 +179,7 @@ private:
             if (length > 0 && begin + length == bytes_.size())
                 bytes_.resize(begin);
         }
+        return true;
     }
 
     std::string bytes_;

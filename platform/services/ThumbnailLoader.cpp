@@ -110,8 +110,13 @@ void ThumbnailLoader::cancel(const LibraryFile& file)
 
 void ThumbnailLoader::finish(const LibraryFile& file, const Thumbnail& thumbnail)
 {
-    if (auto former = places_.find(file.path); former != places_.end())
+    bool isOfSize = thumbnail.size == size_;
+    if (auto former = places_.find(file.path); former != places_.end()) {
+        auto& [knownFile, known] = *former->second;
+        if (!isOfSize && knownFile == file && known.size == size_)
+            return; // the later one was faster
         recent_.erase(former->second);
+    }
     recent_.emplace_front(file, thumbnail);
     places_[file.path] = recent_.begin();
     auto pixels = std::max(static_cast<std::size_t>(size_.side) * static_cast<std::size_t>(size_.side), 1UL);
@@ -119,10 +124,11 @@ void ThumbnailLoader::finish(const LibraryFile& file, const Thumbnail& thumbnail
         places_.erase(recent_.back().first.path);
         recent_.pop_back();
     }
-    if (thumbnail.size != size_)
+    auto wanted = wanted_.find(file.path);
+    if (wanted == wanted_.end())
         return;
-    if (auto wanted = wanted_.extract(file.path); !wanted.empty())
-        wanted.mapped()(thumbnail);
+    auto handler = isOfSize ? std::move(wanted_.extract(wanted).mapped()) : wanted->second;
+    handler(thumbnail);
 }
 
 } // namespace platform

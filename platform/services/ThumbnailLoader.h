@@ -41,12 +41,13 @@ public:
     ~ThumbnailLoader();
 
     ThumbnailSize size() const { return size_; }
-    // Of what is loaded from now on. What is on its way is told to nobody: who wants it asks again.
+    // Of what is loaded from now on.
     void setSize(ThumbnailSize size);
 
     // The last one of it, of whatever size.
     std::optional<Thumbnail> cached(const LibraryFile& file);
-    // Calls `handler` once, later, on the main thread, unless it is cancelled.
+    // Calls `handler` later, on the main thread, unless it is cancelled: once with one of the present size, before that perhaps
+    // with one of a size that was asked for earlier.
     using Handler = std::function<void(const Thumbnail&)>;
     void load(const LibraryFile& file, Handler handler);
     // Nobody wants it any more. Work that has begun goes on, for the cache.

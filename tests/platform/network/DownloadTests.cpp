@@ -397,15 +397,27 @@ TEST(Download, aFileThatMayNotGrowFailsTheTaskAndLeavesNoFile)
               0);
 }
 
-TEST(Download, thoseThatWaitForTheirTurnHoldNoFiles)
+TEST(Download, thoseThatWaitForTheirTurnOrForTheDelegateHoldFewFiles)
 {
-    ScriptedServer server(
-        [](Connection& connection, const Request&) { connection.answer("200 OK", "five!"); });
+    std::atomic<int> requestCount = 0;
+    std::promise<void> tooMany;
+    ScriptedServer server([&](Connection& connection, const Request&) {
+        if (++requestCount == 150)
+            tooMany.set_value();
+        connection.answer("200 OK", "five!");
+    });
     rlimit before{};
     ::getrlimit(RLIMIT_NOFILE, &before);
     const rlimit few{200, before.rlim_max};
     ::setrlimit(RLIMIT_NOFILE, &few);
     auto delegate = std::make_shared<RecordingDelegate>();
+    auto areTooMany = tooMany.get_future();
+    delegate->onDownload = [&](auto&) {
+        if (!areTooMany.valid())
+            return;
+        auto news = std::exchange(areTooMany, {}); // the first keeps the delegate busy
+        EXPECT_EQ(news.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+    };
     auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
     std::vector<std::shared_ptr<URLSessionTask>> tasks;
     for (int i = 0; i < 400; ++i) {

@@ -126,6 +126,7 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
          NSURLErrorAppTransportSecurityRequiresSecureConnection},
         {302, http, "javascript:alert(1)", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
         {302, http, "data:,x", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
+        {302, http, "http:/b//c", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
         {302, http, "file:/etc/passwd", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
     };
     for (auto& [status, from, location, method, to, newMethod, keepsAuthorization, code] : cases) {
