@@ -88,6 +88,21 @@ struct Running {
     }
 };
 
+TEST(Capture, opens_nothing_again_that_was_refused_meanwhile)
+{
+    tests::SyntheticDesk desk;
+    Running running;
+    desk.hardware->deliver(5, 2);
+    running.session->stopRunning();
+    running.until([&] { return desk.hardware->openStreamCount() == 0; });
+    AVCaptureAuthorization::shared().setStatus(Status::denied, platform::AVMediaType::audio);
+    running.session->startRunning();
+    desk.hardware->deliver(5);
+    running.until([&] { return running.errors.size() == 1; });
+    EXPECT_EQ(running.errors[0], Error(AVError::applicationIsNotAuthorizedToUseDevice));
+    EXPECT_EQ(desk.hardware->openStreamCount(), 1);
+}
+
 TEST(Capture, records_every_picture_with_the_sound_until_it_ends)
 {
     struct Case {

@@ -166,6 +166,14 @@ TEST(LinearGradient, that_is_interrupted_goes_on_from_where_it_is_with_a_springs
     EXPECT_GT(edge(), 40) << "it overshoots before it turns";
     harness.advance(3s);
     EXPECT_NEAR(edge(), 0, 1);
+
+    // Without an animation it is there at once, and what moved it moves it no more.
+    withAnimation(Animation::linear(1), [&] { (*end)->set(0.8); });
+    harness.advance(500ms);
+    (*end)->set(0.2);
+    EXPECT_NEAR(edge(), 20, 2);
+    harness.advance(200ms);
+    EXPECT_NEAR(edge(), 20, 2);
 }
 
 // --- Matched -----------------------------------------------------------------------------------------

@@ -31,6 +31,14 @@ TEST(State, keeps_its_value_when_the_record_is_replaced)
     EXPECT_EQ(harness.names(), Log{"b7"});
 }
 
+TEST(State, has_its_initial_value_and_forgets_what_is_set_before_it_is_mounted)
+{
+    State<int> state = 4;
+    state.set(5);
+    EXPECT_EQ(state.get(), 4);
+    EXPECT_EQ(state.binding().get(), 4);
+}
+
 TEST(State, that_is_set_to_what_it_is_updates_nothing)
 {
     auto handle = makeHandle<int>();
