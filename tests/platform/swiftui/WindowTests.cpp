@@ -24,7 +24,8 @@ TEST(NavigationView, stands_in_columns_where_there_is_room_and_keeps_what_it_sho
             auto deeper = Text{"deeper"} | navigationTitle("Deeper");
             auto page = VStack{Text{"chosen"}, NavigationLink{"More", deeper}} | navigationTitle("Page");
             return NavigationView{VStack{NavigationLink{"Open", page}, NavigationLink{"Other", Text{"other"}}}
-                                  | navigationTitle("Start")}
+                                      | navigationTitle("Start"),
+                                  Text{"nothing chosen"}}
             | navigationViewStyle(style);
         }
     };
@@ -40,7 +41,12 @@ TEST(NavigationView, stands_in_columns_where_there_is_room_and_keeps_what_it_sho
             harness.advance(1s);
         };
         auto shown = [&](Role role, const char* label) { return harness.tryFind(role, label).has_value(); };
+        for (auto width : {800, 400, 800}) {
+            harness.resize({CGFloat(width), 400});
+            EXPECT_EQ(shown(Role::staticText, "nothing chosen"), width == 800);
+        }
         tap("Open");
+        EXPECT_FALSE(shown(Role::staticText, "nothing chosen"));
         EXPECT_TRUE(shown(Role::link, "Open") && shown(Role::staticText, "chosen")) << "side by side";
         auto isLeft = harness.find(Role::link, "Open").frame().midX() < 400;
         EXPECT_EQ(isLeft, !isMirrored);
