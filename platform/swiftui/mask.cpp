@@ -34,12 +34,11 @@ private:
 
 namespace {
 
-void stopMoving(UIView& view)
+void stayInPlace(UIView& view)
 {
-    if (view.isAnimating())
-        ViewAnimator::removeAll(view);
+    ViewAnimator::remove(view, {ViewAnimator::Property::center, ViewAnimator::Property::bounds});
     for (const auto& subview : view.subviews())
-        stopMoving(*subview);
+        stayInPlace(*subview);
 }
 
 } // namespace
@@ -89,7 +88,7 @@ void MaskNode::arrange(CGRect rect, const ProposedSize& proposal)
                       offer);
     // What moves in the mask for a reason of its own, perhaps for ever, is not to move to its new size as well.
     if (std::exchange(maskContainer_->size, rect.size) != rect.size && !UIView::currentAnimation())
-        stopMoving(*maskContainer_->view);
+        stayInPlace(*maskContainer_->view);
 }
 
 } // namespace platform

@@ -97,6 +97,7 @@ void ViewAnimator::Engine::run()
 {
     changes.cancel();
     ending.cancel();
+    MaskedPicture::anythingMayChange();          // what moved unseen was not marked
     setFrameTime(RunLoop::main().clock().now()); // the last frame is long past
     frames = DisplayLink::shared().request([this](Instant time) { step(time); });
     for (auto* animations : active)
@@ -295,6 +296,24 @@ void ViewAnimator::removeAll(UIView& view)
 {
     view.animations_.reset();
     view.visualFrameDidChange();
+}
+
+void ViewAnimator::remove(UIView& view, std::initializer_list<Property> properties)
+{
+    auto isMeant = [&](auto& movement) { return std::ranges::count(properties, movement.property) > 0; };
+    if (!view.animations_ || std::ranges::none_of(view.animations_->movements, isMeant))
+        return;
+    view.markPlaceDirty();
+    auto& movements = view.animations_->movements;
+    for (auto& movement : movements) {
+        if (isMeant(movement))
+            movement.group->finished = false;
+    }
+    std::erase_if(movements, isMeant);
+    if (movements.empty())
+        view.animations_.reset();
+    view.visualFrameDidChange();
+    view.markPlaceDirty();
 }
 
 void ViewAnimator::viewLeftWindow(UIView& view)

@@ -4,6 +4,7 @@
 #include "platform/uikit/UIView.h"
 
 #include <array>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -37,6 +38,8 @@ public:
 
     // Everything that moves in this view is where it was set; completions are told `false`, later.
     static void removeAll(UIView& view);
+    // The same for these properties only; the view's place is marked dirty before and after.
+    static void remove(UIView& view, std::initializer_list<Property> properties);
     // The view leaves its window: the same, but for what repeats for ever. That goes on unseen.
     static void viewLeftWindow(UIView& view); // Requires: something moves in it
 

@@ -112,6 +112,30 @@ TEST(EndlessEffects, ask_for_no_frames_under_a_cover_or_scrolled_away_and_go_on_
     EXPECT_TRUE(runs());
 }
 
+TEST(EndlessEffects, in_a_mask_go_on_when_its_size_changes)
+{
+    struct Pulsing {
+        State<bool> isDim{false};
+        auto dynamicProperties() { return std::tie(isDim); }
+        auto body() const
+        {
+            return Color{UIColor::red()}
+            | mask(Circle{} | opacity(isDim ? 0 : 1)
+                   | animation(Animation::linear(2).repeatForever(false), *isDim))
+                | onAppear([state = isDim] { state.set(true); });
+        }
+    };
+    DeclarativeHarness harness({100, 100});
+    harness.show(Pulsing{});
+    for (auto side : {100, 140}) {
+        harness.resize({CGFloat(side), 100});
+        harness.advance(500ms);
+        auto before = harness.snapshot();
+        harness.advance(500ms);
+        EXPECT_NE(harness::colorAt(harness.snapshot(), {50, 50}), harness::colorAt(before, {50, 50})) << side;
+    }
+}
+
 TEST(Transactions, of_what_appears_do_not_take_a_change_of_the_surroundings_along)
 {
     struct Root {
