@@ -16,15 +16,15 @@ GradientRows::GradientRows(const MaskGradient& mask, const CGAffineTransform& to
 {
     auto& [stops, start, end] = mask.line;
     for (auto& stop : stops) {
-        auto place = std::clamp(stop.location, 0.0, 1.0);
+        auto place = std::isnan(stop.location) ? 0 : std::clamp(stop.location, 0.0, 1.0);
         knots_.push_back({knots_.empty() ? place : std::max(place, knots_.back().place),
                           qColor(stop.color, mask.appearance).alpha() * std::clamp(alpha, 0.0, 1.0)});
     }
     if (knots_.empty())
         knots_.push_back({0, 0}); // nothing is left
     for (std::size_t i = 0; i + 1 < knots_.size(); ++i) {
-        auto length = knots_[i + 1].place - knots_[i].place;
-        knots_[i].slope = length > 0 ? (knots_[i + 1].alpha - knots_[i].alpha) / length : 0;
+        auto slope = (knots_[i + 1].alpha - knots_[i].alpha) / (knots_[i + 1].place - knots_[i].place);
+        knots_[i].slope = std::isfinite(slope) ? slope : 0; // a step
     }
 
     // A pixel's place on the line: the same for steps across it, and growing evenly along it.
@@ -49,12 +49,15 @@ GradientRows::GradientRows(const MaskGradient& mask, const CGAffineTransform& to
     shift_ = down_ / right_;
     lowest_ = std::floor(std::min(shift_ * height_, 0.0)) - 1;
     double steepest = 1; // levels a pixel
-    for (auto& knot : knots_)
-        steepest = std::max(steepest, std::abs(knot.slope * right_));
+    for (std::size_t i = 0; i + 1 < knots_.size(); ++i) {
+        auto isStep = knots_[i].slope == 0 && knots_[i].alpha != knots_[i + 1].alpha;
+        steepest = std::max(steepest, isStep ? INFINITY : std::abs(knots_[i].slope * right_));
+    }
     // The nearest of them is off by half a level at most.
     constexpr double most = 64;
+    constexpr double mostFactors = 65536; // they are kept
     auto bits = shift_ == 0 ? 0 : int(std::ceil(std::log2(std::min(steepest, most))));
-    if (steepest <= most && double(1 << bits) * longest() <= double(width_) * height_)
+    if (steepest <= most && double(1 << bits) * longest() <= std::min(double(width_) * height_, mostFactors))
         phaseBits_ = bits;
     if (isTable())
         phases_.resize(phaseCount());
