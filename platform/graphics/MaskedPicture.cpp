@@ -7,15 +7,18 @@
 
 #include <QtGui/QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace platform {
 
 namespace {
 
-constexpr int restsAfter = 2;                    // frames that looked the same
+constexpr int leastWait = 2, mostWait = 60;      // frames
+constexpr int isWorthwhile = 12;                 // frames that a picture served
 constexpr double mostPixels = 4.0 * 1024 * 1024; // while the picture is made
-constexpr std::size_t mostBytes = 4 * 1024 * 1024;
+constexpr std::size_t mostBytes = 256 * 1024, mostBytesOfAll = 16 * 1024 * 1024;
+std::size_t bytesOfAll = 0;
 
 std::uint64_t& generation()
 {
@@ -38,14 +41,33 @@ CGPoint wholePart(const CGAffineTransform& map, CGAffineTransform& rest)
 
 } // namespace
 
-MaskedPicture::MaskedPicture() = default;
+MaskedPicture::MaskedPicture()
+    : wait_(leastWait)
+{
+}
+
 MaskedPicture::~MaskedPicture() = default;
 
 void MaskedPicture::contentDidChange()
 {
+    if (picture_ && timesSeen_ - wait_ >= isWorthwhile)
+        wait_ = leastWait;
+    else if (picture_)
+        waitLonger();
     timesSeen_ = 0;
     isTooLarge_ = false;
     picture_.reset();
+}
+
+void MaskedPicture::waitLonger()
+{
+    wait_ = std::min(wait_ * 2, mostWait);
+}
+
+void MaskedPicture::Uncount::operator()(const RunPicture* picture) const
+{
+    bytesOfAll -= picture->byteCount();
+    delete picture;
 }
 
 void MaskedPicture::anythingMayChange()
@@ -63,18 +85,19 @@ bool MaskedPicture::paint(CGContext& context, const CGRect& area, const CGRect& 
         contentDidChange();
         key_ = key;
     }
-    if (isTooLarge_ || timesSeen_++ < restsAfter)
+    if (isTooLarge_ || timesSeen_++ < wait_)
         return false;
     if (!picture_)
-        make(context, area, drawContent);
+        keep(made(context, area, drawContent));
     if (!picture_)
         return false;
 #if !defined(NDEBUG) && !defined(__OPTIMIZE__)
     constexpr int proofEach = 16; // frames
     if (timesSeen_ % proofEach == 0) {
-        auto kept = std::move(picture_);
-        make(context, area, drawContent);
-        precondition(picture_ && *picture_ == *kept,
+        auto anew = made(context, area, drawContent);
+        if (!picture_)
+            return false; // it was told now
+        precondition(anew && *anew == *picture_,
                      "what a gradient masks changed and the view around it was not told");
     }
 #endif
@@ -105,8 +128,21 @@ bool MaskedPicture::paint(CGContext& context, const CGRect& area, const CGRect& 
     return true;
 }
 
-void MaskedPicture::make(CGContext& context, const CGRect& area,
-                         const std::function<void(CGContext&)>& drawContent)
+void MaskedPicture::keep(std::unique_ptr<const RunPicture> picture)
+{
+    if (!picture)
+        return waitLonger();
+    auto changedMeanwhile = timesSeen_ == 0;
+    if (changedMeanwhile || bytesOfAll + picture->byteCount() > mostBytesOfAll) {
+        timesSeen_ = 0;
+        return waitLonger();
+    }
+    bytesOfAll += picture->byteCount();
+    picture_.reset(picture.release());
+}
+
+std::unique_ptr<const RunPicture> MaskedPicture::made(CGContext& context, const CGRect& area,
+                                                      const std::function<void(CGContext&)>& drawContent)
 {
     auto& backend = context.backend();
     auto map = context.pixelTransform();
@@ -116,7 +152,7 @@ void MaskedPicture::make(CGContext& context, const CGRect& area,
     isTooLarge_ = !(width > 0 && height > 0 && width * height <= mostPixels && std::abs(corner.x) < 1e6
                     && std::abs(corner.y) < 1e6);
     if (isTooLarge_)
-        return;
+        return nullptr;
     QImage image(int(width), int(height), QImage::Format_ARGB32_Premultiplied);
     precondition(!image.isNull(), "no memory for a masked view's picture");
     image.fill(Qt::transparent);
@@ -134,10 +170,10 @@ void MaskedPicture::make(CGContext& context, const CGRect& area,
     auto picture = std::make_unique<const RunPicture>(image);
     isTooLarge_ = picture->byteCount() > mostBytes;
     if (isTooLarge_)
-        return;
+        return nullptr;
     CGAffineTransform rest;
     place_ = corner - wholePart(map, rest);
-    picture_ = std::move(picture);
+    return picture;
 }
 
 } // namespace platform

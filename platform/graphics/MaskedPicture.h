@@ -12,7 +12,7 @@ namespace platform {
 class RunPicture;
 
 // What a gradient masks that moves, while it itself rests: kept after a while, so that a frame is one pass over it. What is
-// kept is small, and at most four megabytes; of what would be larger nothing is. Main thread only.
+// kept is small: 256 KiB at most, and 16 MiB of all of them; what would be more is not kept. Main thread only.
 class MaskedPicture {
 public:
     MaskedPicture();
@@ -37,12 +37,20 @@ private:
         std::uint64_t generation = 0;
         bool operator==(const Key&) const = default;
     };
-    void make(CGContext& context, const CGRect& area, const std::function<void(CGContext&)>& drawContent);
+    struct Uncount { // from the bytes of all that is kept
+        void operator()(const RunPicture* picture) const;
+    };
+    // Null: it is too large.
+    std::unique_ptr<const RunPicture> made(CGContext& context, const CGRect& area,
+                                           const std::function<void(CGContext&)>& drawContent);
+    void keep(std::unique_ptr<const RunPicture> picture);
+    void waitLonger();
 
     Key key_;
-    int timesSeen_ = 0;
+    int wait_ = 0;      // frames that looked the same until one is kept
+    int timesSeen_ = 0; // since the last change
     bool isTooLarge_ = false;
-    std::unique_ptr<const RunPicture> picture_;
+    std::unique_ptr<const RunPicture, Uncount> picture_;
     CGPoint place_; // in pixels
 };
 

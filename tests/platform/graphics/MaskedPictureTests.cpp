@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace platform {
@@ -33,6 +35,7 @@ struct Case {
     CGFloat scale = 1, alpha = 1;
     enum Ground { none, plain, drawn } ground = plain;
     bool isClipped = false;
+    std::vector<CGFloat> places{}; // of the stops; none: evenly
 };
 
 UIImage picture(const Case& each, MaskedPicture* kept)
@@ -40,7 +43,8 @@ UIImage picture(const Case& each, MaskedPicture* kept)
     MaskGradient mask{{{}, each.start, each.end}, CGAffineTransform::scale(1.1, 0.9), {}};
     for (std::size_t i = 0; i < each.alphas.size(); ++i)
         mask.line.stops.push_back(
-            {CGFloat(i) / CGFloat(each.alphas.size() - 1), UIColor::gray(0, each.alphas[i])});
+            {each.places.empty() ? CGFloat(i) / CGFloat(each.alphas.size() - 1) : each.places[i],
+             UIColor::gray(0, each.alphas[i])});
     auto wasKept = false;
     auto image = painted(size, each.scale, [&](CGContext& context) {
         if (each.ground != Case::none)
@@ -126,6 +130,63 @@ TEST(MaskedPicture, looks_as_if_it_were_painted_anew)
                 << each.name << " after " << way;
         }
     }
+}
+
+TEST(MaskedPicture, of_odd_stops_looks_as_that_of_plain_ones)
+{
+    using Places = std::vector<CGFloat>;
+    for (const auto& [odd, plain] : {std::pair{Places{0, 0.5, 0.5, 1}, Places{0, 0.5, 0.5 + 1e-9, 1}},
+                                     {Places{NAN, 0.5, 0.7, 1}, Places{0, 0.5, 0.7, 1}}}) {
+        Case each{"odd stops", {10, 0}, {90, 31}, {0.2, 0.3, 1, 0.9}};
+        each.places = odd;
+        auto image = picture(each, nullptr);
+        each.places = plain;
+        EXPECT_LE(greatestDifference(image, picture(each, nullptr)), 1) << odd[0];
+    }
+}
+
+constexpr int never = 100;
+int framesUntilKept(MaskedPicture& kept, CGFloat scale = 1,
+                    const std::function<void(CGContext&)>& draw = drawContent)
+{
+    auto wasKept = false;
+    for (int frame = 0; frame < never; ++frame) {
+        painted(size, scale,
+                [&](CGContext& context) { wasKept = kept.paint(context, area, area, {}, 1, draw); });
+        if (wasKept)
+            return frame;
+    }
+    return never;
+}
+
+TEST(MaskedPicture, is_made_seldom_of_what_changes_often_and_not_of_what_changes_meanwhile)
+{
+    MaskedPicture kept;
+    std::vector<int> waits;
+    for (auto framesServed : {0, 0, 0, 12, 0}) {
+        waits.push_back(framesUntilKept(kept));
+        for (int frame = 0; frame < framesServed; ++frame)
+            framesUntilKept(kept);
+        kept.contentDidChange();
+    }
+    EXPECT_EQ(waits, (std::vector{2, 4, 8, 16, 2}));
+    EXPECT_EQ(framesUntilKept(kept, 1, [&](CGContext&) { kept.contentDidChange(); }), never);
+}
+
+TEST(MaskedPicture, takes_little_room_by_itself_and_with_all_others)
+{
+    auto drawManyColors = [](CGContext& context) {
+        const GradientStop stops[]{{0, UIColor::white()}, {1, UIColor::black()}};
+        context.drawLinearGradient(stops, area.origin, {area.maxX(), 0});
+    };
+    auto isKept = [&](MaskedPicture& each) { return framesUntilKept(each, 3, drawManyColors) < never; };
+    {
+        std::vector<MaskedPicture> many(100); // of about 200 kB
+        EXPECT_NEAR(double(std::ranges::count_if(many, isKept)), 85, 5);
+    }
+    MaskedPicture another, large;
+    EXPECT_TRUE(isKept(another)) << "the others are gone";
+    EXPECT_EQ(framesUntilKept(large, 4, drawManyColors), never);
 }
 
 } // namespace
