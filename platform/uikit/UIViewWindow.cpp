@@ -44,9 +44,9 @@ void UIView::setWindow(UIWindow* window)
         AccessibilityBridge::forget(*this);
         if (animations_)
             ViewAnimator::viewLeftWindow(*this);
-        if (auto* gradient = dynamic_cast<GradientMask*>(this))
-            gradient->maskedPicture().contentDidChange(); // it will not be told
     }
+    if (auto* gradient = dynamic_cast<GradientMask*>(this))
+        gradient->maskedPicture().contentDidChange(); // in no window, and in one that is new, it is not told
     for (const auto& subview : subviews_)
         subview->setWindow(window);
     if (mask_)

@@ -84,6 +84,14 @@ const std::vector<Case>& cases()
              recolor(views, harness);
              around->addSubview(views.front());
          }},
+        {"under a gradient while it is in another window", underSweep,
+         [](auto& views, auto& harness) {
+             auto around = views.front()->superview();
+             auto other = std::make_shared<UIWindow>(CGRect::make(0, 0, 100, 80));
+             other->addSubview(views.front());
+             recolor(views, harness);
+             around->addSubview(views.front());
+         }},
         {"under a gradient that was away",
          [] {
              auto mask = make(CGRect::make(0, 0, 60, 40));
