@@ -84,12 +84,19 @@ const std::vector<Case>& cases()
              recolor(views, harness);
              around->addSubview(views.front());
          }},
-        {"under a gradient while it is in another window", underSweep,
+        {"under a gradient while what is around is in another window",
+         [] {
+             auto views = underSweep();
+             views.insert(views.begin(), make(CGRect::make(0, 0, 90, 60)));
+             return views;
+         },
          [](auto& views, auto& harness) {
              auto around = views.front()->superview();
              auto other = std::make_shared<UIWindow>(CGRect::make(0, 0, 100, 80));
+             other->setBaseTraits(harness.traits());
+             other->setNeedsDisplay();
              other->addSubview(views.front());
-             recolor(views, harness);
+             views.back()->setCenter({30, 10});
              around->addSubview(views.front());
          }},
         {"under a gradient that was away",
