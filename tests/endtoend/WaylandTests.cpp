@@ -96,13 +96,13 @@ TEST(Wayland, whatIsCopiedAnotherProgramPastesToTheLetter)
             GTEST_SKIP() << name << " is not installed";
     }
     Preview preview(text);
-    ASSERT_TRUE(preview.desktop.activate(preview.screen));
     auto paste = [&](const std::string& option) {
         return run({"wl-paste", "--no-newline", option}, preview.environment()).output;
     };
     // The keyboard reaches the program a moment after its window.
     std::string pasted;
     EXPECT_TRUE(eventually([&] {
+        preview.desktop.activate(preview.screen);
         preview.desktop.key("ctrl+a");
         preview.desktop.key("ctrl+c");
         pasted = paste("--type=text/plain;charset=utf-8");

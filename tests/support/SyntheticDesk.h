@@ -4,7 +4,9 @@
 #include "platform/avfoundation/AVCaptureAuthorization.h"
 #include "platform/avfoundation/SyntheticCapture.h"
 #include "tests/support/MediaInspection.h"
+#include "tests/support/TemporaryDirectory.h"
 
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>
@@ -21,6 +23,7 @@ public:
     explicit SyntheticDesk(const std::function<void(Options&)>& change = {})
         : hardware(std::make_shared<platform::SyntheticCapture>(options(change)))
     {
+        keepSettings();
         platform::CaptureHardware::replace(hardware);
         allow(platform::AVAuthorizationStatus::authorized);
     }
@@ -42,6 +45,12 @@ public:
     const std::shared_ptr<platform::SyntheticCapture> hardware;
 
 private:
+    // What the user allows is a setting, which all processes watch: tests that run at the same time have their own.
+    static void keepSettings()
+    {
+        static const TemporaryDirectory folder;
+        ::setenv("XDG_CONFIG_HOME", folder.path().c_str(), 0);
+    }
     static Options options(const std::function<void(Options&)>& change)
     {
         Options options{.pace = platform::SyntheticCapture::Pace::onDemand, .width = 320, .height = 180};

@@ -66,8 +66,9 @@ TEST(SymbolImage, every_component_finds_its_symbols)
 
 TEST(SymbolImage, that_nobody_drew_is_nothing)
 {
-    for (std::string name : {"", "no.such.symbol", "../../etc/passwd", "/", "play.fill\n", "PLAY.FILL",
-                             std::string(5000, 'a').c_str()}) {
+    for (const auto& name :
+         {std::string(), std::string("no.such.symbol"), std::string("../../etc/passwd"), std::string("/"),
+          std::string("play.fill\n"), std::string("PLAY.FILL"), std::string(5000, 'a')}) {
         EXPECT_FALSE(symbolExists(name)) << name.substr(0, 20);
         EXPECT_TRUE(symbolImage(name).isEmpty());
         EXPECT_EQ(symbolSize(name, {}), CGSize{});
