@@ -22,7 +22,7 @@ namespace {
 struct Runner {
     std::string title;
     Animation timing;
-    bool isAway = false;
+    CGFloat distance = 0; // along the text
 
     auto body() const
     {
@@ -31,7 +31,7 @@ struct Runner {
                 | frame({.width = GridSize::_600, .alignment = Alignment::leading()}),
             RoundedRectangle{CornerRadius::_50} | tinted()
                 | frame({.width = GridSize::_150, .height = GridSize::_150})
-                | offset({.x = isAway ? 180.0 : 0.0}) | animation(timing, isAway),
+                | offset({.x = distance}) | animation(timing, distance),
             Spacer{}};
     }
     bool operator==(const Runner&) const = default;
@@ -40,17 +40,20 @@ struct Runner {
 struct Timings {
     State<bool> isAway = false;
     Environment<IsPosedKey> isPosed;
+    Environment<LayoutDirectionKey> direction;
 
-    auto dynamicProperties() { return std::tie(isAway, isPosed); }
+    auto dynamicProperties() { return std::tie(isAway, isPosed, direction); }
     auto body() const
     {
         auto away = isAway.binding();
+        CGFloat far = *direction == LayoutDirection::rightToLeft ? -180 : 180;
+        auto distance = *isAway ? far : 0;
         return VStack{{.spacing = Spacing::_100},
-                      Runner{"linear", Animation::linear(0.8), *isAway},
-                      Runner{"easeIn", Animation::easeIn(0.8), *isAway},
-                      Runner{"easeOut", Animation::easeOut(0.8), *isAway},
-                      Runner{"spring", Animation::spring(0.8, 0.5), *isAway},
-                      Runner{"delay", Animation::easeOut(0.5).delay(0.3), *isAway},
+                      Runner{"linear", Animation::linear(0.8), distance},
+                      Runner{"easeIn", Animation::easeIn(0.8), distance},
+                      Runner{"easeOut", Animation::easeOut(0.8), distance},
+                      Runner{"spring", Animation::spring(0.8, 0.5), distance},
+                      Runner{"delay", Animation::easeOut(0.5).delay(0.3), distance},
                       Button{"Run", [away] { away.set(!away.get()); }}}
         | onAppear([away, poses = *isPosed] {
                    if (poses)
