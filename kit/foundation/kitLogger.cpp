@@ -7,7 +7,8 @@ namespace zelk {
 
 const platform::Logger& kitLogger()
 {
-    static const platform::Logger logger(applicationIdentifierPrefix() + ".zelkKit", "main");
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& logger = *new platform::Logger(applicationIdentifierPrefix() + ".zelkKit", "main");
     return logger;
 }
 

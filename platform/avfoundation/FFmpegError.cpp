@@ -86,7 +86,8 @@ void log(void*, int level, const char* format, std::va_list arguments)
     std::string_view message(line.data());
     while (!message.empty() && message.back() == '\n')
         message.remove_suffix(1);
-    static const Logger logger("zelk.avfoundation", "codec library");
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& logger = *new Logger("zelk.avfoundation", "codec library");
     logger.debug(message);
 }
 

@@ -138,7 +138,8 @@ std::optional<std::string> DirectoryEnumerator::next()
 
 FileManager& FileManager::defaultManager()
 {
-    static FileManager instance([](const std::string& name) -> std::optional<std::string> {
+    // Never destroyed: threads may still run while the process exits.
+    static auto& instance = *new FileManager([](const std::string& name) -> std::optional<std::string> {
         auto* value = std::getenv(name.c_str());
         return value ? std::optional<std::string>(value) : std::nullopt;
     });

@@ -19,7 +19,8 @@ namespace {
 
 const Logger& log()
 {
-    static const Logger logger("org.zelk.platform", "network");
+    // Never destroyed: threads may still run while the process exits.
+    static const auto& logger = *new Logger("org.zelk.platform", "network");
     return logger;
 }
 
