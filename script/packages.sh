@@ -10,6 +10,6 @@ packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal
   xvfb xdotool xclip x11-apps dbus dbus-x11 at-spi2-core libatspi2.0-dev ffmpeg
   desktop-file-utils appstream shared-mime-info libglib2.0-bin groff-base
-  bubblewrap ranger nnn tmux file nginx-light curl openssl weston wl-clipboard"
+  bubblewrap ranger nnn tmux file nginx-light curl openssl weston"
 packages_package="build-essential debhelper lintian"
 packages_bench="libbenchmark-dev libxcb1-dev xvfb ffmpeg qt6-declarative-dev qml6-module-qtquick nginx-light curl nautilus-data evince-common gedit-common"

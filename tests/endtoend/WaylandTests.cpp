@@ -89,28 +89,5 @@ TEST(Wayland, theWholeWindowIsPainted)
     EXPECT_TRUE(preview.program->isRunning());
 }
 
-TEST(Wayland, whatIsCopiedAnotherProgramPastesToTheLetter)
-{
-    for (const auto* name : {"weston", "wl-paste"}) {
-        if (!isInstalled(name))
-            GTEST_SKIP() << name << " is not installed";
-    }
-    Preview preview(text);
-    auto paste = [&](const std::string& option) {
-        return run({"wl-paste", "--no-newline", option}, preview.environment()).output;
-    };
-    // The keyboard reaches the program a moment after its window.
-    std::string pasted;
-    EXPECT_TRUE(eventually([&] {
-        preview.desktop.activate(preview.screen);
-        preview.desktop.key("ctrl+a");
-        preview.desktop.key("ctrl+c");
-        pasted = paste("--type=text/plain;charset=utf-8");
-        return !pasted.empty();
-    })) << "nothing was copied";
-    EXPECT_EQ(pasted, text);
-    EXPECT_NE(paste("--list-types").find("text/plain"), std::string::npos);
-}
-
 } // namespace
 } // namespace endtoend
