@@ -34,7 +34,7 @@ struct DispatchQueue::State : std::enable_shared_from_this<State> {
     void runOnWorker();
     void runWaiting(Work& work);
     void run(Work& work, std::unique_lock<std::mutex>& lock);
-    void handOn();
+    void handOn(std::unique_lock<std::mutex>& lock);
     bool isCurrent() const;
 
     // fixed after construction
@@ -73,13 +73,14 @@ bool DispatchQueue::State::isCurrent() const
 
 void DispatchQueue::State::append(Work work)
 {
-    std::lock_guard lock(mutex);
+    std::unique_lock lock(mutex);
     pieces.push_back({.work = std::move(work)});
-    handOn();
+    handOn(lock);
 }
 
-// Lets the piece at the front go on if nothing keeps it. Called with the lock held.
-void DispatchQueue::State::handOn()
+// Lets the piece at the front go on if nothing keeps it. Called with the lock held, which it may give up: a worker that is
+// woken would wait for it.
+void DispatchQueue::State::handOn(std::unique_lock<std::mutex>& lock)
 {
     if (pieces.empty() || isOccupied || isSubmitted || suspensions > 0)
         return;
@@ -88,6 +89,7 @@ void DispatchQueue::State::handOn()
         return;
     }
     isSubmitted = true;
+    lock.unlock();
     ThreadPool::shared().submit([self = shared_from_this()] { self->runOnWorker(); });
 }
 
@@ -116,7 +118,7 @@ void DispatchQueue::State::runOnWorker()
         pieces.pop_front();
         run(work, lock);
     }
-    handOn();
+    handOn(lock);
 }
 
 void DispatchQueue::State::runWaiting(Work& work)
@@ -130,7 +132,7 @@ void DispatchQueue::State::runWaiting(Work& work)
     }
     pieces.pop_front();
     run(work, lock);
-    handOn();
+    handOn(lock);
 }
 
 DispatchQueue::DispatchQueue(std::shared_ptr<State> state)
@@ -229,11 +231,11 @@ void DispatchQueue::suspend()
 void DispatchQueue::resume()
 {
     precondition(state_ != nullptr, "the main queue cannot be resumed");
-    std::lock_guard lock(state_->mutex);
+    std::unique_lock lock(state_->mutex);
     if (state_->suspensions == 0)
         preconditionFailure("the queue '" + state_->label + "' was resumed more often than suspended");
     --state_->suspensions;
-    state_->handOn();
+    state_->handOn(lock);
 }
 
 } // namespace platform
