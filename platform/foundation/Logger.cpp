@@ -31,12 +31,26 @@ LogLevel levelAtStart()
     return name == "info" ? LogLevel::info : LogLevel::error;
 }
 
+LogLevel lowestWritten()
+{
+    static const LogLevel lowest = levelAtStart();
+    return lowest;
+}
+
 } // namespace
 
 Logger::Logger(std::string subsystem, std::string category)
     : subsystem_(std::move(subsystem))
     , category_(std::move(category))
 {
+}
+
+bool Logger::isHeard(LogLevel level)
+{
+    if (level >= lowestWritten())
+        return true;
+    std::lock_guard lock(receiver().mutex);
+    return receiver().receive != nullptr;
 }
 
 void Logger::log(LogLevel level, std::string_view message) const
@@ -48,9 +62,7 @@ void Logger::log(LogLevel level, std::string_view message) const
     }
     if (receive)
         return receive({level, subsystem_, category_, message});
-
-    static const LogLevel lowest = levelAtStart();
-    if (level < lowest)
+    if (level < lowestWritten())
         return;
     std::string line = subsystem_ + " [" + category_ + "] " + std::string(message);
     // A file name or a server may put control characters into a message; they must not drive a terminal.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <concepts>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -26,7 +27,16 @@ public:
     void info(std::string_view message) const { log(LogLevel::info, message); }
     void error(std::string_view message) const { log(LogLevel::error, message); }
 
+    // For what is said often: the message is made only where somebody hears it.
+    template <std::invocable MakeMessage>
+    void debug(MakeMessage makeMessage) const
+    {
+        if (isHeard(LogLevel::debug))
+            log(LogLevel::debug, makeMessage());
+    }
+
 private:
+    static bool isHeard(LogLevel level);
     void log(LogLevel level, std::string_view message) const;
 
     std::string subsystem_;

@@ -2,6 +2,7 @@
 #include "platform/foundation/URL.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <memory>
 #include <utility>
@@ -12,12 +13,12 @@ namespace platform {
 
 namespace {
 
-bool isLetter(char c)
+constexpr bool isLetter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-bool isDigit(char c)
+constexpr bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
 }
@@ -44,29 +45,46 @@ std::string lowerCase(std::string_view text)
     return result;
 }
 
-// What may stand in a path as it is.
-constexpr std::string_view pathMarks = "-._~!$&'()*+,;=:@/";
-constexpr std::string_view pathMarksAndEscapes = "%-._~!$&'()*+,;=:@/";
-// What may stand in a whole URL that is encoded already.
-constexpr std::string_view encodedMarks = "%-._~!$&'()*+,;=:@/?#[]";
+using CharacterSet = std::array<bool, 256>;
 
-bool stands(char c, std::string_view marks)
+// Letters, digits and `marks`.
+constexpr CharacterSet lettersAnd(std::string_view marks)
 {
-    return isLetter(c) || isDigit(c) || marks.find(c) != std::string_view::npos;
+    CharacterSet result{};
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        auto c = static_cast<char>(i);
+        result[i] = isLetter(c) || isDigit(c) || marks.find(c) != std::string_view::npos;
+    }
+    return result;
 }
 
-void appendEncoded(std::string& result, std::string_view bytes, std::string_view marks)
+constexpr auto schemeCharacters = lettersAnd("+-.");
+// What may stand in a path as it is.
+constexpr auto pathCharacters = lettersAnd("-._~!$&'()*+,;=:@/");
+constexpr auto pathCharactersAndEscapes = lettersAnd("%-._~!$&'()*+,;=:@/");
+// What may stand in a whole URL that is encoded already.
+constexpr auto encodedCharacters = lettersAnd("%-._~!$&'()*+,;=:@/?#[]");
+
+// How many characters at the beginning are of the set.
+std::size_t prefixLength(std::string_view text, const CharacterSet& set)
+{
+    auto end = std::ranges::find_if_not(text, [&](char c) { return set[static_cast<unsigned char>(c)]; });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
+void appendEncoded(std::string& result, std::string_view bytes, const CharacterSet& standing)
 {
     constexpr std::string_view digits = "0123456789ABCDEF";
-    for (char c : bytes) {
-        if (stands(c, marks)) {
-            result += c;
-        } else {
-            auto byte = static_cast<unsigned char>(c);
-            result += '%';
-            result += digits[byte >> 4];
-            result += digits[byte & 15];
-        }
+    for (;;) {
+        auto count = prefixLength(bytes, standing);
+        result.append(bytes.substr(0, count));
+        if (count == bytes.size())
+            return;
+        auto byte = static_cast<unsigned char>(bytes[count]);
+        result += '%';
+        result += digits[byte >> 4];
+        result += digits[byte & 15];
+        bytes.remove_prefix(count + 1);
     }
 }
 
@@ -75,15 +93,15 @@ std::string decoded(std::string_view text)
 {
     std::string result;
     result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%') {
-            result += static_cast<char>(hexadecimalValue(text[i + 1]) << 4 | hexadecimalValue(text[i + 2]));
-            i += 2;
-        } else {
-            result += text[i];
-        }
+    for (;;) {
+        auto escape = std::min(text.find('%'), text.size());
+        result.append(text.substr(0, escape));
+        if (escape == text.size())
+            return result;
+        result +=
+            static_cast<char>(hexadecimalValue(text[escape + 1]) << 4 | hexadecimalValue(text[escape + 2]));
+        text.remove_prefix(escape + 3);
     }
-    return result;
 }
 
 bool areEscapesWhole(std::string_view text)
@@ -103,9 +121,7 @@ std::optional<std::size_t> schemeLength(std::string_view text)
     auto colon = text.find(':');
     if (colon == std::string_view::npos || colon == 0 || !isLetter(text[0]))
         return std::nullopt;
-    if (!std::ranges::all_of(text.substr(0, colon), [](char c) { return stands(c, "+-."); }))
-        return std::nullopt;
-    return colon;
+    return prefixLength(text, schemeCharacters) == colon ? std::optional(colon) : std::nullopt;
 }
 
 std::string_view withoutSlashesAtEnd(std::string_view path)
@@ -144,8 +160,10 @@ URL URL::fileURL(std::string_view path)
             absolute += '/';
     }
     absolute += path;
-    std::string text = "file://";
-    appendEncoded(text, absolute, pathMarks);
+    std::string text;
+    text.reserve(7 + absolute.size());
+    text += "file://";
+    appendEncoded(text, absolute, pathCharacters);
     auto end = text.size();
     return URL(std::move(text), 7, end);
 }
@@ -158,7 +176,9 @@ std::optional<URL> URL::parse(std::string_view text)
     if (std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }))
         return std::nullopt;
 
-    auto canonical = lowerCase(text.substr(0, *scheme)) + ":";
+    std::string canonical;
+    canonical.reserve(text.size() + 2); // enough for most
+    canonical.append(lowerCase(text.substr(0, *scheme))).append(":");
     bool isFile = canonical == "file:";
     auto rest = text.substr(*scheme + 1);
     if (rest.starts_with("//")) {
@@ -169,9 +189,9 @@ std::optional<URL> URL::parse(std::string_view text)
         canonical += "//";
         if (!isFile) {
             auto host = authority.rfind('@') + 1; // 0 when there is no user
-            appendEncoded(canonical, authority.substr(0, host), encodedMarks);
+            appendEncoded(canonical, authority.substr(0, host), encodedCharacters);
             std::string encodedHost;
-            appendEncoded(encodedHost, authority.substr(host), encodedMarks);
+            appendEncoded(encodedHost, authority.substr(host), encodedCharacters);
             canonical += lowerCase(encodedHost); // escapes too, so that reading it again changes nothing
         }
     } else if (isFile) {
@@ -184,13 +204,13 @@ std::optional<URL> URL::parse(std::string_view text)
         return std::nullopt;
     auto pathBegin = canonical.size();
     if (isFile) {
-        appendEncoded(canonical, decoded(path), pathMarks);
+        appendEncoded(canonical, decoded(path), pathCharacters);
     } else {
         // An escape may mean something to the server that its character does not: it stays.
-        appendEncoded(canonical, path, pathMarksAndEscapes);
+        appendEncoded(canonical, path, pathCharactersAndEscapes);
     }
     auto pathEnd = canonical.size();
-    appendEncoded(canonical, rest, encodedMarks);
+    appendEncoded(canonical, rest, encodedCharacters);
     return URL(std::move(canonical), pathBegin, pathEnd);
 }
 
@@ -225,8 +245,9 @@ std::string_view URL::encodedPath() const
 
 URL URL::withEncodedPath(std::string_view path) const
 {
-    auto text = text_.substr(0, pathBegin_);
-    text += path;
+    std::string text;
+    text.reserve(pathBegin_ + path.size());
+    text.append(text_, 0, pathBegin_).append(path);
     auto end = text.size();
     return URL(std::move(text), pathBegin_, end);
 }
@@ -253,10 +274,12 @@ URL URL::appendingPathComponent(std::string_view component) const
 {
     while (component.starts_with('/'))
         component.remove_prefix(1);
-    std::string path(encodedPath());
+    std::string path;
+    path.reserve(encodedPath().size() + 1 + component.size());
+    path += encodedPath();
     if (!path.ends_with('/'))
         path += '/';
-    appendEncoded(path, component, pathMarks);
+    appendEncoded(path, component, pathCharacters);
     return withEncodedPath(path);
 }
 

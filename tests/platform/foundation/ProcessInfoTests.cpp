@@ -66,11 +66,15 @@ TEST(LoggerTests, A_capture_sees_every_level_until_it_ends)
             LogCapture inner([](const LogRecord&) { });
             logger.error("unseen ");
         }
-        logger.error("two");
+        logger.debug([] { return std::string("two"); });
     }
     EXPECT_EQ(seen, "one two");
     testing::internal::CaptureStderr();
     logger.debug("silent");
+    logger.debug([]() -> std::string {
+        ADD_FAILURE() << "a message is made that nobody hears";
+        return {};
+    });
     logger.error("a\nb\x1B[31m");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "org.zelk.tests [main] a b [31m\n");
 }
