@@ -1,21 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/HTTPHead_p.h"
 
+#include "platform/network/HTTPMessage_p.h"
+
 #include <algorithm>
 #include <charconv>
 
 namespace platform {
 
 namespace {
-
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 // Of "HTTP/1.1 200 OK"; 0 when there is none.
 int statusOf(std::string_view line)
@@ -42,6 +35,8 @@ HTTPHead::Reading HTTPHead::take(std::string_view line)
         return Reading::goesOn;
     }
     addPending();
+    if (fields_.size() > HTTPHeaderFields::mostFields)
+        return Reading::isTooLong;
     if (text.empty()) {
         isWhole_ = status_ >= 200;
         return isWhole_ ? Reading::isWhole : Reading::goesOn;
@@ -60,7 +55,7 @@ void HTTPHead::addPending()
 {
     bool addsNothing = value_.empty() && fields_.contains(name_);
     if (!addsNothing && isValidHTTPHeaderField(name_, value_))
-        addHTTPHeaderField(fields_, name_, value_);
+        fields_.add(name_, value_);
     name_.clear();
     value_.clear();
 }

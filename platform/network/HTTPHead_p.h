@@ -14,7 +14,7 @@ namespace platform {
 // too. What is not a field that may be believed is dropped. A value.
 class HTTPHead {
 public:
-    // Of all lines together, those that are skipped too.
+    // Of all lines together, those that are skipped too. There may be HTTPHeaderFields::mostFields fields.
     static constexpr std::size_t mostBytes = 256 * 1024;
 
     enum class Reading { goesOn, isWhole, isTooLong };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace platform {
 
@@ -12,15 +13,6 @@ namespace {
 
 // Longer ones are refused by many file systems.
 constexpr std::size_t longestFilename = 255;
-
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 std::string lowered(std::string_view text)
 {
@@ -139,6 +131,16 @@ std::optional<std::string> extendedValue(std::string_view value)
 
 } // namespace
 
+std::string_view trimmed(std::string_view text)
+{
+    auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
 ContentType parseContentType(std::string_view value)
 {
     ContentType result;
@@ -148,7 +150,7 @@ ContentType parseContentType(std::string_view value)
     auto isBad = [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == ',' || c == 0x7F; };
     if (slash != std::string::npos && slash > 0 && slash + 1 < type.size()
         && std::ranges::none_of(type, isBad))
-        result.mimeType = type;
+        result.mimeType = std::move(type);
     forEachParameter(value, [&](const std::string& name, const std::string& parameter) {
         if (name == "charset" && result.charset.empty())
             result.charset = parameter;

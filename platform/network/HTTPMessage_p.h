@@ -12,6 +12,9 @@ namespace platform {
 
 // Parts of header fields, as servers of any intention write them. All are total: what cannot be read is nothing.
 
+// Without the spaces, tabs and line ends around it.
+std::string_view trimmed(std::string_view text);
+
 struct ContentType {
     std::string mimeType; // lower case; empty when it is none
     std::string charset;

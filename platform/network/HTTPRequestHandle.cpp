@@ -70,30 +70,27 @@ void HTTPRequestHandle::setMethod(const URLRequest& request)
         return;
     }
     // Those of which servers want to know that their body is empty.
-    bool hasBody = !body_.empty() || method == "POST" || method == "PUT" || method == "PATCH";
-    if (hasBody) {
+    sendsBody_ = !body_.empty() || method == "POST" || method == "PUT" || method == "PATCH";
+    if (sendsBody_) {
         ::curl_easy_setopt(handle_, CURLOPT_POST, 1L);
         ::curl_easy_setopt(handle_, CURLOPT_POSTFIELDS, body_.data());
         ::curl_easy_setopt(handle_, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body_.size()));
     }
-    if (method != (hasBody ? "POST" : "GET"))
+    if (method != (sendsBody_ ? "POST" : "GET"))
         ::curl_easy_setopt(handle_, CURLOPT_CUSTOMREQUEST, method.c_str());
 }
 
 void HTTPRequestHandle::setFields(const URLRequest& request)
 {
-    HTTPFieldNameLess less;
     // How long the body is and how it is sent is not the caller's to say.
     constexpr auto own = std::to_array<std::string_view>({"Content-Length", "Transfer-Encoding"});
     for (auto& [name, value] : request.allHTTPHeaderFields) {
-        bool isOwn =
-            std::ranges::any_of(own, [&](auto other) { return !less(name, other) && !less(other, name); });
-        if (!isOwn)
+        if (std::ranges::none_of(own, [&](auto other) { return isSameHTTPHeaderField(name, other); }))
             addField(value.empty() ? name + ";" : name + ": " + value);
     }
-    // Fields that the library would add of its own accord are removed by their bare name.
+    // Fields that the library would add to a body of its own accord are removed by their bare name.
     for (auto* name : {"Expect", "Content-Type"}) {
-        if (!request.value(name))
+        if (sendsBody_ && !request.value(name))
             addField(std::string(name) + ":");
     }
     if (!decodes_ && !request.value("Accept-Encoding"))

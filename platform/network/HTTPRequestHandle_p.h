@@ -37,6 +37,7 @@ private:
     curl_slist* fields_ = nullptr;
     std::string body_;
     bool decodes_;
+    bool sendsBody_ = false;
 };
 
 } // namespace platform

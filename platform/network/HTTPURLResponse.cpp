@@ -95,8 +95,14 @@ constexpr auto statusTexts = std::to_array<StatusText>({
 } // namespace
 
 HTTPURLResponse::HTTPURLResponse(URL url, int statusCode, std::string httpVersion, HTTPHeaderFields fields)
-    : URLResponse(std::move(url), contentType(fields).mimeType, expectedLength(fields),
-                  contentType(fields).charset)
+    : HTTPURLResponse(std::move(url), contentType(fields), statusCode, std::move(httpVersion),
+                      std::move(fields))
+{
+}
+
+HTTPURLResponse::HTTPURLResponse(URL url, ContentType type, int statusCode, std::string httpVersion,
+                                 HTTPHeaderFields fields)
+    : URLResponse(std::move(url), std::move(type.mimeType), expectedLength(fields), std::move(type.charset))
     , statusCode_(statusCode)
     , httpVersion_(std::move(httpVersion))
     , fields_(std::move(fields))

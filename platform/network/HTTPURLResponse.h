@@ -10,6 +10,8 @@
 
 namespace platform {
 
+struct ContentType;
+
 // The head of an HTTP answer. Never changes; shared between threads.
 class HTTPURLResponse final : public URLResponse {
 public:
@@ -29,6 +31,9 @@ public:
     static std::string localizedStringForStatusCode(int statusCode);
 
 private:
+    HTTPURLResponse(URL url, ContentType type, int statusCode, std::string httpVersion,
+                    HTTPHeaderFields fields);
+
     // fixed after construction
     int statusCode_;
     std::string httpVersion_;

@@ -13,23 +13,21 @@ LoadCaching::LoadCaching(const URLSessionTaskState& state)
     : cache_(state.core->configuration().urlCache)
     , isStoring_(cache_ && state.kind == URLSessionTaskState::Kind::data)
     , asked_(*state.originalRequest)
-    , sent_(asked_)
 {
 }
 
-LoadCaching::Advice LoadCaching::consult(const URLRequest& request)
+LoadCaching::Advice LoadCaching::consult(URLRequest request)
 {
-    asked_ = sent_ = request;
+    asked_ = std::move(request);
     stored_ = isStoring_ && isAsked_ ? cache_->cachedResponse(asked_) : std::nullopt;
-    isValidating_ = false;
+    validating_ = std::nullopt;
     switch (httpcaching::plan(asked_, stored_, HTTPExchangeTimes::now().requested)) {
     case httpcaching::Plan::useStored:
         return Advice::useStored;
     case httpcaching::Plan::fail:
         return Advice::fail;
     case httpcaching::Plan::validateStored:
-        isValidating_ = true;
-        sent_ = httpcaching::validating(asked_, *stored_);
+        validating_ = httpcaching::validating(asked_, *stored_);
         break;
     case httpcaching::Plan::load:
         break;
@@ -39,7 +37,7 @@ LoadCaching::Advice LoadCaching::consult(const URLRequest& request)
 
 bool LoadCaching::isConfirmation(const HTTPURLResponse& response) const
 {
-    return isValidating_ && response.statusCode() == 304;
+    return validating_ && response.statusCode() == 304;
 }
 
 bool LoadCaching::renew(const HTTPURLResponse& confirmation, HTTPExchangeTimes times)

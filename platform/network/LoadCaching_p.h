@@ -23,9 +23,9 @@ public:
         fail // nothing is stored that may be used, and nothing else is wanted
     };
     // About a request of the load: as it goes out, but for what the cache wants to know.
-    Advice consult(const URLRequest& request);
+    Advice consult(URLRequest request);
 
-    const URLRequest& request() const { return sent_; }
+    const URLRequest& request() const { return validating_ ? *validating_ : asked_; }
     // After useStored and, when it is good still, after renew().
     const CachedURLResponse& stored() const { return *stored_; }
     // Whether this answer is about what is stored.
@@ -44,11 +44,10 @@ private:
     std::shared_ptr<URLCache> cache_; // null: none
     bool isStoring_;
 
-    URLRequest asked_; // what the cache knows it by
-    URLRequest sent_;
+    URLRequest asked_;                     // what the cache knows it by
+    std::optional<URLRequest> validating_; // what is sent instead while it asks about what is stored
     std::optional<CachedURLResponse> stored_;
     bool isAsked_ = true; // for an answer
-    bool isValidating_ = false;
 };
 
 } // namespace platform

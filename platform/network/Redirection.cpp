@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/Redirection_p.h"
 
+#include "platform/foundation/Precondition.h"
 #include "platform/network/NSURLErrorCodes.h"
-
-#include <QtCore/QUrl>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <curl/curl.h>
+#include <idn2.h>
+#include <memory>
 #include <string_view>
 
 namespace platform {
@@ -19,9 +21,104 @@ constexpr auto aboutHost = std::to_array<std::string_view>({"Host"});
 constexpr auto aboutBody = std::to_array<std::string_view>(
     {"Content-Length", "Content-Type", "Content-Encoding", "Content-Language", "Content-Location"});
 
-QUrl libraryURL(const URL& url)
+// As the domain name system knows the host; empty when it cannot. (The loading library would ask the locale what the bytes
+// mean.)
+std::string asciiHost(const std::string& host)
 {
-    return QUrl::fromEncoded(QByteArray::fromStdString(url.absoluteString()));
+    if (std::ranges::all_of(host, [](unsigned char c) { return c < 0x80; }))
+        return host;
+    char* text = nullptr;
+    if (::idn2_to_ascii_8z(host.c_str(), &text, IDN2_NFC_INPUT | IDN2_NONTRANSITIONAL) != IDN2_OK)
+        return {};
+    std::unique_ptr<char, decltype(&::idn2_free)> owner(text, &::idn2_free);
+    return text;
+}
+
+// A URL as the library reads it that loads it.
+class LibraryURL {
+public:
+    explicit LibraryURL(const URL& url)
+        : parts_(::curl_url())
+    {
+        precondition(parts_ != nullptr, "there is no memory for a URL");
+        isValid_ = set(url.absoluteString(), CURLU_NON_SUPPORT_SCHEME | CURLU_PATH_AS_IS);
+    }
+
+    bool isValid() const { return isValid_; }
+    // Goes where `reference` leads from here; one that leads nowhere changes nothing.
+    bool follow(const std::string& reference)
+    {
+        drop(CURLUPART_FRAGMENT);
+        return set(reference, CURLU_NON_SUPPORT_SCHEME);
+    }
+    void drop(CURLUPart part) { ::curl_url_set(parts_.get(), part, nullptr, 0); }
+    // As servers are to read it; empty when there is none.
+    std::string get(CURLUPart part, unsigned flags = 0) const
+    {
+        char* text = nullptr;
+        if (::curl_url_get(parts_.get(), part, &text, flags) != CURLUE_OK)
+            return {};
+        std::unique_ptr<char, decltype(&::curl_free)> owner(text, &::curl_free);
+        return text;
+    }
+
+private:
+    struct Deleter {
+        void operator()(CURLU* parts) const { ::curl_url_cleanup(parts); }
+    };
+
+    bool set(const std::string& text, unsigned flags)
+    {
+        if (::curl_url_set(parts_.get(), CURLUPART_URL, text.c_str(), flags) != CURLUE_OK)
+            return false;
+        auto host = get(CURLUPART_HOST);
+        auto ascii = asciiHost(host);
+        return ascii == host || ::curl_url_set(parts_.get(), CURLUPART_HOST, ascii.c_str(), 0) == CURLUE_OK;
+    }
+
+    std::unique_ptr<CURLU, Deleter> parts_;
+    bool isValid_ = false;
+};
+
+bool isWeb(const URL& url)
+{
+    auto scheme = url.scheme();
+    return scheme == "http" || scheme == "https";
+}
+
+// What servers write though it should be escaped: spaces, bytes beyond ASCII and percent signs that begin no escape.
+std::string escaped(std::string_view reference)
+{
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    auto isDigit = [&](std::size_t at) {
+        return at < reference.size() && std::isxdigit(static_cast<unsigned char>(reference[at]));
+    };
+    std::string result;
+    for (std::size_t i = 0; i < reference.size(); ++i) {
+        auto byte = static_cast<unsigned char>(reference[i]);
+        bool stands = byte == '%' ? isDigit(i + 1) && isDigit(i + 2) : byte != ' ' && byte < 0x7F;
+        if (stands) {
+            result += reference[i];
+        } else {
+            result += '%';
+            result += digits[byte >> 4];
+            result += digits[byte & 15];
+        }
+    }
+    return result;
+}
+
+// Where `reference` leads from `base`.
+std::optional<URL> resolved(const URL& base, std::string_view reference)
+{
+    auto text = escaped(reference);
+    auto absolute = URL::parse(text);
+    if (absolute && (!isWeb(*absolute) || absolute->host().empty()))
+        return absolute; // nowhere that anything is loaded from
+    if (text.starts_with('#'))
+        return base; // another place in the same file
+    LibraryURL target(base);
+    return !text.empty() && target.follow(text) ? URL::parse(target.get(CURLUPART_URL)) : std::nullopt;
 }
 
 // Whether nothing about the host could be written in another way. Most are so, and no library need look at them.
@@ -42,47 +139,46 @@ bool isPlain(const URL& url)
         && std::ranges::all_of(host, [](unsigned char c) { return std::isalnum(c) || c == '.' || c == '-'; });
 }
 
-int portOf(const QUrl& url)
+bool haveSameHost(const LibraryURL& a, const LibraryURL& b)
 {
-    return url.port(url.scheme() == QLatin1String("https") ? 443 : 80);
+    return a.get(CURLUPART_HOST) == b.get(CURLUPART_HOST)
+        && a.get(CURLUPART_PORT, CURLU_DEFAULT_PORT) == b.get(CURLUPART_PORT, CURLU_DEFAULT_PORT);
 }
 
-bool haveSameOrigin(const QUrl& a, const QUrl& b)
+bool haveSameOrigin(const URL& a, const URL& b)
 {
-    return a.scheme() == b.scheme() && a.host() == b.host() && portOf(a) == portOf(b);
+    return a.scheme() == b.scheme() && haveSameHost(LibraryURL(a), LibraryURL(b));
 }
 
 template <std::size_t count>
 void drop(HTTPHeaderFields& fields, const std::array<std::string_view, count>& names)
 {
-    for (auto name : names) {
-        if (auto found = fields.find(name); found != fields.end())
-            fields.erase(found);
-    }
+    for (auto name : names)
+        fields.erase(name);
 }
 
 } // namespace
 
 bool isLoadable(const URL& url)
 {
-    auto scheme = url.scheme();
-    return (scheme == "http" || scheme == "https")
-        && (isPlain(url) || (!url.host().empty() && libraryURL(url).isValid()));
+    return isWeb(url) && (isPlain(url) || (!url.host().empty() && !addressOf(url).empty()));
 }
 
 std::string addressOf(const URL& url)
 {
     if (isPlain(url))
         return url.absoluteString().substr(0, url.absoluteString().find('#'));
-    return libraryURL(url).toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment).toStdString();
+    LibraryURL parts(url);
+    for (auto part : {CURLUPART_USER, CURLUPART_PASSWORD, CURLUPART_OPTIONS, CURLUPART_FRAGMENT})
+        parts.drop(part);
+    return parts.isValid() ? parts.get(CURLUPART_URL) : std::string();
 }
 
 bool mayBeTold(std::string_view field, const URL& first, const URL& url)
 {
-    HTTPFieldNameLess less;
     bool isSecret =
-        std::ranges::any_of(secrets, [&](auto name) { return !less(name, field) && !less(field, name); });
-    return !isSecret || haveSameOrigin(libraryURL(first), libraryURL(url));
+        std::ranges::any_of(secrets, [&](auto name) { return isSameHTTPHeaderField(name, field); });
+    return !isSecret || haveSameOrigin(first, url);
 }
 
 std::optional<std::expected<URLRequest, long>> redirection(const URLRequest& request,
@@ -93,10 +189,7 @@ std::optional<std::expected<URLRequest, long>> redirection(const URLRequest& req
     if (!location || std::ranges::find(codes, response.statusCode()) == codes.end())
         return std::nullopt;
 
-    auto from = libraryURL(request.url);
-    auto relative = QUrl::fromEncoded(QByteArray::fromStdString(*location));
-    auto target = relative.isValid() ? from.resolved(relative) : QUrl();
-    auto url = target.isValid() ? URL::parse(target.toEncoded().toStdString()) : std::nullopt;
+    auto url = resolved(request.url, *location);
     if (!url)
         return std::unexpected(NSURLErrorRedirectToNonExistentLocation);
     if (!isLoadable(*url))
@@ -114,9 +207,9 @@ std::optional<std::expected<URLRequest, long>> redirection(const URLRequest& req
         next.httpBody.clear();
         drop(next.allHTTPHeaderFields, aboutBody);
     }
-    if (!haveSameOrigin(from, target))
+    if (!haveSameOrigin(request.url, *url))
         drop(next.allHTTPHeaderFields, secrets);
-    if (from.host() != target.host() || portOf(from) != portOf(target))
+    if (!haveSameHost(LibraryURL(request.url), LibraryURL(*url)))
         drop(next.allHTTPHeaderFields, aboutHost);
     return next;
 }

@@ -73,12 +73,17 @@ void TaskLoad::begin()
         if (auto self = weak.lock())
             self->finish(self->error(NSURLErrorTimedOut));
     });
-    hop(request_);
+    hop();
 }
 
-void TaskLoad::hop(URLRequest request)
+void TaskLoad::hop(URLRequest next)
 {
-    request_ = std::move(request);
+    request_ = std::move(next);
+    hop();
+}
+
+void TaskLoad::hop()
+{
     response_ = nullptr;
     isQueued_ = false;
     deferred_ = nullptr;
@@ -88,17 +93,17 @@ void TaskLoad::hop(URLRequest request)
     auto asked = outgoingRequest(request_, state_->originalRequest->url, core_->configuration());
     if (!isWellFormed(asked))
         return finish(error(NSURLErrorBadURL));
-    switch (caching_.consult(asked)) {
+    switch (caching_.consult(std::move(asked))) {
     case LoadCaching::Advice::useStored:
         return deliver(caching_.stored());
     case LoadCaching::Advice::fail:
         return finish(error(NSURLErrorResourceUnavailable));
     case LoadCaching::Advice::load:
-        return enqueue(std::make_shared<const URLRequest>(caching_.request()));
+        return enqueue(std::make_shared<URLRequest>(caching_.request()));
     }
 }
 
-void TaskLoad::enqueue(std::shared_ptr<const URLRequest> request)
+void TaskLoad::enqueue(std::shared_ptr<URLRequest> request)
 {
     std::weak_ptr weak = weak_from_this();
     awaitConditions(request_, [weak, request] {
@@ -115,7 +120,7 @@ void TaskLoad::enqueue(std::shared_ptr<const URLRequest> request)
                 return;
             }
             load->slot_ = std::move(slot);
-            load->send(*request);
+            load->send(std::move(*request));
         });
     });
 }
@@ -201,7 +206,7 @@ void TaskLoad::handleConfirmation(const HTTPURLResponse& response)
     endTransfer();
     endTransaction();
     if (!caching_.renew(response, exchangeTimes()))
-        return hop(request_);
+        return hop();
     beginTransaction();
     deliver(caching_.stored());
 }
@@ -225,7 +230,7 @@ void TaskLoad::redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequ
             ++self->metrics_.redirectCount;
             {
                 std::lock_guard lock(self->state_->mutex);
-                self->state_->currentRequest = *chosen;
+                self->state_->redirectedRequest = *chosen;
             }
             self->hop(*chosen);
         });
@@ -275,7 +280,7 @@ void TaskLoad::receive(std::shared_ptr<const HTTPURLResponse> response)
         endTransaction();
         if (++restartCount_ > mostRestarts)
             return finish(error(NSURLErrorBadServerResponse));
-        hop(request_);
+        hop();
         break;
     }
 }
@@ -336,10 +341,10 @@ void TaskLoad::goOnAfter(std::chrono::milliseconds delay)
 {
     endTransfer();
     if (delay.count() == 0)
-        return hop(request_);
+        return hop();
     retryTimer_ = NetworkThread::shared().after(delay, [weak = weak_from_this()] {
         if (auto self = weak.lock(); self && !self->isOver_)
-            self->hop(self->request_);
+            self->hop();
     });
 }
 
@@ -465,7 +470,7 @@ void TaskLoad::finish(std::optional<Error> reason)
         state_->state = URLSessionTask::State::completed;
     }
     bool isForCompletion = static_cast<bool>(completion);
-    core_->enqueue([core = core_, task = task_, state = state_, metrics = std::move(metrics_), reason,
+    core_->enqueue([core = core_, task = task_, state = state_, metrics = std::move(metrics_),
                     isForCompletion, completion = std::move(completion),
                     untold = std::move(untold)]() mutable {
         if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
@@ -473,7 +478,8 @@ void TaskLoad::finish(std::optional<Error> reason)
         if (isForCompletion)
             return std::exchange(completion, nullptr)();
         if (auto delegate = core->delegateOf<URLSessionTaskDelegate>(*task))
-            delegate->urlSessionTaskDidComplete(*state->session, task, reason);
+            delegate->urlSessionTaskDidComplete(*state->session, task,
+                                                task->error()); // it may have failed since
     });
     core_->taskDidEnd(task_);
     state_->load = nullptr;

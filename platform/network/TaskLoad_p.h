@@ -33,11 +33,12 @@ public:
 
 private:
     void makeSink();
-    void hop(URLRequest request);
+    void hop(URLRequest next);
+    void hop(); // the same request, for the first time or again
     // Calls `go` as soon as the connection may be used for the request; else finishes.
     void awaitConditions(const URLRequest& request, std::function<void()> go);
     // Sends what is asked for as soon as it may be.
-    void enqueue(std::shared_ptr<const URLRequest> request);
+    void enqueue(std::shared_ptr<URLRequest> request);
     void send(URLRequest request);
     // An answer from the cache.
     void deliver(const CachedURLResponse& stored);
@@ -83,7 +84,7 @@ private:
     std::int64_t sizeAtSend_ = 0;
     int restartCount_ = 0;
     int breakCount_ = 0;
-    std::shared_ptr<const URLRequest> deferred_; // until this goes on
+    std::shared_ptr<URLRequest> deferred_; // until this goes on
     bool isSuspended_ = false;
     bool isQueued_ = false;     // this hop's request is on its way
     bool awaitsAnswer_ = false; // of the delegate

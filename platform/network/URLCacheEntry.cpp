@@ -125,13 +125,14 @@ std::shared_ptr<const URLResponse> readHTTPResponse(Reader& reader, URL url)
     auto status = reader.number<std::int32_t>();
     auto version = reader.text();
     auto texts = reader.texts();
-    if (!reader.isGood() || status < 100 || status > 999 || texts.size() % 2 != 0)
+    if (!reader.isGood() || status < 100 || status > 999 || texts.size() % 2 != 0
+        || texts.size() / 2 > HTTPHeaderFields::mostFields)
         return nullptr;
     HTTPHeaderFields fields;
     for (std::size_t i = 0; i < texts.size(); i += 2) {
         if (!isValidHTTPHeaderField(texts[i], texts[i + 1]))
             return nullptr;
-        fields.insert_or_assign(std::move(texts[i]), std::move(texts[i + 1]));
+        fields.insert_or_assign(texts[i], texts[i + 1]);
     }
     return std::make_shared<const HTTPURLResponse>(std::move(url), status, std::move(version),
                                                    std::move(fields));

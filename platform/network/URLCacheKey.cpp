@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/URLCacheKey_p.h"
 
-#include <QtCore/QCryptographicHash>
+#include "platform/foundation/Precondition.h"
+
+#include <array>
+#include <openssl/evp.h>
+#include <span>
 
 namespace platform {
 
@@ -15,8 +19,17 @@ std::string urlCacheKey(const URLRequest& request)
 
 std::string urlCacheDigest(std::string_view text)
 {
-    auto bytes = QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size()));
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().first(40).toStdString();
+    constexpr std::string_view digits = "0123456789abcdef";
+    constexpr std::size_t byteCount = 20; // of 32
+    std::array<unsigned char, EVP_MAX_MD_SIZE> hash{};
+    int isHashed = ::EVP_Digest(text.data(), text.size(), hash.data(), nullptr, ::EVP_sha256(), nullptr);
+    precondition(isHashed == 1, "there is no memory for a digest");
+    std::string result;
+    for (auto byte : std::span(hash).first(byteCount)) {
+        result += digits[byte >> 4];
+        result += digits[byte & 15];
+    }
+    return result;
 }
 
 } // namespace platform

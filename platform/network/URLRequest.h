@@ -55,7 +55,7 @@ struct URLRequest {
     }
     void setValue(std::string_view value, std::string_view field)
     {
-        allHTTPHeaderFields.insert_or_assign(std::string(field), std::string(value));
+        allHTTPHeaderFields.insert_or_assign(field, value);
     }
 
     bool operator==(const URLRequest&) const = default;

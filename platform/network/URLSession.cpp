@@ -45,7 +45,7 @@ const std::shared_ptr<DispatchQueue>& URLSession::delegateQueue() const
 std::shared_ptr<URLSessionTaskState> URLSession::newState(URLRequest request)
 {
     auto state = std::make_shared<URLSessionTaskState>();
-    state->originalRequest = state->currentRequest = std::move(request);
+    state->originalRequest = std::move(request);
     state->session = sharedFrom(this);
     state->core = core_;
     return state;

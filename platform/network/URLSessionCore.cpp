@@ -14,7 +14,7 @@ namespace {
 
 // To one host, whatever a program wishes: a server takes more for an attack.
 constexpr int mostConnections = 64;
-// Of files that have come, each open until the delegate has it.
+// Of files that have come, each open or in memory until the delegate has it.
 constexpr int mostUntold = 64;
 // Of tasks that are known.
 constexpr std::size_t leastSweep = 64;
@@ -193,7 +193,7 @@ void URLSessionCore::restoreTasks(const std::shared_ptr<URLSession>& session)
         auto state = std::make_shared<URLSessionTaskState>();
         state->identifier = entry.identifier;
         state->kind = URLSessionTaskState::Kind::download;
-        state->originalRequest = state->currentRequest = entry.request;
+        state->originalRequest = entry.request;
         state->description = entry.description;
         state->session = session;
         state->core = shared_from_this();

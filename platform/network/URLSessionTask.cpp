@@ -29,7 +29,7 @@ const std::optional<URLRequest>& URLSessionTask::originalRequest() const
 URLRequest URLSessionTask::currentRequest() const
 {
     std::lock_guard lock(state_->mutex);
-    return *state_->currentRequest;
+    return state_->redirectedRequest ? *state_->redirectedRequest : *state_->originalRequest;
 }
 
 std::shared_ptr<const URLResponse> URLSessionTask::response() const

@@ -32,7 +32,7 @@ public:
 
     std::mutex mutex;
     // guarded by mutex
-    std::optional<URLRequest> currentRequest;
+    std::optional<URLRequest> redirectedRequest; // the last one
     std::shared_ptr<const URLResponse> response;
     std::optional<Error> error;
     URLSessionTask::State state = URLSessionTask::State::suspended;

@@ -44,6 +44,14 @@ TEST(HTTPMessage, ofAHeadOnlyWhatMayBeBelievedIsKept)
         EXPECT_EQ(head.status(), status);
         EXPECT_EQ(head.takeFields(), fields);
     }
+    HTTPHead endless;
+    std::size_t count = 0;
+    while (endless.take("f" + std::to_string(count) + ": x\r\n") != HTTPHead::Reading::isTooLong)
+        ASSERT_LE(++count, HTTPHeaderFields::mostFields + 1);
+
+    EXPECT_EQ(HTTPHeaderFields({{"a", "1"}, {"B", "2"}}),
+              HTTPHeaderFields({{"b", "2"}, {"A", "1"}, {"a", "3"}}));
+    EXPECT_NE(HTTPHeaderFields({{"a", "1"}, {"B", "2"}}), HTTPHeaderFields({{"a", "1"}, {"b", "1"}}));
 }
 
 TEST(HTTPMessage, namesOfFilesAreSafe)
@@ -122,6 +130,13 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
         {307, http, "http://a:81/z", "POST", "http://a:81/z", "POST", false, 0},
         {308, http, "http://a:80/z", "POST", "http://a:80/z", "POST", true, 0},
         {302, http, "https://a/z", "GET", "https://a/z", "GET", false, 0},
+        {302, http, "../../z?r", "GET", "http://a/z?r", "GET", true, 0},
+        {302, http, "?r", "GET", "http://a/x/y?r", "GET", true, 0},
+        {303, http, "#end", "POST", "http://a/x/y?q", "GET", true, 0},
+        {302, http, "/z w/\xC3\xA9%41%zz", "GET", "http://a/z%20w/%C3%A9%41%25zz", "GET", true, 0},
+        {302, http, "//b\xC3\xBC.example/", "GET", "http://xn--b-eha.example/", "GET", false, 0},
+        {302, http, "", "GET", nullptr, "", false, NSURLErrorRedirectToNonExistentLocation},
+        {302, http, "http://a:99999/", "GET", nullptr, "", false, NSURLErrorRedirectToNonExistentLocation},
         {302, "https://a/", "http://a/z", "GET", nullptr, "", false,
          NSURLErrorAppTransportSecurityRequiresSecureConnection},
         {302, http, "javascript:alert(1)", "GET", nullptr, "", false, NSURLErrorUnsupportedURL},
@@ -150,6 +165,9 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
         EXPECT_EQ((*next)->value("Authorization").has_value(), keepsAuthorization);
         EXPECT_EQ((*next)->value("Host").has_value(), keepsAuthorization);
     }
+    EXPECT_EQ(addressOf(*URL::parse("http://me:secret@b\xC3\xBC.example/x?y#z")),
+              "http://xn--b-eha.example/x?y");
+    EXPECT_FALSE(isLoadable(*URL::parse("http://a b/")));
 }
 
 } // namespace platform
