@@ -12,6 +12,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace platform {
 
@@ -22,6 +23,8 @@ constexpr auto growing = ".download";
 constexpr auto kept = ".partial";
 constexpr auto keptBySession = ".part";
 constexpr auto longestKept = std::chrono::hours(7 * 24);
+// Bytes in memory of each that has come and waits for its delegate, of which there are few.
+constexpr std::size_t mostHeld = 64 * 1024;
 
 NSError writeError(int reason, const std::string& path)
 {
@@ -99,15 +102,14 @@ std::string downloadDirectory()
     return directory;
 }
 
-Result<std::unique_ptr<DownloadFile>> DownloadFile::make()
+Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
 {
-    auto path = [] { return downloadDirectory() + UUID().string() + growing; };
-    auto made = open(path());
-    // Another program that starts may be looking at it right now, whether it is an abandoned one.
-    return made ? std::move(made) : open(path());
+    auto file = std::make_unique<DownloadFile>();
+    TRY(file->attach(std::move(path)));
+    return file;
 }
 
-Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
+Result<void> DownloadFile::attach(std::string path)
 {
     int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600);
     struct stat facts{};
@@ -124,20 +126,18 @@ Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
     // Another program that starts may have taken it for an abandoned one before it was locked.
     if (facts.st_nlink == 0) {
         ::close(descriptor);
-        return open(std::move(path));
+        return attach(std::move(path));
     }
-    return std::unique_ptr<DownloadFile>(new DownloadFile(descriptor, std::move(path), facts.st_size));
-}
-
-DownloadFile::DownloadFile(int descriptor, std::string path, std::int64_t size)
-    : descriptor_(descriptor)
-    , path_(std::move(path))
-    , size_(size)
-{
+    descriptor_ = descriptor;
+    path_ = std::move(path);
+    size_ = facts.st_size;
+    return {};
 }
 
 DownloadFile::~DownloadFile()
 {
+    if (descriptor_ < 0)
+        return;
     // While it is locked, so that what is removed is ours. It may have been moved away: then there is nothing to remove.
     if (!isKept_ && ::access(path_.c_str(), F_OK) == 0) // to look is cheaper than to fail
         ::unlink(path_.c_str());
@@ -145,6 +145,29 @@ DownloadFile::~DownloadFile()
 }
 
 Result<void> DownloadFile::append(std::string_view bytes)
+{
+    if (descriptor_ < 0 && held_.size() + bytes.size() <= mostHeld) {
+        held_ += bytes;
+        size_ += static_cast<std::int64_t>(bytes.size());
+        return {};
+    }
+    TRY(writeOut());
+    return write(bytes);
+}
+
+Result<void> DownloadFile::writeOut()
+{
+    if (descriptor_ >= 0)
+        return {};
+    auto path = [] { return downloadDirectory() + UUID().string() + growing; };
+    auto made = attach(path());
+    // Another program that starts may be looking at it right now, whether it is an abandoned one.
+    if (!made)
+        TRY(attach(path()));
+    return write(std::exchange(held_, {}));
+}
+
+Result<void> DownloadFile::write(std::string_view bytes)
 {
     while (!bytes.empty()) {
         auto count = ::write(descriptor_, bytes.data(), bytes.size());
@@ -160,7 +183,9 @@ Result<void> DownloadFile::append(std::string_view bytes)
 
 Result<void> DownloadFile::truncate(std::int64_t size)
 {
-    if (::ftruncate(descriptor_, size) != 0)
+    if (descriptor_ < 0)
+        held_.resize(static_cast<std::size_t>(size));
+    else if (::ftruncate(descriptor_, size) != 0)
         return failure(writeError(errno, path_));
     size_ = size;
     return {};

@@ -15,8 +15,9 @@ namespace platform {
 // thread at a time.
 class DownloadFile {
 public:
-    // Among the user's caches (else in the temporary directory).
-    [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> make();
+    // Among the user's caches (else in the temporary directory). It is in memory while it is small, so that the thread that
+    // loads many small ones need not wait for a disk.
+    DownloadFile() = default;
     // The file at `path`, as it is; made when there is none.
     [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> open(std::string path);
 
@@ -24,25 +25,30 @@ public:
     DownloadFile(const DownloadFile&) = delete; // the file is removed once
     DownloadFile& operator=(const DownloadFile&) = delete;
 
+    // Of one that is written out.
     const std::string& path() const { return path_; }
     URL url() const { return URL::fileURL(path_); }
     std::int64_t size() const { return size_; }
 
-    // Errors: POSIX ENOSPC when there is no space; NSURLErrorCannotWriteToFile.
+    // Errors: POSIX ENOSPC when there is no space; NSURLErrorCannotCreateFile, NSURLErrorCannotWriteToFile.
     [[nodiscard]] Result<void> append(std::string_view bytes);
+    // Makes the file, if it is in memory only. Errors as above.
+    [[nodiscard]] Result<void> writeOut();
     // To a smaller size.
     [[nodiscard]] Result<void> truncate(std::int64_t size);
     // Whether it stays when this goes.
     void setKept(bool isKept) { isKept_ = isKept; }
-    // Under a name that says whether it is kept; false when it could not be moved.
+    // Under a name that says whether it is kept; false when it could not be moved. Requires: it is written out.
     [[nodiscard]] bool moveTo(const std::string& path);
 
 private:
-    DownloadFile(int descriptor, std::string path, std::int64_t size);
+    Result<void> attach(std::string path);
+    Result<void> write(std::string_view bytes);
 
-    int descriptor_;
+    int descriptor_ = -1; // negative while it is in memory only
     std::string path_;
-    std::int64_t size_;
+    std::string held_; // what is not in the file yet
+    std::int64_t size_ = 0;
     bool isKept_ = false;
 };
 

@@ -24,6 +24,18 @@ struct Progress {
     bool isOnItsWay = false;
 };
 
+// On the delegate queue, before anybody is given the file: a small one is made only now. Where that fails, the task has
+// failed, and its end says so.
+Result<void> writeOut(DownloadFile& file, URLSessionTaskState& state)
+{
+    auto written = file.writeOut();
+    if (!written) {
+        std::lock_guard lock(state.mutex);
+        state.error = written.error();
+    }
+    return written;
+}
+
 class DownloadSink final : public LoadSink {
 public:
     DownloadSink(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSessionTaskState> state)
@@ -118,13 +130,15 @@ public:
         if (!failed) {
             if (state_->downloadCompletion)
                 completion_ = [state = state_, file = std::shared_ptr(std::move(file_))] {
+                    auto complete = std::exchange(state->downloadCompletion, nullptr);
+                    if (auto written = writeOut(*file, *state); !written)
+                        return complete(std::unexpected(written.error()));
                     std::shared_ptr<const URLResponse> response;
                     {
                         std::lock_guard lock(state->mutex);
                         response = state->response;
                     }
-                    std::exchange(state->downloadCompletion,
-                                  nullptr)(URLSession::Download{file->url(), response});
+                    complete(URLSession::Download{file->url(), response});
                 };
             else
                 tellFinished();
@@ -150,7 +164,7 @@ public:
             return std::nullopt;
         auto place = downloadDirectory() + UUID().string() + ".partial";
         auto data = encodeResumeData({*state_->originalRequest, place, validator_, source_, total_});
-        if (!data || !file_->moveTo(place))
+        if (!data || !file_->writeOut() || !file_->moveTo(place))
             return std::nullopt;
         file_->setKept(true);
         isGivenAway_ = true;
@@ -163,8 +177,11 @@ private:
     {
         if (std::exchange(wasOpened_, true))
             return;
-        auto file =
-            state_->partialPath.empty() ? DownloadFile::make() : DownloadFile::open(state_->partialPath);
+        if (state_->partialPath.empty()) {
+            file_ = std::make_unique<DownloadFile>();
+            return;
+        }
+        auto file = DownloadFile::open(state_->partialPath);
         if (!file) {
             openError_ = file.error();
             return;
@@ -260,7 +277,8 @@ private:
     {
         state_->core->enqueue(
             [state = state_, task = task_, keeper = keeper_, file = std::shared_ptr(std::move(file_))] {
-                if (auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task))
+                auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task);
+                if (delegate && writeOut(*file, *state))
                     delegate->urlSessionDownloadTaskDidFinishDownloading(*state->session, task, file->url());
                 // Only now: whoever is stopped before that hears of it at the next start.
                 file->setKept(false);

@@ -220,15 +220,18 @@ TEST(CommandLine, aNameCannotBreakTheLineOrDriveTheTerminal)
 }
 
 // Each library costs every start its milliseconds.
-TEST(CommandLine, thePreviewLoadsNoLibraryThatItDoesNotUse)
+TEST(CommandLine, programsLoadNoLibraryThatTheyDoNotUse)
 {
-    for (std::string name : {"subtitle-preview", "subtitle-thumbnailer", "zelk-previewer"}) {
+    auto expectNone = [](const std::string& name, const std::vector<const char*>& unused) {
         auto libraries = run({"ldd", ZELK_BINARY_DIR "/bin/" + name});
         ASSERT_EQ(libraries.exitStatus, 0) << libraries.errors;
         EXPECT_NE(libraries.output.find("libstdc++"), std::string::npos) << libraries.output;
-        for (auto* unused : {"libQt6Svg", "libcurl", "libQt6Widgets", "libavcodec", "libavformat", "libcld2"})
-            EXPECT_EQ(libraries.output.find(unused), std::string::npos) << name << " loads " << unused;
-    }
+        for (auto* library : unused)
+            EXPECT_EQ(libraries.output.find(library), std::string::npos) << name << " loads " << library;
+    };
+    for (auto* name : {"subtitle-preview", "subtitle-thumbnailer", "zelk-previewer"})
+        expectNone(name, {"libQt6Svg", "libcurl", "libQt6Widgets", "libavcodec", "libavformat", "libcld2"});
+    expectNone("fetch-files", {"libQt6", "libicu", "libsystemd"});
 }
 
 TEST(CommandLine, helpAndVersionNeedNeitherFileNorDisplay)

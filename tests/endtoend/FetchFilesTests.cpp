@@ -3,6 +3,7 @@
 #include "platform/graphics/UIImage.h"
 #include "tests/endtoend/Process.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/growingDownloads.h"
 
 #include <gtest/gtest.h>
 
@@ -73,14 +74,6 @@ std::vector<std::string> serverCommand(const ::tests::TemporaryDirectory& folder
 {
     return {nginx, "-e", folder.path("errors"), "-c",
             folder.file("configuration", configuration(servers, folder.path()))};
-}
-
-// What belongs to downloads that are under way, or that were.
-std::ptrdiff_t growingFiles(const std::string& folder)
-{
-    std::error_code none;
-    return std::ranges::count_if(std::filesystem::recursive_directory_iterator(folder, none),
-                                 [](auto& entry) { return entry.path().extension() == ".download"; });
 }
 
 TEST(FetchFiles, fetchesFromAWebServerOverBothProtocolsAndTrustsNoStranger)
@@ -168,7 +161,7 @@ TEST(FetchFiles, aDownloadThatIsBrokenOffOrInterruptedLeavesNothing)
         Process program({fetchFiles, "--to", folder.path("got"),
                          "http://127.0.0.1:" + std::to_string(port) + "/slow.bin"},
                         {{"HOME", folder.path("home")}});
-        ASSERT_TRUE(eventually([&] { return growingFiles(folder.path("home")) == 1; }));
+        ASSERT_TRUE(eventually([&] { return ::tests::growingDownloads(folder.path("home")) == 1; }));
         if (isInterrupted)
             program.terminate(SIGINT);
         else
@@ -183,7 +176,7 @@ TEST(FetchFiles, aDownloadThatIsBrokenOffOrInterruptedLeavesNothing)
                             || output == "slow.bin: Could not connect to the server.\n")
             << output;
         EXPECT_EQ(folder.read("got/slow.bin"), "old");
-        EXPECT_EQ(growingFiles(folder.path("home")), 0);
+        EXPECT_EQ(::tests::growingDownloads(folder.path("home")), 0);
     }
 }
 

@@ -9,6 +9,7 @@
 #include "tests/support/RecordingDelegate.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/growingDownloads.h"
 
 #include <gtest/gtest.h>
 
@@ -373,7 +374,8 @@ TEST(Download, aFullDiskIsSaidToBeFull)
             delegate->waitForEnds();
             auto error = delegate->error().value_or(NSError("none", 0)).bridged();
             std::fprintf(stderr, "%s %ld, %d files, %s", error.domain().c_str(), error.code(),
-                         std::filesystem::is_empty(downloadDirectory()) ? 0 : 1, downloadDirectory().c_str());
+                         static_cast<int>(tests::growingDownloads(downloadDirectory())),
+                         downloadDirectory().c_str());
             std::_Exit(0);
         },
         testing::ExitedWithCode(0), "^NSPOSIXErrorDomain 28, 0 files, /mnt/");
@@ -381,20 +383,31 @@ TEST(Download, aFullDiskIsSaidToBeFull)
 
 TEST(Download, aFileThatMayNotGrowFailsTheTaskAndLeavesNoFile)
 {
-    ScriptedServer server([](Connection& connection, const Request&) {
-        connection.answer("200 OK", std::string(1'000'000, 'x'));
-    });
     auto directory = downloadDirectory();
-    std::optional<tests::FullDisk> disk(100'000);
-    auto delegate = std::make_shared<RecordingDelegate>();
-    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
-    session->downloadTask(URLRequest(server.url("/")))->resume();
-    EXPECT_TRUE(delegate->waitForEnds());
-    disk.reset();
-    EXPECT_EQ(delegate->error()->bridged().code(), NSURLErrorCannotWriteToFile);
-    EXPECT_EQ(std::ranges::count_if(std::filesystem::directory_iterator(directory),
-                                    [](auto& entry) { return entry.path().extension() == ".download"; }),
-              0);
+    for (std::size_t size : {1'000'000, 20'000}) { // a small one is written when it is whole
+        SCOPED_TRACE(size);
+        ScriptedServer server([size](Connection& connection, const Request&) {
+            connection.answer("200 OK", std::string(size, 'x'));
+        });
+        std::optional<tests::FullDisk> disk(size / 2);
+        auto delegate = std::make_shared<RecordingDelegate>();
+        auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+        auto task = session->downloadTask(URLRequest(server.url("/")));
+        task->resume();
+        EXPECT_TRUE(delegate->waitForEnds());
+        std::promise<Result<URLSession::Download>> completed;
+        session
+            ->downloadTask(URLRequest(server.url("/")),
+                           [&](auto download) { completed.set_value(std::move(download)); })
+            ->resume();
+        auto completion = completed.get_future().get();
+        disk.reset();
+        ASSERT_TRUE(delegate->error() && task->error() && !completion);
+        for (auto& error : {*delegate->error(), *task->error(), completion.error()})
+            EXPECT_EQ(error.bridged().code(), NSURLErrorCannotWriteToFile);
+        EXPECT_EQ(std::ranges::count(delegate->calls(), "file"), 0);
+        EXPECT_EQ(tests::growingDownloads(directory), 0);
+    }
 }
 
 TEST(Download, thoseThatWaitForTheirTurnOrForTheDelegateHoldFewFiles)
@@ -404,7 +417,7 @@ TEST(Download, thoseThatWaitForTheirTurnOrForTheDelegateHoldFewFiles)
     ScriptedServer server([&](Connection& connection, const Request&) {
         if (++requestCount == 150)
             tooMany.set_value();
-        connection.answer("200 OK", "five!");
+        connection.answer("200 OK", std::string(70'000, 'x')); // more than is kept in memory
     });
     rlimit before{};
     ::getrlimit(RLIMIT_NOFILE, &before);

@@ -7,6 +7,7 @@
 #include "platform/network/URLCache.h"
 #include "tests/support/RecordingDelegate.h"
 #include "tests/support/ScriptedServer.h"
+#include "tests/support/growingDownloads.h"
 
 #include <gtest/gtest.h>
 
@@ -297,8 +298,7 @@ TEST(URLSessionOrder, aProcessMayEndInTheMiddleOfAnyLoad)
             testing::ExitedWithCode(0), "");
     }
     removeAbandonedDownloads(downloadDirectory());
-    EXPECT_TRUE(std::ranges::none_of(std::filesystem::directory_iterator(downloadDirectory()),
-                                     [](auto& entry) { return entry.path().extension() == ".download"; }));
+    EXPECT_EQ(tests::growingDownloads(downloadDirectory()), 0);
 }
 
 TEST(URLSessionOrder, proxiesComeFromTheEnvironment)

@@ -7,6 +7,7 @@
 #include "platform/network/NSURLErrorCodes.h"
 #include "tests/support/RecordingDelegate.h"
 #include "tests/support/ScriptedServer.h"
+#include "tests/support/growingDownloads.h"
 
 #include <gtest/gtest.h>
 
@@ -23,12 +24,6 @@ using tests::ScriptedServer;
 using Connection = ScriptedServer::Connection;
 using Request = ScriptedServer::Request;
 using Calls = std::vector<std::string>;
-
-std::ptrdiff_t growingFiles()
-{
-    return std::ranges::count_if(std::filesystem::directory_iterator(downloadDirectory()),
-                                 [](auto& entry) { return entry.path().extension() == ".download"; });
-}
 
 long codeOf(const std::optional<Error>& error)
 {
@@ -176,7 +171,7 @@ TEST(URLSession, aTaskEndsOnceWhateverTheServerDoesAndLeavesNoFile)
             EXPECT_EQ(codeOf(delegate->error()), code);
             EXPECT_EQ(delegate->ends(), 1u);
             EXPECT_EQ(task->state(), URLSessionTask::State::completed);
-            EXPECT_EQ(growingFiles(), 0);
+            EXPECT_EQ(tests::growingDownloads(downloadDirectory()), 0);
             if (code != 0)
                 continue;
             EXPECT_EQ(delegate->body(), body);
@@ -216,7 +211,7 @@ TEST(URLSession, aChunkedBodyThatBreaksOffAnywhereIsNeverTakenForWhole)
                     << way << length;
         }
     }
-    EXPECT_EQ(growingFiles(), 0);
+    EXPECT_EQ(tests::growingDownloads(downloadDirectory()), 0);
 }
 
 TEST(URLSession, aCompressedBodyIsUnpackedUnlessItIsABomb)
