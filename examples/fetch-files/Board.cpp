@@ -40,6 +40,15 @@ Board::Board(std::vector<Row> rows)
     draw();
 }
 
+std::optional<URL> Board::destination(const URL& url) const
+{
+    auto found = places_.find(url);
+    if (found == places_.end())
+        return std::nullopt;
+    std::lock_guard lock(mutex_);
+    return rows_[found->second].destination;
+}
+
 void Board::update(const URL& url, float progress)
 {
     std::lock_guard lock(mutex_);

@@ -4,6 +4,7 @@
 #include "platform/foundation/URL.h"
 
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -24,6 +25,8 @@ public:
     void update(const platform::URL& url, float progress);
     void finish(const platform::URL& url, const std::string& outcome, bool isSuccess);
     bool hasFailed() const;
+    // Nothing when there is no such row. Any thread.
+    std::optional<platform::URL> destination(const platform::URL& url) const;
 
     // Names come from strangers: nothing in them moves the cursor.
     static std::string printable(std::string_view text);

@@ -8,10 +8,8 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
-#include <set>
 #include <string>
 #include <thread>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -22,19 +20,13 @@ namespace {
 // Tells the board what the manager says, and the manager where files go.
 class Listener final : public zelk::DownloadManagerDelegate {
 public:
-    Listener(Board& board, const std::vector<Board::Row>& rows)
+    explicit Listener(Board& board)
         : board_(board)
     {
-        for (auto& row : rows)
-            destinations_.emplace(row.url, row.destination);
     }
 
 private:
-    std::optional<URL> destinationURL(const URL& url) override
-    {
-        auto found = destinations_.find(url);
-        return found == destinations_.end() ? std::nullopt : std::optional(found->second);
-    }
+    std::optional<URL> destinationURL(const URL& url) override { return board_.destination(url); }
     void downloadManagerDidFail(const URL& url, const Error& error) override
     {
         board_.finish(url, error.localizedDescription(), false);
@@ -46,7 +38,6 @@ private:
     }
 
     Board& board_;
-    std::unordered_map<URL, URL> destinations_; // fixed after construction
 };
 
 int refuse(const std::string& fault)
@@ -89,8 +80,17 @@ int main(int argumentCount, char** arguments)
     if (words.empty())
         return refuse(usage);
 
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    for (auto signal : {SIGINT, SIGTERM, SIGHUP})
+        ::sigaddset(&signals, signal);
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    // It makes itself ready while the URLs are read.
+    auto manager = zelk::DownloadManager::make({.allowsCellularAccess = true, .isDiscretionary = false});
+
     std::vector<Board::Row> rows;
-    std::set<std::string> names;
+    rows.reserve(words.size());
+    std::unordered_set<std::string> names;
     std::unordered_set<URL> seen;
     for (auto& word : words) {
         auto url = URL::parse(word);
@@ -107,14 +107,8 @@ int main(int argumentCount, char** arguments)
         rows.push_back({.url = *url, .destination = directory.appendingPathComponent(name)});
     }
 
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    for (auto signal : {SIGINT, SIGTERM, SIGHUP})
-        ::sigaddset(&signals, signal);
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     Board board(rows);
-    auto listener = std::make_shared<Listener>(board, rows);
-    auto manager = zelk::DownloadManager::make({.allowsCellularAccess = true, .isDiscretionary = false});
+    auto listener = std::make_shared<Listener>(board);
     cancelWhenInterrupted(manager, signals);
     manager->setDelegate(listener);
     for (auto& row : rows)

@@ -32,11 +32,22 @@ Handlers& handlers()
     return instance;
 }
 
+// Twice what a session has: of many small files each waits for an answer of its own.
+constexpr int connectionsPerHost = 12;
+
 std::string fixed(float value)
 {
     char text[64];
     std::snprintf(text, sizeof text, "%f", static_cast<double>(value));
     return text;
+}
+
+// Whether `error` says that a file is at `place`. A directory is no file to be replaced.
+bool meansFile(const Error& error, const URL& place)
+{
+    std::error_code unknown;
+    return error == Error(NSError(NSCocoaError::fileWriteFileExists))
+        && !std::filesystem::is_directory(place.path(), unknown);
 }
 
 } // namespace
@@ -62,6 +73,7 @@ void DownloadManager::start(const std::shared_ptr<DownloadManager>& self)
     auto configuration = URLSessionConfiguration::defaultSession();
     configuration.isDiscretionary = configuration_.isDiscretionary;
     configuration.allowsCellularAccess = configuration_.allowsCellularAccess;
+    configuration.httpMaximumConnectionsPerHost = connectionsPerHost;
     session_ = URLSession::make(std::move(configuration), self);
     // The queue is held, as one that was let go while suspended would lose its work.
     session_->getAllTasks([weak = std::weak_ptr(self), queue = clientQueue_](const URLSession::Tasks& tasks) {
@@ -105,13 +117,13 @@ void DownloadManager::addDownload(const URL& url, const URL&)
 void DownloadManager::add(const URL& url)
 {
     if (ongoingTasks_.contains(url)) {
-        kitLogger().debug(url.lastPathComponent() + " Already in progress");
+        kitLogger().debug([&] { return url.lastPathComponent() + " Already in progress"; });
         return;
     }
     auto task = session_->downloadTask(URLRequest(url));
     ongoingTasks_.emplace(url, task);
     task->resume();
-    kitLogger().debug("Added " + url.lastPathComponent() + " to download queue");
+    kitLogger().debug([&] { return "Added " + url.lastPathComponent() + " to download queue"; });
 }
 
 void DownloadManager::cancelDownload(const URL& url)
@@ -181,7 +193,7 @@ void DownloadManager::urlSessionDownloadTaskDidWriteData(URLSession&,
         return;
     auto& url = task->originalRequest()->url;
     auto progress = static_cast<float>(totalBytesWritten) / static_cast<float>(totalBytesExpectedToWrite);
-    kitLogger().debug(url.lastPathComponent() + " progress: " + fixed(progress));
+    kitLogger().debug([&] { return url.lastPathComponent() + " progress: " + fixed(progress); });
     if (auto listener = delegate())
         listener->downloadManagerDidUpdateProgress(url, progress);
 }
@@ -211,20 +223,18 @@ void DownloadManager::handleFile(URLSessionTask& task, const URL& location)
         return;
 
     auto& files = FileManager::defaultManager();
-    Result<void> moved;
-    // A directory is no file to be replaced: the move then says that something is there.
-    std::error_code unknown;
-    auto status = std::filesystem::status(destination->path(), unknown);
-    if (std::filesystem::exists(status) && !std::filesystem::is_directory(status))
+    auto moved = files.moveItem(location, *destination);
+    if (!moved && meansFile(moved.error(), *destination)) {
         moved = files.removeItem(*destination);
-    if (moved)
-        moved = files.moveItem(location, *destination);
+        if (moved)
+            moved = files.moveItem(location, *destination);
+    }
     if (!moved) {
         kitLogger().error("Download complete but unable to be moved: " + url.lastPathComponent()
                           + ", error: " + moved.error().localizedDescription());
         return fail(url, moved.error());
     }
-    kitLogger().debug("Download complete: " + url.lastPathComponent());
+    kitLogger().debug([&] { return "Download complete: " + url.lastPathComponent(); });
     if (auto hearer = delegate())
         hearer->downloadManagerDidFinish(url, *destination);
 }
@@ -242,7 +252,7 @@ void DownloadManager::urlSessionTaskDidComplete(URLSession&, const std::shared_p
             ongoingTasks_.erase(found);
         if (error)
             fail(url, *error);
-        kitLogger().debug("Did complete: " + url.lastPathComponent());
+        kitLogger().debug([&] { return "Did complete: " + url.lastPathComponent(); });
     });
 }
 
