@@ -401,6 +401,7 @@ TEST(Download, aFileThatMayNotGrowFailsTheTaskAndLeavesNoFile)
                            [&](auto download) { completed.set_value(std::move(download)); })
             ->resume();
         auto completion = completed.get_future().get();
+        session->delegateQueue()->sync([] { }); // what was given to it is let go of
         disk.reset();
         ASSERT_TRUE(delegate->error() && task->error() && !completion);
         for (auto& error : {*delegate->error(), *task->error(), completion.error()})
