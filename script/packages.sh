@@ -4,7 +4,7 @@
 
 packages_build="g++ cmake ninja-build ccache pkg-config git ca-certificates
   qt6-base-dev qt6-svg-dev libhwy-dev libexpat1-dev libicu-dev libuchardet-dev libcld2-dev libseccomp-dev libsystemd-dev
-  libcurl4-openssl-dev libssl-dev libidn2-dev
+  libcurl4-openssl-dev nettle-dev libidn2-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev libavdevice-dev"
 packages_run="fonts-dejavu-core qt6-wayland"
 packages_test="libgtest-dev clang-format-19 python3-minimal

@@ -23,7 +23,7 @@ constexpr auto growing = ".download";
 constexpr auto kept = ".partial";
 constexpr auto keptBySession = ".part";
 constexpr auto longestKept = std::chrono::hours(7 * 24);
-// Bytes in memory of each that has come and waits for its delegate, of which there are few.
+// Bytes in memory of each that grows, rests or waits for its delegate.
 constexpr std::size_t mostHeld = 64 * 1024;
 
 NSError writeError(int reason, const std::string& path)

@@ -15,8 +15,8 @@ namespace platform {
 // thread at a time.
 class DownloadFile {
 public:
-    // Among the user's caches (else in the temporary directory). It is in memory while it is small, so that the thread that
-    // loads many small ones need not wait for a disk.
+    // In memory while it is small, so that the thread that loads many small ones need not wait for a disk; then among the
+    // user's caches (else in the temporary directory).
     DownloadFile() = default;
     // The file at `path`, as it is; made when there is none.
     [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> open(std::string path);

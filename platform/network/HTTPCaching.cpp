@@ -210,7 +210,7 @@ std::optional<CachedURLResponse> refreshed(const CachedURLResponse& stored,
     auto fields = response->allHeaderFields();
     fields.erase("Age"); // of the former answer; a cache on the way has written its own
     for (const auto& [name, value] : notModified.allHeaderFields())
-        if (!isKeptAtRefresh(name))
+        if (!isKeptAtRefresh(name) && (fields.contains(name) || fields.size() < HTTPHeaderFields::mostFields))
             fields.insert_or_assign(name, value);
     auto renewed = std::make_shared<const HTTPURLResponse>(response->url(), response->statusCode(),
                                                            response->httpVersion(), std::move(fields));

@@ -22,7 +22,7 @@ public:
     using const_iterator = std::vector<Field>::const_iterator;
 
     // To look one up takes as long as there are fields: what comes from outside and has more is refused by who reads it.
-    static constexpr std::size_t mostFields = 1000;
+    static constexpr std::size_t mostFields = 200;
 
     HTTPHeaderFields() = default;
     // Of several with the same name the first one.

@@ -101,7 +101,7 @@ HTTPURLResponse::HTTPURLResponse(URL url, int statusCode, std::string httpVersio
 }
 
 HTTPURLResponse::HTTPURLResponse(URL url, ContentType type, int statusCode, std::string httpVersion,
-                                 HTTPHeaderFields fields)
+                                 HTTPHeaderFields&& fields)
     : URLResponse(std::move(url), std::move(type.mimeType), expectedLength(fields), std::move(type.charset))
     , statusCode_(statusCode)
     , httpVersion_(std::move(httpVersion))

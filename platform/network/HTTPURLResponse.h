@@ -32,7 +32,7 @@ public:
 
 private:
     HTTPURLResponse(URL url, ContentType type, int statusCode, std::string httpVersion,
-                    HTTPHeaderFields fields);
+                    HTTPHeaderFields&& fields); // by reference: `type` is read from them in the same call
 
     // fixed after construction
     int statusCode_;

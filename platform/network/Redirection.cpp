@@ -34,24 +34,32 @@ std::string asciiHost(const std::string& host)
     return text;
 }
 
-// A URL as the library reads it that loads it.
+// A URL as the library reads it that loads it, without the user's name, which is never told.
 class LibraryURL {
 public:
     explicit LibraryURL(const URL& url)
         : parts_(::curl_url())
     {
         precondition(parts_ != nullptr, "there is no memory for a URL");
-        isValid_ = set(url.absoluteString(), CURLU_NON_SUPPORT_SCHEME | CURLU_PATH_AS_IS);
+        isValid_ = set(withoutUser(url.absoluteString()), CURLU_NON_SUPPORT_SCHEME | CURLU_PATH_AS_IS);
     }
 
     bool isValid() const { return isValid_; }
-    // Goes where `reference` leads from here; one that leads nowhere changes nothing.
+    // Goes where `reference` leads from here; false when that is nowhere.
     bool follow(const std::string& reference)
     {
-        drop(CURLUPART_FRAGMENT);
+        dropFragment();
         return set(reference, CURLU_NON_SUPPORT_SCHEME);
     }
-    void drop(CURLUPart part) { ::curl_url_set(parts_.get(), part, nullptr, 0); }
+    void dropFragment() { ::curl_url_set(parts_.get(), CURLUPART_FRAGMENT, nullptr, 0); }
+    std::string text() const
+    {
+        auto text = get(CURLUPART_URL);
+        // To a server no query is another than an empty one; the library forgets that.
+        if (hasEmptyQuery_ && !text.empty())
+            text.insert(std::min(text.find('#'), text.size()), "?");
+        return text;
+    }
     // As servers are to read it; empty when there is none.
     std::string get(CURLUPart part, unsigned flags = 0) const
     {
@@ -67,8 +75,20 @@ private:
         void operator()(CURLU* parts) const { ::curl_url_cleanup(parts); }
     };
 
+    static std::string withoutUser(std::string text)
+    {
+        auto slashes = text.find("//");
+        if (slashes == text.npos)
+            return text;
+        auto begin = slashes + 2;
+        auto authority = std::string_view(text).substr(begin, text.find_first_of("/?#", begin) - begin);
+        return text.erase(begin, authority.rfind('@') + 1); // nothing when there is none
+    }
+
     bool set(const std::string& text, unsigned flags)
     {
+        auto mark = text.find('?');
+        hasEmptyQuery_ = mark != text.npos && (mark + 1 == text.size() || text[mark + 1] == '#');
         if (::curl_url_set(parts_.get(), CURLUPART_URL, text.c_str(), flags) != CURLUE_OK)
             return false;
         auto host = get(CURLUPART_HOST);
@@ -78,6 +98,7 @@ private:
 
     std::unique_ptr<CURLU, Deleter> parts_;
     bool isValid_ = false;
+    bool hasEmptyQuery_ = false;
 };
 
 bool isWeb(const URL& url)
@@ -114,11 +135,12 @@ std::optional<URL> resolved(const URL& base, std::string_view reference)
     auto text = escaped(reference);
     auto absolute = URL::parse(text);
     if (absolute && (!isWeb(*absolute) || absolute->host().empty()))
-        return absolute; // nowhere that anything is loaded from
-    if (text.starts_with('#'))
-        return base; // another place in the same file
+        return absolute;       // nowhere that anything is loaded from
+    if (text.starts_with('#')) // another place in the same file
+        return URL::parse(base.absoluteString().substr(0, base.absoluteString().find('#')) + text);
     LibraryURL target(base);
-    return !text.empty() && target.follow(text) ? URL::parse(target.get(CURLUPART_URL)) : std::nullopt;
+    bool leadsSomewhere = !text.empty() && !text.starts_with("///") && target.follow(text);
+    return leadsSomewhere ? URL::parse(target.text()) : std::nullopt;
 }
 
 // Whether nothing about the host could be written in another way. Most are so, and no library need look at them.
@@ -141,7 +163,8 @@ bool isPlain(const URL& url)
 
 bool haveSameHost(const LibraryURL& a, const LibraryURL& b)
 {
-    return a.get(CURLUPART_HOST) == b.get(CURLUPART_HOST)
+    return a.isValid() && b.isValid() && a.get(CURLUPART_HOST) == b.get(CURLUPART_HOST)
+        && a.get(CURLUPART_ZONEID) == b.get(CURLUPART_ZONEID)
         && a.get(CURLUPART_PORT, CURLU_DEFAULT_PORT) == b.get(CURLUPART_PORT, CURLU_DEFAULT_PORT);
 }
 
@@ -169,9 +192,8 @@ std::string addressOf(const URL& url)
     if (isPlain(url))
         return url.absoluteString().substr(0, url.absoluteString().find('#'));
     LibraryURL parts(url);
-    for (auto part : {CURLUPART_USER, CURLUPART_PASSWORD, CURLUPART_OPTIONS, CURLUPART_FRAGMENT})
-        parts.drop(part);
-    return parts.isValid() ? parts.get(CURLUPART_URL) : std::string();
+    parts.dropFragment();
+    return parts.isValid() ? parts.text() : std::string();
 }
 
 bool mayBeTold(std::string_view field, const URL& first, const URL& url)

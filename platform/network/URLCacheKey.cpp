@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/URLCacheKey_p.h"
 
-#include "platform/foundation/Precondition.h"
-
 #include <array>
-#include <openssl/evp.h>
-#include <span>
+#include <cstdint>
+#include <nettle/sha2.h>
 
 namespace platform {
 
@@ -20,12 +18,13 @@ std::string urlCacheKey(const URLRequest& request)
 std::string urlCacheDigest(std::string_view text)
 {
     constexpr std::string_view digits = "0123456789abcdef";
-    constexpr std::size_t byteCount = 20; // of 32
-    std::array<unsigned char, EVP_MAX_MD_SIZE> hash{};
-    int isHashed = ::EVP_Digest(text.data(), text.size(), hash.data(), nullptr, ::EVP_sha256(), nullptr);
-    precondition(isHashed == 1, "there is no memory for a digest");
+    sha256_ctx context{};
+    ::sha256_init(&context);
+    ::sha256_update(&context, text.size(), reinterpret_cast<const std::uint8_t*>(text.data()));
+    std::array<std::uint8_t, 20> hash{}; // of 32 bytes
+    ::sha256_digest(&context, hash.size(), hash.data());
     std::string result;
-    for (auto byte : std::span(hash).first(byteCount)) {
+    for (auto byte : hash) {
         result += digits[byte >> 4];
         result += digits[byte & 15];
     }

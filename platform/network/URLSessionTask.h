@@ -32,6 +32,7 @@ public:
     URLRequest currentRequest() const;
     // Null until one has come.
     std::shared_ptr<const URLResponse> response() const;
+    // Of a download, known for sure when its end is told: its file may be written only then.
     std::optional<Error> error() const;
     State state() const;
     // Of the body, decoded.

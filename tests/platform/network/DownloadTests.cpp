@@ -413,34 +413,37 @@ TEST(Download, aFileThatMayNotGrowFailsTheTaskAndLeavesNoFile)
 
 TEST(Download, thoseThatWaitForTheirTurnOrForTheDelegateHoldFewFiles)
 {
-    std::atomic<int> requestCount = 0;
-    std::promise<void> tooMany;
-    ScriptedServer server([&](Connection& connection, const Request&) {
-        if (++requestCount == 150)
-            tooMany.set_value();
-        connection.answer("200 OK", std::string(70'000, 'x')); // more than is kept in memory
-    });
-    rlimit before{};
-    ::getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit few{200, before.rlim_max};
-    ::setrlimit(RLIMIT_NOFILE, &few);
-    auto delegate = std::make_shared<RecordingDelegate>();
-    auto areTooMany = tooMany.get_future();
-    delegate->onDownload = [&](auto&) {
-        if (!areTooMany.valid())
-            return;
-        auto news = std::exchange(areTooMany, {}); // the first keeps the delegate busy
-        EXPECT_EQ(news.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
-    };
-    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
-    std::vector<std::shared_ptr<URLSessionTask>> tasks;
-    for (int i = 0; i < 400; ++i) {
-        tasks.push_back(session->downloadTask(URLRequest(server.url("/file"))));
-        tasks.back()->resume();
+    for (std::size_t size : {5, 70'000}) { // in memory, in files
+        SCOPED_TRACE(size);
+        std::atomic<int> requestCount = 0;
+        std::promise<void> tooMany;
+        ScriptedServer server([&, size](Connection& connection, const Request&) {
+            if (++requestCount == 150)
+                tooMany.set_value();
+            connection.answer("200 OK", std::string(size, 'x'));
+        });
+        rlimit before{};
+        ::getrlimit(RLIMIT_NOFILE, &before);
+        const rlimit few{200, before.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &few);
+        auto delegate = std::make_shared<RecordingDelegate>();
+        auto areTooMany = tooMany.get_future();
+        delegate->onDownload = [&](auto&) {
+            if (!areTooMany.valid())
+                return;
+            auto news = std::exchange(areTooMany, {}); // the first keeps the delegate busy
+            EXPECT_EQ(news.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+        };
+        auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+        std::vector<std::shared_ptr<URLSessionTask>> tasks;
+        for (int i = 0; i < 400; ++i) {
+            tasks.push_back(session->downloadTask(URLRequest(server.url("/file"))));
+            tasks.back()->resume();
+        }
+        EXPECT_TRUE(delegate->waitForEnds(tasks.size()));
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        EXPECT_TRUE(std::ranges::none_of(tasks, [](auto& task) { return task->error().has_value(); }));
     }
-    EXPECT_TRUE(delegate->waitForEnds(tasks.size()));
-    ::setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_TRUE(std::ranges::none_of(tasks, [](auto& task) { return task->error().has_value(); }));
 }
 
 } // namespace platform

@@ -48,6 +48,7 @@ TEST(HTTPMessage, ofAHeadOnlyWhatMayBeBelievedIsKept)
     std::size_t count = 0;
     while (endless.take("f" + std::to_string(count) + ": x\r\n") != HTTPHead::Reading::isTooLong)
         ASSERT_LE(++count, HTTPHeaderFields::mostFields + 1);
+    EXPECT_EQ(count, HTTPHeaderFields::mostFields + 1);
 
     EXPECT_EQ(HTTPHeaderFields({{"a", "1"}, {"B", "2"}}),
               HTTPHeaderFields({{"b", "2"}, {"A", "1"}, {"a", "3"}}));
@@ -90,6 +91,11 @@ TEST(HTTPMessage, namesOfFilesAreSafe)
 
 TEST(HTTPMessage, lengthsRangesAndTagsAreBelievedOnlyWhenTheyAreWhole)
 {
+    HTTPURLResponse text(*URL::parse("http://h/"), 200, "HTTP/1.1",
+                         {{"content-type", "Text/HTML; charset=UTF-8"}, {"content-length", "5"}});
+    EXPECT_EQ(text.mimeType(), "text/html");
+    EXPECT_EQ(text.textEncodingName(), "UTF-8");
+    EXPECT_EQ(text.expectedContentLength(), 5);
     EXPECT_EQ(parseContentLength("5, 5"), 5);
     for (auto* bad : {"", "-1", "+1", "5,6", "0x5", "5 5", "99999999999999999999"})
         EXPECT_EQ(parseContentLength(bad), std::nullopt) << bad;
@@ -132,7 +138,11 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
         {302, http, "https://a/z", "GET", "https://a/z", "GET", false, 0},
         {302, http, "../../z?r", "GET", "http://a/z?r", "GET", true, 0},
         {302, http, "?r", "GET", "http://a/x/y?r", "GET", true, 0},
-        {303, http, "#end", "POST", "http://a/x/y?q", "GET", true, 0},
+        {302, http, "?", "GET", "http://a/x/y?", "GET", true, 0},
+        {302, http, "http://a/z?#end", "GET", "http://a/z?#end", "GET", true, 0},
+        {303, http, "#end", "POST", "http://a/x/y?q#end", "GET", true, 0},
+        {302, "http://[fe80::1%25a]/", "//[fe80::1%25b]/", "GET", "http://[fe80::1%25b]/", "GET", false, 0},
+        {302, http, "///b", "GET", nullptr, "", false, NSURLErrorRedirectToNonExistentLocation},
         {302, http, "/z w/\xC3\xA9%41%zz", "GET", "http://a/z%20w/%C3%A9%41%25zz", "GET", true, 0},
         {302, http, "//b\xC3\xBC.example/", "GET", "http://xn--b-eha.example/", "GET", false, 0},
         {302, http, "", "GET", nullptr, "", false, NSURLErrorRedirectToNonExistentLocation},
@@ -167,6 +177,7 @@ TEST(HTTPMessage, redirectionsChangeMethodsAndKeepSecrets)
     }
     EXPECT_EQ(addressOf(*URL::parse("http://me:secret@b\xC3\xBC.example/x?y#z")),
               "http://xn--b-eha.example/x?y");
+    EXPECT_EQ(addressOf(*URL::parse("http://me:p@ss@a_b/x?#z")), "http://a_b/x?");
     EXPECT_FALSE(isLoadable(*URL::parse("http://a b/")));
 }
 
