@@ -2,6 +2,7 @@
 #include "platform/uikit/WindowGuide.h"
 
 #include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/GraphicsRuntime_p.h"
 #include "platform/uikit/EventTranslation_p.h"
 
 #include <QtCore/QEvent>
@@ -101,8 +102,10 @@ private:
             parent_.reset(QWindow::fromWinId(*parent));
             window.setTransientParent(parent_.get());
         }
-        if (!wishes_.activationToken.empty())
-            qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(wishes_.activationToken));
+        if (wishes_.activationToken.empty())
+            return;
+        awaitFontConfiguration(); // the thread that reads it reads the environment
+        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(wishes_.activationToken));
     }
 
     // The window paints while it handles the event that this is called for.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/foundation/NSUserDefaults.h"
+#include "platform/graphics/GraphicsRuntime_p.h"
 #include "platform/services/PHPhotosAuthorization.h"
 #include "tests/support/MediaFixtures.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -42,6 +43,7 @@ public:
     PhotoLibraryFolders()
         : question(std::make_shared<AnsweringQuestion>())
     {
+        platform::awaitFontConfiguration(); // whoever reads it reads the environment, which changes here
         platform::NSUserDefaults::standardUserDefaults(); // has its file elsewhere, for all tests
         std::filesystem::create_directory(folder.path("pictures"));
         std::filesystem::create_directory(folder.path("videos"));
@@ -53,6 +55,7 @@ public:
     }
     ~PhotoLibraryFolders()
     {
+        platform::awaitFontConfiguration();
         allow(platform::PHAuthorizationStatus::notDetermined);
         platform::PHPhotosAuthorization::shared().setQuestion(nullptr);
         for (const auto* name : {"XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
