@@ -3,6 +3,7 @@
 
 #include "platform/foundation/FileReading_p.h"
 #include "platform/foundation/FileWriting_p.h"
+#include "platform/foundation/UUID.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -218,6 +219,26 @@ Result<void> FileManager::copyItem(const URL& from, const URL& to) const
     auto destination = withoutSlashAtEnd(TRY(writablePath(to, deed)));
     if (auto error = copyAll(source, destination))
         return fault(error, error == std::errc::file_exists ? to : from, deed);
+    return {};
+}
+
+Result<void> FileManager::replaceItem(const URL& original, const URL& replacement) const
+{
+    constexpr std::string_view deed = "replaced";
+    auto source = withoutSlashAtEnd(TRY(writablePath(replacement, deed)));
+    auto destination = withoutSlashAtEnd(TRY(writablePath(original, deed)));
+    std::error_code error;
+    fs::rename(source, destination, error);
+    if (error == std::errc::cross_device_link) {
+        auto draft = fs::path(destination).replace_filename(std::string(draftPrefix) + UUID().string());
+        error = copyAll(source, draft);
+        if (!error)
+            fs::rename(draft, destination, error);
+        std::error_code ignored; // what is left over is in nobody's way
+        fs::remove_all(error ? draft.string() : source, ignored);
+    }
+    if (error)
+        return fault(error, original, deed);
     return {};
 }
 

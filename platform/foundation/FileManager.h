@@ -95,6 +95,9 @@ public:
     // removal.
     [[nodiscard]] Result<void> moveItem(const URL& from, const URL& to) const;
     [[nodiscard]] Result<void> copyItem(const URL& from, const URL& to) const;
+    // Puts the file `replacement` in the place of the file `original` in one step: where that fails, both are as they were.
+    // From another volume it is copied beside the original first.
+    [[nodiscard]] Result<void> replaceItem(const URL& original, const URL& replacement) const;
 
     // Of the file system that holds `path`. Errors: the file-read codes.
     [[nodiscard]] Result<PropertyListDictionary> attributesOfFileSystem(std::string_view path) const;

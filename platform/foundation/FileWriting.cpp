@@ -86,18 +86,18 @@ std::expected<Destination, int> destinationOf(std::string path)
     return found;
 }
 
-// The new contents, while they have a name of their own. Members give 0 or an error number.
+// A file that is made, and removed unless it is kept. Members give 0 or an error number.
 class DraftFile {
 public:
-    explicit DraftFile(const std::string& directory)
-        : path_(directory + "/" + std::string(draftPrefix) + UUID().string())
+    explicit DraftFile(std::string path)
+        : path_(std::move(path))
     {
     }
     ~DraftFile()
     {
         if (descriptor_ >= 0)
             ::close(descriptor_);
-        if (isNamed_)
+        if (isMade_)
             ::unlink(path_.c_str());
     }
     DraftFile(const DraftFile&) = delete; // it removes its file
@@ -107,7 +107,7 @@ public:
     {
         descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
                              static_cast<mode_t>(permissions));
-        isNamed_ = descriptor_ >= 0;
+        isMade_ = descriptor_ >= 0;
         return descriptor_ >= 0 ? 0 : errno;
     }
     int takeAfter(const struct stat& other)
@@ -134,9 +134,11 @@ public:
                 return errno;
             bytes.remove_prefix(static_cast<std::size_t>(count));
         }
-        // Before the rename: after a loss of power the new name must not stand on contents that never arrived.
-        if (::fsync(descriptor_) != 0)
-            return errno;
+        return 0;
+    }
+    int sync() { return ::fsync(descriptor_) == 0 ? 0 : errno; }
+    int close()
+    {
         // Network file systems tell of a full disk here at the latest.
         return ::close(std::exchange(descriptor_, -1)) == 0 || errno == EINTR ? 0 : errno;
     }
@@ -144,14 +146,15 @@ public:
     {
         if (::rename(path_.c_str(), path.c_str()) != 0)
             return errno;
-        isNamed_ = false;
+        keep();
         return 0;
     }
+    void keep() { isMade_ = false; }
 
 private:
     std::string path_;
     int descriptor_ = -1;
-    bool isNamed_ = false;
+    bool isMade_ = false;
 };
 
 int syncDirectory(const std::string& directory)
@@ -172,15 +175,42 @@ int replaceContents(std::string path, std::string_view bytes, unsigned permissio
         return destination.error();
     auto slash = destination->path.rfind('/');
     auto directory = destination->path.substr(0, std::max<std::size_t>(slash, 1));
-    DraftFile draft(directory);
+    DraftFile draft(directory + "/" + std::string(draftPrefix) + UUID().string());
     int fault = draft.create(permissions);
     if (!fault && destination->present)
         fault = draft.takeAfter(*destination->present);
     if (!fault)
         fault = draft.write(bytes);
+    // Before the rename: after a loss of power the new name must not stand on contents that never arrived.
+    if (!fault)
+        fault = draft.sync();
+    if (!fault)
+        fault = draft.close();
     if (!fault)
         fault = draft.rename(destination->path);
     return fault ? fault : syncDirectory(directory);
+}
+
+int createContents(std::string path, std::string_view bytes, unsigned permissions)
+{
+    DraftFile file(std::move(path));
+    int fault = file.create(permissions);
+    if (!fault)
+        fault = file.write(bytes);
+    if (!fault)
+        fault = file.close();
+    if (!fault)
+        file.keep();
+    return fault;
+}
+
+// The path of a file that is to be made.
+Result<std::string> pathToSave(const URL& url)
+{
+    auto path = TRY(writablePath(url, saved));
+    if (path.ends_with('/'))
+        return std::unexpected(fileWriteError(EISDIR, url, saved));
+    return path;
 }
 
 } // namespace
@@ -217,10 +247,14 @@ Result<std::string> writablePath(const URL& url, std::string_view deed)
 
 Result<void> writeFileAtomically(const URL& url, std::string_view bytes, FileWritingOptions options)
 {
-    auto path = TRY(writablePath(url, saved));
-    if (path.ends_with('/'))
-        return std::unexpected(fileWriteError(EISDIR, url, saved));
-    if (int fault = replaceContents(std::move(path), bytes, options.permissions))
+    if (int fault = replaceContents(TRY(pathToSave(url)), bytes, options.permissions))
+        return std::unexpected(fileWriteError(fault, url, saved));
+    return {};
+}
+
+Result<void> writeNewFile(const URL& url, std::string_view bytes, FileWritingOptions options)
+{
+    if (int fault = createContents(TRY(pathToSave(url)), bytes, options.permissions))
         return std::unexpected(fileWriteError(fault, url, saved));
     return {};
 }

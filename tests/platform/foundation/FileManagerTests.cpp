@@ -2,6 +2,7 @@
 #include "platform/foundation/FileManager.h"
 
 #include "platform/foundation/FileWriting.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -77,6 +78,16 @@ TEST(FileWritingTests, What_cannot_be_written_leaves_the_old_contents_and_says_w
     };
     for (auto& [url, code] : cases)
         EXPECT_EQ(codeOf(writeFileAtomically(url, "new")), code) << url.absoluteString();
+    EXPECT_EQ(codeOf(writeNewFile(directory.url("missing/file"), "new")), NSCocoaError::fileNoSuchFile);
+    EXPECT_EQ(codeOf(writeNewFile(directory.url("folder/"), "new")), NSCocoaError::fileWriteUnknown);
+    ::symlink("nowhere", directory.path("link").c_str());
+    for (auto name : {"folder/file", "folder", "link"})
+        EXPECT_EQ(codeOf(writeNewFile(directory.url(name), "new")), NSCocoaError::fileWriteFileExists);
+    {
+        tests::FullDisk disk(2);
+        EXPECT_EQ(codeOf(writeNewFile(directory.url("full"), "new")), NSCocoaError::fileWriteOutOfSpace);
+    }
+    EXPECT_FALSE(std::filesystem::exists(directory.path("full")));
     EXPECT_EQ(directory.read("folder/file"), "old");
     auto error = writeFileAtomically(directory.url("missing/a\nb"), "new").error();
     EXPECT_EQ(error.localizedDescription(),
@@ -144,6 +155,37 @@ TEST(FileManagerTests, Items_are_made_copied_moved_and_removed_whole_and_never_r
     EXPECT_TRUE(manager.fileExists(directory.path("moved/file")));
     EXPECT_TRUE(manager.removeItem(at("moved")));
     EXPECT_EQ(codeOf(manager.removeItem(at("moved"))), fileNoSuchFile);
+}
+
+TEST(FileManagerTests, A_file_that_is_replaced_from_another_volume_stays_until_the_new_one_is_there)
+{
+    tests::TemporaryDirectory directory;
+    auto& manager = FileManager::defaultManager();
+    struct stat here{};
+    struct stat memory{};
+    bool areTwo = ::stat(directory.path().c_str(), &here) == 0 && ::stat("/dev/shm", &memory) == 0
+        && here.st_dev != memory.st_dev && ::access("/dev/shm", W_OK) == 0;
+    std::vector<std::string> places{directory.path("near")};
+    if (areTwo)
+        places.push_back("/dev/shm/zelk-tests-" + std::to_string(::getpid()));
+    for (auto& place : places) {
+        SCOPED_TRACE(place);
+        directory.write("old", "old");
+        std::ofstream(place) << "new, and longer";
+        if (&place != &places.front()) {
+            tests::FullDisk disk(8);
+            EXPECT_EQ(codeOf(manager.replaceItem(directory.url("old"), URL::fileURL(place))),
+                      NSCocoaError::fileWriteOutOfSpace);
+            EXPECT_EQ(directory.read("old"), "old");
+            EXPECT_TRUE(std::filesystem::exists(place));
+        }
+        EXPECT_TRUE(manager.replaceItem(directory.url("old"), URL::fileURL(place)));
+        EXPECT_EQ(directory.read("old"), "new, and longer");
+        EXPECT_FALSE(std::filesystem::exists(place));
+        EXPECT_EQ(directory.fileCount(), 1);
+        EXPECT_EQ(codeOf(manager.replaceItem(directory.url("old"), URL::fileURL(place))),
+                  NSCocoaError::fileNoSuchFile);
+    }
 }
 
 TEST(FileManagerTests, The_users_directories_come_from_the_desktops_list_or_stand_in_the_home)
