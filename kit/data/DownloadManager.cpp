@@ -6,6 +6,7 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/Precondition.h"
+#include "platform/network/DownloadedFile.h"
 #include "platform/network/HTTPURLResponse.h"
 
 #include <cstdio>
@@ -198,14 +199,14 @@ void DownloadManager::urlSessionDownloadTaskDidWriteData(URLSession&,
         listener->downloadManagerDidUpdateProgress(url, progress);
 }
 
-void DownloadManager::urlSessionDownloadTaskDidFinishDownloading(
-    URLSession&, const std::shared_ptr<URLSessionDownloadTask>& task, const URL& location)
+void DownloadManager::urlSessionDownloadTaskDidReceiveFile(
+    URLSession&, const std::shared_ptr<URLSessionDownloadTask>& task, DownloadedFile& file)
 {
     // The file is gone when this returns.
-    clientQueue_->sync([&] { handleFile(*task, location); });
+    clientQueue_->sync([&] { handleFile(*task, file); });
 }
 
-void DownloadManager::handleFile(URLSessionTask& task, const URL& location)
+void DownloadManager::handleFile(URLSessionTask& task, DownloadedFile& file)
 {
     if (!task.originalRequest())
         return;
@@ -218,16 +219,19 @@ void DownloadManager::handleFile(URLSessionTask& task, const URL& location)
                             {{std::string(NSLocalizedDescriptionKey), std::move(text)}}));
     }
     auto listener = delegate();
-    auto destination = listener ? listener->destinationURL(url) : std::nullopt;
-    if (!destination)
-        return;
+    if (auto destination = listener ? listener->destinationURL(url) : std::nullopt)
+        place(file, url, *destination);
+}
 
-    auto& files = FileManager::defaultManager();
-    auto moved = files.moveItem(location, *destination);
-    if (!moved && meansFile(moved.error(), *destination)) {
-        moved = files.removeItem(*destination);
-        if (moved)
-            moved = files.moveItem(location, *destination);
+void DownloadManager::place(DownloadedFile& file, const URL& url, const URL& destination)
+{
+    auto moved = file.moveTo(destination);
+    if (!moved && meansFile(moved.error(), destination)) {
+        // The old one goes when the new one is there, and not before.
+        auto location = file.location();
+        if (!location)
+            return; // the task ends with that error
+        moved = FileManager::defaultManager().replaceItem(destination, *location);
     }
     if (!moved) {
         kitLogger().error("Download complete but unable to be moved: " + url.lastPathComponent()
@@ -236,7 +240,7 @@ void DownloadManager::handleFile(URLSessionTask& task, const URL& location)
     }
     kitLogger().debug([&] { return "Download complete: " + url.lastPathComponent(); });
     if (auto hearer = delegate())
-        hearer->downloadManagerDidFinish(url, *destination);
+        hearer->downloadManagerDidFinish(url, destination);
 }
 
 void DownloadManager::urlSessionTaskDidComplete(URLSession&, const std::shared_ptr<URLSessionTask>& task,

@@ -80,17 +80,17 @@ private:
     void start(const std::shared_ptr<DownloadManager>& self);
     std::weak_ptr<DownloadManager> weakSelf() { return weak_from_this(); }
     void add(const platform::URL& url);
-    void handleFile(platform::URLSessionTask& task, const platform::URL& location);
+    void handleFile(platform::URLSessionTask& task, platform::DownloadedFile& file);
+    void place(platform::DownloadedFile& file, const platform::URL& url, const platform::URL& destination);
     void fail(const platform::URL& url, const platform::Error& error);
 
     void urlSessionDownloadTaskDidWriteData(platform::URLSession& session,
                                             const std::shared_ptr<platform::URLSessionDownloadTask>& task,
                                             std::int64_t bytesWritten, std::int64_t totalBytesWritten,
                                             std::int64_t totalBytesExpectedToWrite) override;
-    void
-    urlSessionDownloadTaskDidFinishDownloading(platform::URLSession& session,
-                                               const std::shared_ptr<platform::URLSessionDownloadTask>& task,
-                                               const platform::URL& location) override;
+    void urlSessionDownloadTaskDidReceiveFile(platform::URLSession& session,
+                                              const std::shared_ptr<platform::URLSessionDownloadTask>& task,
+                                              platform::DownloadedFile& file) override;
     void urlSessionTaskDidComplete(platform::URLSession& session,
                                    const std::shared_ptr<platform::URLSessionTask>& task,
                                    const std::optional<platform::Error>& error) override;

@@ -2,6 +2,7 @@
 #include "platform/network/DownloadFile_p.h"
 
 #include "platform/foundation/FileManager.h"
+#include "platform/foundation/FileWriting.h"
 #include "platform/foundation/UUID.h"
 #include "platform/network/NSURLErrorCodes.h"
 
@@ -9,10 +10,12 @@
 #include <chrono>
 #include <fcntl.h>
 #include <filesystem>
+#include <mutex>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace platform {
 
@@ -54,6 +57,38 @@ bool isPreparedDirectory(const URL& place)
     ::chmod(place.path().c_str(), 0700);
     return ::access(place.path().c_str(), W_OK | X_OK) == 0;
 }
+
+// Memory for small files, used again: the thread that lets go of it is another than that which takes it.
+class HeldMemory {
+public:
+    static HeldMemory& shared()
+    {
+        static auto& instance = *new HeldMemory; // threads may still run while the process exits
+        return instance;
+    }
+
+    std::string take()
+    {
+        std::lock_guard lock(mutex_);
+        if (spare_.empty())
+            return {};
+        auto memory = std::move(spare_.back());
+        spare_.pop_back();
+        return memory;
+    }
+    void giveBack(std::string memory)
+    {
+        memory.clear();
+        std::lock_guard lock(mutex_);
+        if (memory.capacity() > 0 && spare_.size() < mostSpare)
+            spare_.push_back(std::move(memory));
+    }
+
+private:
+    static constexpr std::size_t mostSpare = 16;
+    std::mutex mutex_;
+    std::vector<std::string> spare_; // guarded by mutex_
+};
 
 std::string makeDownloadDirectory()
 {
@@ -111,7 +146,7 @@ Result<std::unique_ptr<DownloadFile>> DownloadFile::open(std::string path)
 
 Result<void> DownloadFile::attach(std::string path)
 {
-    int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0600);
+    int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0666);
     struct stat facts{};
     bool isOurs = descriptor >= 0 && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0
         && ::fstat(descriptor, &facts) == 0 && S_ISREG(facts.st_mode);
@@ -134,11 +169,17 @@ Result<void> DownloadFile::attach(std::string path)
     return {};
 }
 
+DownloadFile::DownloadFile()
+    : held_(HeldMemory::shared().take())
+{
+}
+
 DownloadFile::~DownloadFile()
 {
+    HeldMemory::shared().giveBack(std::move(held_));
     if (descriptor_ < 0)
         return;
-    // While it is locked, so that what is removed is ours. It may have been moved away: then there is nothing to remove.
+    // While it is locked, so that what is removed is ours. Its delegate may have moved it away: then there is nothing to remove.
     if (!isKept_ && ::access(path_.c_str(), F_OK) == 0) // to look is cheaper than to fail
         ::unlink(path_.c_str());
     ::close(descriptor_);
@@ -165,6 +206,12 @@ Result<void> DownloadFile::writeOut()
     if (!made)
         TRY(attach(path()));
     return write(std::exchange(held_, {}));
+}
+
+Result<void> DownloadFile::giveTo(const URL& destination)
+{
+    return descriptor_ < 0 ? writeNewFile(destination, held_)
+                           : FileManager::defaultManager().moveItem(url(), destination);
 }
 
 Result<void> DownloadFile::write(std::string_view bytes)

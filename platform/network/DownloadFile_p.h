@@ -11,13 +11,13 @@
 
 namespace platform {
 
-// A file that grows while it is loaded, readable to this user only. Removed when it is let go of, unless it is kept. One
-// thread at a time.
+// A file that grows while it is loaded, in a directory that is this user's only. Removed when it is let go of, unless it is
+// kept. One thread at a time.
 class DownloadFile {
 public:
     // In memory while it is small, so that the thread that loads many small ones need not wait for a disk; then among the
     // user's caches (else in the temporary directory).
-    DownloadFile() = default;
+    DownloadFile();
     // The file at `path`, as it is; made when there is none.
     [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> open(std::string path);
 
@@ -34,6 +34,8 @@ public:
     [[nodiscard]] Result<void> append(std::string_view bytes);
     // Makes the file, if it is in memory only. Errors as above.
     [[nodiscard]] Result<void> writeOut();
+    // Where nothing is: from memory, or by a move from where it is. Then it is let go of. Errors: FileManager::moveItem's.
+    [[nodiscard]] Result<void> giveTo(const URL& destination);
     // To a smaller size.
     [[nodiscard]] Result<void> truncate(std::int64_t size);
     // Whether it stays when this goes.

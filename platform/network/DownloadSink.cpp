@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/LoadSink_p.h"
 
+#include "platform/foundation/FileManager.h"
 #include "platform/foundation/UUID.h"
 #include "platform/network/BackgroundStore_p.h"
 #include "platform/network/DownloadFile_p.h"
+#include "platform/network/DownloadedFile.h"
 #include "platform/network/HTTPMessage_p.h"
 #include "platform/network/NSURLErrorCodes.h"
 
@@ -24,17 +26,41 @@ struct Progress {
     bool isOnItsWay = false;
 };
 
-// On the delegate queue, before anybody is given the file: a small one is made only now. Where that fails, the task has
-// failed, and its end says so.
-Result<void> writeOut(DownloadFile& file, URLSessionTaskState& state)
-{
-    auto written = file.writeOut();
-    if (!written) {
-        std::lock_guard lock(state.mutex);
-        state.error = written.error();
+// What was loaded, on the delegate queue. A small one is made only now: where that fails, the task has failed, and its end
+// says so.
+class LoadedFile final : public DownloadedFile {
+public:
+    LoadedFile(DownloadFile& file, URLSessionTaskState& state)
+        : file_(file)
+        , state_(state)
+    {
     }
-    return written;
-}
+
+    Result<URL> location() override
+    {
+        if (given_)
+            return *given_;
+        auto written = file_.writeOut();
+        if (written)
+            return file_.url();
+        std::lock_guard lock(state_.mutex);
+        state_.error = written.error();
+        return std::unexpected(written.error());
+    }
+    Result<void> moveTo(const URL& destination) override
+    {
+        if (given_)
+            return FileManager::defaultManager().moveItem(*given_, destination);
+        TRY(file_.giveTo(destination));
+        given_ = destination;
+        return {};
+    }
+
+private:
+    DownloadFile& file_;
+    URLSessionTaskState& state_;
+    std::optional<URL> given_;
+};
 
 class DownloadSink final : public LoadSink {
 public:
@@ -131,14 +157,15 @@ public:
             if (state_->downloadCompletion)
                 completion_ = [state = state_, file = std::shared_ptr(std::move(file_))] {
                     auto complete = std::exchange(state->downloadCompletion, nullptr);
-                    if (auto written = writeOut(*file, *state); !written)
-                        return complete(std::unexpected(written.error()));
+                    auto location = LoadedFile(*file, *state).location();
+                    if (!location)
+                        return complete(std::unexpected(location.error()));
                     std::shared_ptr<const URLResponse> response;
                     {
                         std::lock_guard lock(state->mutex);
                         response = state->response;
                     }
-                    complete(URLSession::Download{file->url(), response});
+                    complete(URLSession::Download{*location, response});
                 };
             else
                 tellFinished();
@@ -278,8 +305,9 @@ private:
         state_->core->enqueue(
             [state = state_, task = task_, keeper = keeper_, file = std::shared_ptr(std::move(file_))] {
                 auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task);
-                if (delegate && writeOut(*file, *state))
-                    delegate->urlSessionDownloadTaskDidFinishDownloading(*state->session, task, file->url());
+                LoadedFile loaded(*file, *state);
+                if (delegate)
+                    delegate->urlSessionDownloadTaskDidReceiveFile(*state->session, task, loaded);
                 // Only now: whoever is stopped before that hears of it at the next start.
                 file->setKept(false);
                 if (keeper)

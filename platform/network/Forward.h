@@ -3,6 +3,7 @@
 
 namespace platform {
 
+class DownloadedFile;
 class HTTPURLResponse;
 class URLCache;
 class URLResponse;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/network/URLSessionDelegate.h"
 
+#include "platform/network/DownloadedFile.h"
+
 namespace platform {
 
 URLSessionDelegate::~URLSessionDelegate() = default;
@@ -48,6 +50,15 @@ void URLSessionDownloadDelegate::urlSessionDownloadTaskDidResumeAtOffset(
 void URLSessionDownloadDelegate::urlSessionDownloadTaskDidWriteData(
     URLSession&, const std::shared_ptr<URLSessionDownloadTask>&, std::int64_t, std::int64_t, std::int64_t)
 {
+}
+
+DownloadedFile::~DownloadedFile() = default;
+
+void URLSessionDownloadDelegate::urlSessionDownloadTaskDidReceiveFile(
+    URLSession& session, const std::shared_ptr<URLSessionDownloadTask>& task, DownloadedFile& file)
+{
+    if (auto location = file.location())
+        urlSessionDownloadTaskDidFinishDownloading(session, task, *location);
 }
 
 void URLSessionDownloadDelegate::urlSessionDownloadTaskDidFinishDownloading(

@@ -12,6 +12,7 @@
 
 namespace platform {
 
+class DownloadedFile;
 class HTTPURLResponse;
 class URLResponse;
 class URLSession;
@@ -82,6 +83,11 @@ public:
                                                     const std::shared_ptr<URLSessionDownloadTask>& task,
                                                     std::int64_t bytesWritten, std::int64_t totalBytesWritten,
                                                     std::int64_t totalBytesExpectedToWrite);
+    // All bytes have come. For whoever moves the file, and need not look at it first: this takes less than to make it in one
+    // place and move it to another. Default: calls the next, with where the file is, unless it could not be made.
+    virtual void urlSessionDownloadTaskDidReceiveFile(URLSession& session,
+                                                      const std::shared_ptr<URLSessionDownloadTask>& task,
+                                                      DownloadedFile& file);
     // `location` is gone when this returns, unless it was moved or opened.
     virtual void urlSessionDownloadTaskDidFinishDownloading(
         URLSession& session, const std::shared_ptr<URLSessionDownloadTask>& task, const URL& location);

@@ -24,6 +24,7 @@ public:
     // fixed before the first task
     Redirect onRedirect = [](const platform::URLRequest& next) { return next; };
     std::function<void(const platform::URL& location)> onDownload;
+    std::function<void(platform::DownloadedFile&)> onFile; // instead
     std::function<void(platform::URLSessionTask&)> onData;
     ResponseDisposition disposition = ResponseDisposition::allow;
 
@@ -133,6 +134,15 @@ private:
         add("progress");
         if (onData)
             onData(*task);
+    }
+    void urlSessionDownloadTaskDidReceiveFile(platform::URLSession& session,
+                                              const std::shared_ptr<platform::URLSessionDownloadTask>& task,
+                                              platform::DownloadedFile& file) override
+    {
+        if (!onFile)
+            return URLSessionDownloadDelegate::urlSessionDownloadTaskDidReceiveFile(session, task, file);
+        onFile(file);
+        add("file");
     }
     void urlSessionDownloadTaskDidFinishDownloading(platform::URLSession&,
                                                     const std::shared_ptr<platform::URLSessionDownloadTask>&,

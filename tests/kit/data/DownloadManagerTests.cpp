@@ -4,6 +4,7 @@
 #include "kit/foundation/errorClassification.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Logger.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -184,6 +185,26 @@ TEST(DownloadManager, tellsItsDelegateWhatBecameOfADownload)
             EXPECT_EQ(log.lines(), all);
         }
     }
+}
+
+TEST(DownloadManager, keepsTheOldFileWhereThereIsNoRoomForTheNewOne)
+{
+    tests::TemporaryDirectory directory;
+    directory.write("old", "old");
+    ScriptedServer server(answers("200 OK", std::string(20'000, 'x')));
+    for (auto name : {"old", "new"}) {
+        SCOPED_TRACE(name);
+        Log log;
+        auto manager = DownloadManager::make(anyNetwork);
+        auto listener = std::make_shared<Listener>(directory.url(name));
+        manager->setDelegate(listener);
+        tests::FullDisk disk(10'000);
+        manager->addDownload(server.url("/f.bin"), directory.url(name));
+        ASSERT_TRUE(log.waitFor("Did complete: f.bin"));
+        EXPECT_EQ(listener->calls, (Lines{"progress", "fail"}));
+    }
+    EXPECT_EQ(directory.read("old"), "old");
+    EXPECT_EQ(directory.fileCount(), 1);
 }
 
 TEST(DownloadManager, refusesAURLInProgressAndCancels)

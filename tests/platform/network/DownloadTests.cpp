@@ -3,6 +3,7 @@
 #include "platform/network/URLSession.h"
 
 #include "platform/network/DownloadFile_p.h"
+#include "platform/network/DownloadedFile.h"
 #include "platform/network/NSURLErrorCodes.h"
 #include "platform/network/NetworkConditions.h"
 #include "tests/support/FullDisk.h"
@@ -408,6 +409,40 @@ TEST(Download, aFileThatMayNotGrowFailsTheTaskAndLeavesNoFile)
             EXPECT_EQ(error.bridged().code(), NSURLErrorCannotWriteToFile);
         EXPECT_EQ(std::ranges::count(delegate->calls(), "file"), 0);
         EXPECT_EQ(tests::growingDownloads(directory), 0);
+    }
+}
+
+TEST(Download, aFileIsMovedToWhereNothingIsAndIsLikeAnyOther)
+{
+    auto downloads = downloadDirectory();
+    for (std::size_t size : {10'000, 70'000}) { // in memory, in a file
+        SCOPED_TRACE(size);
+        tests::TemporaryDirectory directory;
+        directory.write("old", "old");
+        directory.write("like any other", "");
+        ScriptedServer server([size](Connection& connection, const Request&) {
+            connection.answer("200 OK", std::string(size, 'x'));
+        });
+        auto delegate = std::make_shared<RecordingDelegate>();
+        delegate->onFile = [&](DownloadedFile& file) {
+            EXPECT_EQ(tests::growingDownloads(downloads), size > 65'536 ? 1 : 0);
+            EXPECT_EQ(file.moveTo(directory.url("old")).error(), NSError(NSCocoaError::fileWriteFileExists));
+            EXPECT_EQ(file.moveTo(directory.url("none/new")).error(), NSError(NSCocoaError::fileNoSuchFile));
+            EXPECT_TRUE(file.moveTo(directory.url("new")));
+            EXPECT_EQ(file.location().value(), directory.url("new"));
+            EXPECT_TRUE(file.moveTo(directory.url("newer"))); // it has changed its mind
+        };
+        auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+        session->downloadTask(URLRequest(server.url("/")))->resume();
+        ASSERT_TRUE(delegate->waitForEnds());
+        session->delegateQueue()->sync([] { });
+        EXPECT_FALSE(delegate->error());
+        EXPECT_EQ(directory.read("newer"), std::string(size, 'x'));
+        EXPECT_EQ(directory.read("old"), "old");
+        EXPECT_EQ(directory.fileCount(), 3);
+        EXPECT_EQ(std::filesystem::status(directory.path("newer")).permissions(),
+                  std::filesystem::status(directory.path("like any other")).permissions());
+        EXPECT_EQ(tests::growingDownloads(downloads), 0);
     }
 }
 
