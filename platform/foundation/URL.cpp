@@ -143,7 +143,7 @@ std::string workingDirectory()
 } // namespace
 
 URL::URL(std::string text, std::size_t pathBegin, std::size_t pathEnd)
-    : text_(std::move(text))
+    : text_(std::make_shared<const std::string>(std::move(text)))
     , pathBegin_(pathBegin)
     , pathEnd_(pathEnd)
 {
@@ -216,20 +216,20 @@ std::optional<URL> URL::parse(std::string_view text)
 
 std::string URL::scheme() const
 {
-    return text_.substr(0, text_.find(':'));
+    return text_->substr(0, text_->find(':'));
 }
 
 bool URL::isFileURL() const
 {
-    return text_.starts_with("file:");
+    return text_->starts_with("file:");
 }
 
 std::string URL::host() const
 {
-    auto begin = text_.find(':') + 1;
-    if (text_.compare(begin, 2, "//") != 0)
+    auto begin = text_->find(':') + 1;
+    if (text_->compare(begin, 2, "//") != 0)
         return {};
-    auto authority = std::string_view(text_).substr(begin + 2, pathBegin_ - begin - 2);
+    auto authority = std::string_view(*text_).substr(begin + 2, pathBegin_ - begin - 2);
     if (auto at = authority.rfind('@'); at != std::string_view::npos)
         authority.remove_prefix(at + 1);
     // the colons of an address in brackets do not begin a port
@@ -240,14 +240,14 @@ std::string URL::host() const
 
 std::string_view URL::encodedPath() const
 {
-    return std::string_view(text_).substr(pathBegin_, pathEnd_ - pathBegin_);
+    return std::string_view(*text_).substr(pathBegin_, pathEnd_ - pathBegin_);
 }
 
 URL URL::withEncodedPath(std::string_view path) const
 {
     std::string text;
     text.reserve(pathBegin_ + path.size());
-    text.append(text_, 0, pathBegin_).append(path);
+    text.append(*text_, 0, pathBegin_).append(path);
     auto end = text.size();
     return URL(std::move(text), pathBegin_, end);
 }

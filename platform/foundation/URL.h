@@ -4,17 +4,22 @@
 #include <compare>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace platform {
 
-// An absolute URL, as a value. A file URL names a path of any bytes: what is not valid UTF-8 travels
+// An absolute URL, as a value that is cheap to copy: copies share the text. A file URL names a path of any bytes: what is not valid UTF-8 travels
 // percent-encoded and comes back unchanged. URLs that name the same path in other spellings (%41 for A,
 // file:/x for file:///x) are equal. Any thread.
 class URL {
 public:
+    // What is moved from keeps its text.
+    URL(const URL&) = default;
+    URL& operator=(const URL&) = default;
+
     // The file at `path`, made absolute against the working directory of now. "." and ".." stay, since a
     // symbolic link may give them meaning; an empty path is the working directory.
     static URL fileURL(std::string_view path);
@@ -33,7 +38,7 @@ public:
     // Percent-decoded raw bytes, not necessarily UTF-8. May contain a zero byte, which no file has.
     std::string path() const;
     // Percent-encoded, ASCII only.
-    const std::string& absoluteString() const { return text_; }
+    const std::string& absoluteString() const { return *text_; }
 
     // Of the decoded path, a slash at the end not counting; "/" for the root.
     std::string lastPathComponent() const;
@@ -44,15 +49,16 @@ public:
     // "/" stays. Query and fragment go.
     URL deletingLastPathComponent() const;
 
-    auto operator<=>(const URL&) const = default;
+    std::strong_ordering operator<=>(const URL& other) const { return *text_ <=> *other.text_; }
+    bool operator==(const URL& other) const { return text_ == other.text_ || *text_ == *other.text_; }
 
 private:
     URL(std::string text, std::size_t pathBegin, std::size_t pathEnd);
     std::string_view encodedPath() const;
     URL withEncodedPath(std::string_view path) const;
 
-    std::string text_;
-    // of the path in text_
+    std::shared_ptr<const std::string> text_;
+    // of the path in the text
     std::size_t pathBegin_;
     std::size_t pathEnd_;
 };

@@ -155,7 +155,7 @@ public:
             file_->setKept(false);
         if (!failed) {
             if (state_->downloadCompletion)
-                completion_ = [state = state_, file = std::shared_ptr(std::move(file_))] {
+                completion_ = [state = state_, file = std::move(file_)] {
                     auto complete = std::exchange(state->downloadCompletion, nullptr);
                     auto location = LoadedFile(*file, *state).location();
                     if (!location)
@@ -205,7 +205,7 @@ private:
         if (std::exchange(wasOpened_, true))
             return;
         if (state_->partialPath.empty()) {
-            file_ = std::make_unique<DownloadFile>();
+            file_ = std::make_shared<DownloadFile>();
             return;
         }
         auto file = DownloadFile::open(state_->partialPath);
@@ -302,17 +302,16 @@ private:
 
     void tellFinished()
     {
-        state_->core->enqueue(
-            [state = state_, task = task_, keeper = keeper_, file = std::shared_ptr(std::move(file_))] {
-                auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task);
-                LoadedFile loaded(*file, *state);
-                if (delegate)
-                    delegate->urlSessionDownloadTaskDidReceiveFile(*state->session, task, loaded);
-                // Only now: whoever is stopped before that hears of it at the next start.
-                file->setKept(false);
-                if (keeper)
-                    keeper->remove(state->identifier);
-            });
+        state_->core->enqueue([state = state_, task = task_, keeper = keeper_, file = std::move(file_)] {
+            auto delegate = state->core->delegateOf<URLSessionDownloadDelegate>(*task);
+            LoadedFile loaded(*file, *state);
+            if (delegate)
+                delegate->urlSessionDownloadTaskDidReceiveFile(*state->session, task, loaded);
+            // Only now: whoever is stopped before that hears of it at the next start.
+            file->setKept(false);
+            if (keeper)
+                keeper->remove(state->identifier);
+        });
     }
 
     // fixed after construction
@@ -321,7 +320,7 @@ private:
     std::shared_ptr<BackgroundStore> keeper_;
     std::shared_ptr<Progress> progress_ = std::make_shared<Progress>();
 
-    std::unique_ptr<DownloadFile> file_; // null before its turn, when it could not be made, and after the end
+    std::shared_ptr<DownloadFile> file_; // null before its turn, when it could not be made, and after the end
     bool wasOpened_ = false;
     std::optional<Error> openError_;
     std::string validator_; // of what the file has; empty: it cannot be continued

@@ -43,7 +43,7 @@ bool endsInChunks(std::string_view codings)
 
 class HTTPTransfer::State final : public HTTPConnections::Client, public std::enable_shared_from_this<State> {
 public:
-    State(const URLRequest& request, Encoding encoding, Handlers handlers);
+    State(const URLRequest& request, Encoding encoding, std::weak_ptr<Listener> listener);
     void start();
     void scheduleTimeout(Clock::duration delay);
 
@@ -77,7 +77,7 @@ private:
     // fixed after construction
     URL url_;
     Clock::duration timeout_{}; // 0 is none
-    Handlers handlers_;
+    std::weak_ptr<Listener> listener_;
     HTTPRequestHandle request_;
 
     HTTPHead head_;
@@ -93,9 +93,9 @@ private:
     bool hasEnded_ = false;
 };
 
-HTTPTransfer::State::State(const URLRequest& request, Encoding encoding, Handlers handlers)
+HTTPTransfer::State::State(const URLRequest& request, Encoding encoding, std::weak_ptr<Listener> listener)
     : url_(request.url)
-    , handlers_(std::move(handlers))
+    , listener_(std::move(listener))
     , request_(request,
                encoding == Encoding::decoded ? HTTPRequestHandle::Compression::wanted
                                              : HTTPRequestHandle::Compression::refused)
@@ -176,8 +176,9 @@ void HTTPTransfer::State::handleHead()
     bool isUnpacked = request_.decodes() && fields.contains("Content-Encoding");
     if (length != fields.end() && (isChunked || isUnpacked))
         fields.erase(length);
-    handlers_.onHead(std::make_shared<HTTPURLResponse>(
-        url_, head_.status(), request_.isHTTP2() ? "HTTP/2" : "HTTP/1.1", std::move(fields)));
+    if (auto listener = listener_.lock())
+        listener->handleHead(std::make_shared<HTTPURLResponse>(
+            url_, head_.status(), request_.isHTTP2() ? "HTTP/2" : "HTTP/1.1", std::move(fields)));
 }
 
 std::size_t HTTPTransfer::State::takeBytes(char* bytes, std::size_t, std::size_t count, State* self)
@@ -192,7 +193,8 @@ std::size_t HTTPTransfer::State::takeBytes(char* bytes, std::size_t, std::size_t
         self->failure_ = NSURLErrorCannotDecodeRawData;
         return 0;
     }
-    auto intake = self->handlers_.onBytes({bytes, count});
+    auto listener = self->listener_.lock();
+    auto intake = listener ? listener->takeBytes({bytes, count}) : Intake::taken;
     if (self->isRetired())
         return 0;
     self->lastActivity = Clock::now();
@@ -219,8 +221,9 @@ bool HTTPTransfer::State::isBomb(std::size_t next)
 
 void HTTPTransfer::State::handleBatch()
 {
-    if (std::exchange(hasNews_, false))
-        handlers_.onPause();
+    auto listener = std::exchange(hasNews_, false) ? listener_.lock() : nullptr;
+    if (listener)
+        listener->handlePause();
 }
 
 void HTTPTransfer::State::handleResume()
@@ -268,8 +271,9 @@ void HTTPTransfer::State::tellEnd()
         return;
     timer_.cancel();
     handleBatch();
-    if (!isRetired())
-        handlers_.onEnd(outcome_);
+    auto listener = isRetired() ? nullptr : listener_.lock();
+    if (listener)
+        listener->handleEnd(outcome_);
 }
 
 void HTTPTransfer::State::scheduleTimeout(Clock::duration delay)
@@ -289,8 +293,10 @@ void HTTPTransfer::State::checkTimeout()
     handleEnd(CURLE_OPERATION_TIMEDOUT);
 }
 
-HTTPTransfer::HTTPTransfer(const URLRequest& request, Encoding encoding, Handlers handlers)
-    : state_(std::make_shared<State>(request, encoding, std::move(handlers)))
+HTTPTransfer::Listener::~Listener() = default;
+
+HTTPTransfer::HTTPTransfer(const URLRequest& request, Encoding encoding, std::weak_ptr<Listener> listener)
+    : state_(std::make_shared<State>(request, encoding, std::move(listener)))
 {
     state_->start();
 }

@@ -5,7 +5,6 @@
 #include "platform/network/HTTPURLResponse.h"
 #include "platform/network/URLRequest.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -13,27 +12,29 @@
 namespace platform {
 
 // One request over the network and its answer, which may be a redirection: none is followed. Bytes that are not taken are
-// kept and stop the sender. Lives on the network thread; letting go of it aborts it without a call. Each handler may let
-// go of it; none is called from within a call of this.
+// kept and stop the sender. Lives on the network thread; letting go of it aborts it without a call.
 class HTTPTransfer {
 public:
     enum class Intake {
         taken,
         refused // until resume()
     };
-    struct Handlers {
-        std::function<void(std::shared_ptr<const HTTPURLResponse>)> onHead;
+    // Whom it is for. Each call may let go of the transfer; none is made from within a call of it.
+    class Listener {
+    public:
+        virtual ~Listener();
+        virtual void handleHead(std::shared_ptr<const HTTPURLResponse> response) = 0;
         // After the head.
-        std::function<Intake(std::string_view)> onBytes;
+        virtual Intake takeBytes(std::string_view bytes) = 0;
         // After some bytes were taken: there are no more at present.
-        std::function<void()> onPause;
+        virtual void handlePause() = 0;
         // Once, when all bytes have been taken: nothing, or a code of NSURLErrorDomain.
-        std::function<void(std::optional<long>)> onEnd;
+        virtual void handleEnd(std::optional<long> error) = 0;
     };
     // Compressed bodies are asked for and decoded, or the bytes are the server's own.
     enum class Encoding { decoded, asStored };
 
-    HTTPTransfer(const URLRequest& request, Encoding encoding, Handlers handlers);
+    HTTPTransfer(const URLRequest& request, Encoding encoding, std::weak_ptr<Listener> listener);
     ~HTTPTransfer();
     HTTPTransfer(const HTTPTransfer&) = delete; // the library holds its address
     HTTPTransfer& operator=(const HTTPTransfer&) = delete;

@@ -165,25 +165,14 @@ void TaskLoad::send(URLRequest request)
     sizeAtSend_ = sink_->byteCount();
     transaction().resourceFetchType = URLSessionTaskMetricsResourceFetchType::networkLoad;
 
-    auto guarded = [weak = weak_from_this()]<class Result, class... Arguments>(
-                       Result (TaskLoad::*method)(Arguments...)) {
-        return [weak, method](Arguments... arguments) {
-            auto self = weak.lock();
-            return self && !self->isOver_ ? (self.get()->*method)(std::move(arguments)...) : Result();
-        };
-    };
-    transfer_ = std::make_unique<HTTPTransfer>(request, sink_->encoding(),
-                                               HTTPTransfer::Handlers{
-                                                   .onHead = guarded(&TaskLoad::handleHead),
-                                                   .onBytes = guarded(&TaskLoad::takeBytes),
-                                                   .onPause = guarded(&TaskLoad::handlePause),
-                                                   .onEnd = guarded(&TaskLoad::handleEnd),
-                                               });
+    transfer_ = std::make_unique<HTTPTransfer>(request, sink_->encoding(), weak_from_this());
     updatePause();
 }
 
 void TaskLoad::handleHead(std::shared_ptr<const HTTPURLResponse> response)
 {
+    if (isOver_)
+        return;
     response_ = response;
     transaction().response = response;
     noteTimes();
@@ -287,6 +276,8 @@ void TaskLoad::receive(std::shared_ptr<const HTTPURLResponse> response)
 
 HTTPTransfer::Intake TaskLoad::takeBytes(std::string_view bytes)
 {
+    if (isOver_)
+        return HTTPTransfer::Intake::taken;
     auto intake = sink_->take(bytes);
     if (intake)
         return *intake;
@@ -296,6 +287,8 @@ HTTPTransfer::Intake TaskLoad::takeBytes(std::string_view bytes)
 
 void TaskLoad::handlePause()
 {
+    if (isOver_)
+        return;
     sink_->pause();
     std::lock_guard lock(state_->mutex);
     state_->received = sink_->byteCount();
@@ -303,6 +296,8 @@ void TaskLoad::handlePause()
 
 void TaskLoad::handleEnd(std::optional<long> code)
 {
+    if (isOver_)
+        return;
     endTransaction();
     transaction().countOfResponseBodyBytesAfterDecoding = sink_->byteCount() - sizeAtSend_;
     if (!code && !sink_->isWhole())

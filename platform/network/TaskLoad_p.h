@@ -19,10 +19,10 @@ namespace platform {
 //             +------------- redirection ---------+   break, refused range
 //
 // Every way ends in finish(), which does its work once.
-class TaskLoad : public std::enable_shared_from_this<TaskLoad> {
+class TaskLoad final : public HTTPTransfer::Listener, public std::enable_shared_from_this<TaskLoad> {
 public:
     TaskLoad(std::shared_ptr<URLSessionTask> task, std::shared_ptr<URLSessionTaskState> state);
-    ~TaskLoad();
+    ~TaskLoad() override;
     TaskLoad(const TaskLoad&) = delete; // others hold its address
     TaskLoad& operator=(const TaskLoad&) = delete;
 
@@ -43,13 +43,15 @@ private:
     // An answer from the cache.
     void deliver(const CachedURLResponse& stored);
 
-    void handleHead(std::shared_ptr<const HTTPURLResponse> response);
+    // The transfer's calls. One that is over takes no notice of them.
+    void handleHead(std::shared_ptr<const HTTPURLResponse> response) override;
+    HTTPTransfer::Intake takeBytes(std::string_view bytes) override;
+    void handlePause() override;
+    void handleEnd(std::optional<long> error) override;
+
     void handleConfirmation(const HTTPURLResponse& response);
     void redirect(std::shared_ptr<const HTTPURLResponse> response, URLRequest next);
     void receive(std::shared_ptr<const HTTPURLResponse> response);
-    HTTPTransfer::Intake takeBytes(std::string_view bytes);
-    void handlePause();
-    void handleEnd(std::optional<long> error);
     // Whether the load goes on in spite of `error`.
     bool survives(long error);
     void goOnAfter(std::chrono::milliseconds delay);
