@@ -84,11 +84,14 @@ std::error_code copyAll(const std::string& from, const std::string& to)
     return error;
 }
 
-std::string withoutSlashAtEnd(std::string path)
+// So that a new name never stands on contents that have not arrived.
+std::error_code syncFile(const std::string& path)
 {
-    while (path.size() > 1 && path.back() == '/')
-        path.pop_back();
-    return path;
+    int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    int fault = descriptor >= 0 && ::fsync(descriptor) == 0 ? 0 : errno;
+    if (descriptor >= 0)
+        ::close(descriptor);
+    return {fault, std::generic_category()};
 }
 
 } // namespace
@@ -227,15 +230,27 @@ Result<void> FileManager::replaceItem(const URL& original, const URL& replacemen
     constexpr std::string_view deed = "replaced";
     auto source = withoutSlashAtEnd(TRY(writablePath(replacement, deed)));
     auto destination = withoutSlashAtEnd(TRY(writablePath(original, deed)));
+    struct stat own{};
+    struct stat old{};
+    if (::lstat(source.c_str(), &own) != 0)
+        return std::unexpected(fileWriteError(errno, replacement, "moved"));
+    if (::lstat(destination.c_str(), &old) != 0)
+        return std::unexpected(fileWriteError(errno, original, deed));
+    if (own.st_dev == old.st_dev && own.st_ino == old.st_ino)
+        return {};
+    if (S_ISREG(own.st_mode) && S_ISREG(old.st_mode))
+        ::chmod(source.c_str(), old.st_mode & 0777); // some file systems have no permissions
     std::error_code error;
     fs::rename(source, destination, error);
     if (error == std::errc::cross_device_link) {
         auto draft = fs::path(destination).replace_filename(std::string(draftPrefix) + UUID().string());
         error = copyAll(source, draft);
         if (!error)
+            error = syncFile(draft);
+        if (!error)
             fs::rename(draft, destination, error);
-        std::error_code ignored; // what is left over is in nobody's way
-        fs::remove_all(error ? draft.string() : source, ignored);
+        std::error_code ignored; // the first failure is the one to tell of
+        fs::remove_all(error ? draft.string() : source, error ? ignored : error);
     }
     if (error)
         return fault(error, original, deed);

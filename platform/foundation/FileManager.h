@@ -95,8 +95,8 @@ public:
     // removal.
     [[nodiscard]] Result<void> moveItem(const URL& from, const URL& to) const;
     [[nodiscard]] Result<void> copyItem(const URL& from, const URL& to) const;
-    // Puts the file `replacement` in the place of the file `original` in one step: where that fails, both are as they were.
-    // From another volume it is copied beside the original first.
+    // Puts the file `replacement` in the place of the file `original` in one step, with that one's permissions. Where it fails,
+    // both are there. From another volume it is copied beside the original, and brought to the disk, first.
     [[nodiscard]] Result<void> replaceItem(const URL& original, const URL& replacement) const;
 
     // Of the file system that holds `path`. Errors: the file-read codes.

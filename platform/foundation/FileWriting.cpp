@@ -86,6 +86,12 @@ std::expected<Destination, int> destinationOf(std::string path)
     return found;
 }
 
+std::string directoryOf(const std::string& path)
+{
+    auto slash = path.rfind('/');
+    return slash == path.npos ? "." : path.substr(0, std::max<std::size_t>(slash, 1));
+}
+
 // A file that is made, and removed unless it is kept. Members give 0 or an error number.
 class DraftFile {
 public:
@@ -109,6 +115,22 @@ public:
                              static_cast<mode_t>(permissions));
         isMade_ = descriptor_ >= 0;
         return descriptor_ >= 0 ? 0 : errno;
+    }
+    // Without a name, which link() gives it. Where the file system cannot, there is a fault.
+    int createNameless(unsigned permissions)
+    {
+        descriptor_ = ::open(directoryOf(path_).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC,
+                             static_cast<mode_t>(permissions));
+        return descriptor_ >= 0 ? 0 : errno;
+    }
+    int link()
+    {
+        // The first is for the system's administrator, and for everybody on a system of today; the second needs /proc.
+        auto place = "/proc/self/fd/" + std::to_string(descriptor_);
+        isMade_ = ::linkat(descriptor_, "", AT_FDCWD, path_.c_str(), AT_EMPTY_PATH) == 0
+            || (errno == ENOENT
+                && ::linkat(AT_FDCWD, place.c_str(), AT_FDCWD, path_.c_str(), AT_SYMLINK_FOLLOW) == 0);
+        return isMade_ ? 0 : errno;
     }
     int takeAfter(const struct stat& other)
     {
@@ -173,8 +195,7 @@ int replaceContents(std::string path, std::string_view bytes, unsigned permissio
     auto destination = destinationOf(std::move(path));
     if (!destination)
         return destination.error();
-    auto slash = destination->path.rfind('/');
-    auto directory = destination->path.substr(0, std::max<std::size_t>(slash, 1));
+    auto directory = directoryOf(destination->path);
     DraftFile draft(directory + "/" + std::string(draftPrefix) + UUID().string());
     int fault = draft.create(permissions);
     if (!fault && destination->present)
@@ -191,26 +212,22 @@ int replaceContents(std::string path, std::string_view bytes, unsigned permissio
     return fault ? fault : syncDirectory(directory);
 }
 
-int createContents(std::string path, std::string_view bytes, unsigned permissions)
+enum class Making { inOneStep, inSight };
+
+int makeFile(const std::string& path, std::string_view bytes, unsigned permissions, Making making)
 {
-    DraftFile file(std::move(path));
-    int fault = file.create(permissions);
+    DraftFile file(path);
+    bool isNameless = making == Making::inOneStep;
+    int fault = isNameless ? file.createNameless(permissions) : file.create(permissions);
     if (!fault)
         fault = file.write(bytes);
+    if (!fault && isNameless)
+        fault = file.link();
     if (!fault)
         fault = file.close();
     if (!fault)
         file.keep();
     return fault;
-}
-
-// The path of a file that is to be made.
-Result<std::string> pathToSave(const URL& url)
-{
-    auto path = TRY(writablePath(url, saved));
-    if (path.ends_with('/'))
-        return std::unexpected(fileWriteError(EISDIR, url, saved));
-    return path;
 }
 
 } // namespace
@@ -245,16 +262,31 @@ Result<std::string> writablePath(const URL& url, std::string_view deed)
     return path;
 }
 
+std::string withoutSlashAtEnd(std::string path)
+{
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
+}
+
 Result<void> writeFileAtomically(const URL& url, std::string_view bytes, FileWritingOptions options)
 {
-    if (int fault = replaceContents(TRY(pathToSave(url)), bytes, options.permissions))
+    auto path = TRY(writablePath(url, saved));
+    if (path.ends_with('/'))
+        return std::unexpected(fileWriteError(EISDIR, url, saved));
+    if (int fault = replaceContents(std::move(path), bytes, options.permissions))
         return std::unexpected(fileWriteError(fault, url, saved));
     return {};
 }
 
 Result<void> writeNewFile(const URL& url, std::string_view bytes, FileWritingOptions options)
 {
-    if (int fault = createContents(TRY(pathToSave(url)), bytes, options.permissions))
+    auto path = withoutSlashAtEnd(TRY(writablePath(url, saved)));
+    int fault = makeFile(path, bytes, options.permissions, Making::inOneStep);
+    // Not every file system can. Where this fails for another reason, that is found again.
+    if (fault && fault != EEXIST)
+        fault = makeFile(path, bytes, options.permissions, Making::inSight);
+    if (fault)
         return std::unexpected(fileWriteError(fault, url, saved));
     return {};
 }

@@ -23,8 +23,9 @@ struct FileWritingOptions {
 [[nodiscard]] Result<void> writeFileAtomically(const URL& url, std::string_view bytes,
                                                FileWritingOptions options = {});
 
-// Makes a file of `bytes` at `url`, where nothing is: fails with fileWriteFileExists otherwise. What fails leaves nothing
-// there. Not brought to the disk, and not in one step: who looks meanwhile sees a part. Any thread.
+// Makes a file of `bytes` at `url`, where nothing is: fails with fileWriteFileExists otherwise. In one step, as file systems of
+// disks can: then all of it is there or nothing, however the process ends. Elsewhere whoever looks meanwhile sees a part.
+// Not brought to the disk. A slash at the end does not count. Any thread.
 // Errors: the file-write codes; fileNoSuchFile when the directory does not exist.
 [[nodiscard]] Result<void> writeNewFile(const URL& url, std::string_view bytes,
                                         FileWritingOptions options = {});

@@ -20,5 +20,7 @@ Error fileWriteError(int errorNumber, const URL& file, std::string_view deed);
 
 // The path of a file URL as the system takes it. Errors: fileWriteUnsupportedScheme, fileWriteInvalidFileName.
 [[nodiscard]] Result<std::string> writablePath(const URL& url, std::string_view deed);
+// But for the root.
+std::string withoutSlashAtEnd(std::string path);
 
 } // namespace platform

@@ -37,7 +37,7 @@ public:
     std::string host() const;
     // Percent-decoded raw bytes, not necessarily UTF-8. May contain a zero byte, which no file has.
     std::string path() const;
-    // Percent-encoded, ASCII only.
+    // Percent-encoded, ASCII only. Stays until this is assigned to or gone.
     const std::string& absoluteString() const { return *text_; }
 
     // Of the decoded path, a slash at the end not counting; "/" for the root.

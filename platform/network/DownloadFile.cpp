@@ -54,8 +54,7 @@ bool isPreparedDirectory(const URL& place)
 {
     if (!FileManager::defaultManager().createDirectory(place, IntermediateDirectories::created))
         return false;
-    ::chmod(place.path().c_str(), 0700);
-    return ::access(place.path().c_str(), W_OK | X_OK) == 0;
+    return ::chmod(place.path().c_str(), 0700) == 0 && ::access(place.path().c_str(), W_OK | X_OK) == 0;
 }
 
 // Memory for small files, used again: the thread that lets go of it is another than that which takes it.
@@ -78,9 +77,11 @@ public:
     }
     void giveBack(std::string memory)
     {
+        if (memory.capacity() <= std::string().capacity())
+            return;
         memory.clear();
         std::lock_guard lock(mutex_);
-        if (memory.capacity() > 0 && spare_.size() < mostSpare)
+        if (spare_.size() < mostSpare)
             spare_.push_back(std::move(memory));
     }
 
@@ -169,11 +170,6 @@ Result<void> DownloadFile::attach(std::string path)
     return {};
 }
 
-DownloadFile::DownloadFile()
-    : held_(HeldMemory::shared().take())
-{
-}
-
 DownloadFile::~DownloadFile()
 {
     HeldMemory::shared().giveBack(std::move(held_));
@@ -188,6 +184,11 @@ DownloadFile::~DownloadFile()
 Result<void> DownloadFile::append(std::string_view bytes)
 {
     if (descriptor_ < 0 && held_.size() + bytes.size() <= mostHeld) {
+        if (size_ == 0)
+            held_ = HeldMemory::shared().take();
+        // In one or two steps, and never twice of what may be held.
+        if (auto needed = held_.size() + bytes.size(); needed > held_.capacity())
+            held_.reserve(size_ == 0 ? needed : mostHeld);
         held_ += bytes;
         size_ += static_cast<std::int64_t>(bytes.size());
         return {};
@@ -205,7 +206,14 @@ Result<void> DownloadFile::writeOut()
     // Another program that starts may be looking at it right now, whether it is an abandoned one.
     if (!made)
         TRY(attach(path()));
-    return write(std::exchange(held_, {}));
+    if (auto written = write(held_); !written) {
+        ::unlink(path_.c_str());
+        ::close(std::exchange(descriptor_, -1));
+        size_ = static_cast<std::int64_t>(held_.size());
+        return written;
+    }
+    HeldMemory::shared().giveBack(std::exchange(held_, {}));
+    return {};
 }
 
 Result<void> DownloadFile::giveTo(const URL& destination)

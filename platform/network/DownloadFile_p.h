@@ -17,7 +17,7 @@ class DownloadFile {
 public:
     // In memory while it is small, so that the thread that loads many small ones need not wait for a disk; then among the
     // user's caches (else in the temporary directory).
-    DownloadFile();
+    DownloadFile() = default;
     // The file at `path`, as it is; made when there is none.
     [[nodiscard]] static Result<std::unique_ptr<DownloadFile>> open(std::string path);
 
@@ -32,9 +32,10 @@ public:
 
     // Errors: POSIX ENOSPC when there is no space; NSURLErrorCannotCreateFile, NSURLErrorCannotWriteToFile.
     [[nodiscard]] Result<void> append(std::string_view bytes);
-    // Makes the file, if it is in memory only. Errors as above.
+    // Makes the file, if it is in memory only, and stays so where that fails. Errors as above.
     [[nodiscard]] Result<void> writeOut();
-    // Where nothing is: from memory, or by a move from where it is. Then it is let go of. Errors: FileManager::moveItem's.
+    // Where nothing is: from memory, or by a move from where it is. Then it is let go of. Errors: the file-write codes,
+    // fileNoSuchFile.
     [[nodiscard]] Result<void> giveTo(const URL& destination);
     // To a smaller size.
     [[nodiscard]] Result<void> truncate(std::int64_t size);

@@ -49,10 +49,11 @@ public:
     }
     Result<void> moveTo(const URL& destination) override
     {
-        if (given_)
-            return FileManager::defaultManager().moveItem(*given_, destination);
-        TRY(file_.giveTo(destination));
+        TRY(given_ ? FileManager::defaultManager().moveItem(*given_, destination)
+                   : file_.giveTo(destination));
         given_ = destination;
+        std::lock_guard lock(state_.mutex);
+        state_.error.reset(); // it could not be made elsewhere
         return {};
     }
 

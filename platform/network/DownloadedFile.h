@@ -16,8 +16,8 @@ public:
     // Errors: POSIX ENOSPC when there is no space; NSURLErrorCannotCreateFile, NSURLErrorCannotWriteToFile; the task then
     // ends with it.
     [[nodiscard]] virtual Result<URL> location() = 0;
-    // To a place where nothing is yet; a small one that was in memory is made there. It gets the permissions of a new file.
-    // Errors: as FileManager::moveItem has them; the file is then where it was.
+    // To a place where nothing is yet; a small one that was in memory is made there, as writeNewFile() does. It has the
+    // permissions of a new file. Errors: the file-write codes, fileNoSuchFile; the file is then where it was.
     [[nodiscard]] virtual Result<void> moveTo(const URL& destination) = 0;
 };
 

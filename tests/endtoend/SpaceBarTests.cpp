@@ -56,19 +56,19 @@ TEST_F(SpaceBar, showsTogglesAndReplacesInTheSamePlace)
 
     // The previewer hears of a window's size a little after the server has it: then once more.
     std::string place, otherPlace;
-    EXPECT_TRUE(eventually(
-        [&] {
-            window = onlyWindow("a.srt");
-            run({"xdotool", "windowmove", "--sync", window, "210", "130"}, environment());
-            run({"xdotool", "windowsize", "--sync", window, "640", "333"}, environment());
-            place = placeOf(window);
-            pauseBriefly();
-            EXPECT_EQ(client.showFileWithToken(second, false), "");
-            otherPlace = placeOf(onlyWindow("b.srt"));
-            return otherPlace == place || (client.showFile(first, false), false);
-        },
-        std::chrono::seconds(10)))
-        << otherPlace << " instead of " << place;
+    for (int attempt = 0; attempt < 2 && (place.empty() || otherPlace != place); ++attempt) {
+        EXPECT_EQ(client.showFile(first, false), "");
+        window = onlyWindow("a.srt");
+        run({"xdotool", "windowmove", "--sync", window, "210", "130"}, environment());
+        run({"xdotool", "windowsize", "--sync", window, "640", "333"}, environment());
+        place = placeOf(window);
+        pauseBriefly();
+        EXPECT_EQ(client.showFileWithToken(second, false), "");
+        auto other = onlyWindow("b.srt");
+        ASSERT_FALSE(window.empty() || other.empty());
+        otherPlace = placeOf(other);
+    }
+    EXPECT_EQ(otherPlace, place);
     EXPECT_NE(place.find("640x333"), std::string::npos) << place;
     EXPECT_TRUE(client.isVisible);
 

@@ -429,8 +429,8 @@ TEST(Download, aFileIsMovedToWhereNothingIsAndIsLikeAnyOther)
             EXPECT_EQ(file.moveTo(directory.url("old")).error(), NSError(NSCocoaError::fileWriteFileExists));
             EXPECT_EQ(file.moveTo(directory.url("none/new")).error(), NSError(NSCocoaError::fileNoSuchFile));
             EXPECT_TRUE(file.moveTo(directory.url("new")));
-            EXPECT_EQ(file.location().value(), directory.url("new"));
-            EXPECT_TRUE(file.moveTo(directory.url("newer"))); // it has changed its mind
+            EXPECT_TRUE(file.moveTo(directory.url("newer/"))); // it has changed its mind
+            EXPECT_EQ(file.location().value().path(), directory.path("newer/"));
         };
         auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
         session->downloadTask(URLRequest(server.url("/")))->resume();
@@ -444,6 +444,30 @@ TEST(Download, aFileIsMovedToWhereNothingIsAndIsLikeAnyOther)
                   std::filesystem::status(directory.path("like any other")).permissions());
         EXPECT_EQ(tests::growingDownloads(downloads), 0);
     }
+}
+
+TEST(Download, aFileThatHasNoRoomInOnePlaceMayHaveItInAnother)
+{
+    tests::TemporaryDirectory directory;
+    ScriptedServer server([](Connection& connection, const Request&) {
+        connection.answer("200 OK", std::string(20'000, 'x'));
+    });
+    auto delegate = std::make_shared<RecordingDelegate>();
+    delegate->onFile = [&](DownloadedFile& file) {
+        std::optional<tests::FullDisk> disk(10'000);
+        EXPECT_FALSE(file.location());
+        EXPECT_FALSE(file.moveTo(directory.url("new")));
+        disk.reset();
+        EXPECT_TRUE(file.moveTo(directory.url("new")));
+    };
+    auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+    session->downloadTask(URLRequest(server.url("/")))->resume();
+    ASSERT_TRUE(delegate->waitForEnds());
+    session->delegateQueue()->sync([] { });
+    EXPECT_FALSE(delegate->error());
+    EXPECT_EQ(directory.read("new"), std::string(20'000, 'x'));
+    EXPECT_EQ(directory.fileCount(), 1);
+    EXPECT_EQ(tests::growingDownloads(downloadDirectory()), 0);
 }
 
 TEST(Download, thoseThatWaitForTheirTurnOrForTheDelegateHoldFewFiles)

@@ -7,6 +7,7 @@
 #include "platform/network/URLCache.h"
 #include "tests/support/RecordingDelegate.h"
 #include "tests/support/ScriptedServer.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "tests/support/growingDownloads.h"
 
 #include <gtest/gtest.h>
@@ -275,19 +276,25 @@ TEST(URLSessionOrder, tasksThatRestLeaveTheirPlacesToOthers)
         EXPECT_EQ(task->error(), std::nullopt);
 }
 
-TEST(URLSessionOrder, aProcessMayEndInTheMiddleOfAnyLoad)
+TEST(URLSessionOrder, aProcessMayEndInTheMiddleOfAnyLoadAndWhileAnswersAreKept)
 {
+    tests::TemporaryDirectory directory;
     for (std::size_t moment = 0; moment < 12; ++moment) {
         EXPECT_EXIT(
             {
                 ScriptedServer server([](Connection& connection, const Request& request) {
-                    connection.send("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n");
-                    connection.send(std::string(request.target == "/whole" ? 100'000 : 50'000, 'x'));
+                    connection.send("HTTP/1.1 200 OK\r\nCache-Control: max-age=60\r\n"
+                                    "Content-Length: 100000\r\n\r\n");
+                    connection.send(
+                        std::string(request.target.starts_with("/whole") ? 100'000 : 50'000, 'x'));
                 });
                 auto delegate = std::make_shared<RecordingDelegate>();
-                auto session = URLSession::make(URLSessionConfiguration::ephemeral(), delegate);
+                auto configuration = URLSessionConfiguration::ephemeral();
+                configuration.urlCache =
+                    std::make_shared<URLCache>(0, 100'000'000, directory.url(std::to_string(moment)));
+                auto session = URLSession::make(configuration, delegate);
                 for (int i = 0; i < 40; ++i) {
-                    URLRequest request(server.url(i % 8 == 7 ? "/part" : "/whole"));
+                    URLRequest request(server.url(i % 8 == 7 ? "/part" : "/whole?" + std::to_string(i)));
                     session->dataTask(request)->resume();
                     session->downloadTask(request)->resume();
                 }
