@@ -11,9 +11,9 @@
 
 namespace platform {
 
-// An absolute URL, as a value that is cheap to copy: copies share the text. A file URL names a path of any bytes: what is not valid UTF-8 travels
-// percent-encoded and comes back unchanged. URLs that name the same path in other spellings (%41 for A,
-// file:/x for file:///x) are equal. Any thread.
+// An absolute URL, as a value; copies share the text. A file URL names a path of any bytes: what is not
+// valid UTF-8 travels percent-encoded and comes back unchanged. URLs that name the same path in other
+// spellings (%41 for A, file:/x for file:///x) are equal. Any thread.
 class URL {
 public:
     // What is moved from keeps its text.

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -55,6 +57,30 @@ TEST(FileWritingTests, A_file_is_replaced_whole_with_its_permissions_and_through
     ASSERT_TRUE(writeFileAtomically(directory.url("new"), ""));
     EXPECT_EQ(directory.read("new"), "");
     EXPECT_EQ(directory.fileCount(), 2); // nothing is left beside it
+}
+
+TEST(FileWritingTests, A_new_file_is_never_seen_in_part)
+{
+    tests::TemporaryDirectory directory;
+    int nameless = ::open(directory.path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600);
+    if (nameless < 0)
+        GTEST_SKIP() << "this file system makes files in sight only";
+    ::close(nameless);
+    int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(::inotify_add_watch(watch, directory.path().c_str(), IN_CREATE | IN_MODIFY), 0);
+    ASSERT_TRUE(writeNewFile(directory.url("new"), std::string(100'000, 'x')));
+    alignas(inotify_event) char events[4096];
+    auto length = ::read(watch, events, sizeof events);
+    ::close(watch);
+    std::vector<std::uint32_t> seen; // of what has the name
+    for (ssize_t at = 0; at < length;) {
+        auto& event = reinterpret_cast<inotify_event&>(events[at]);
+        if (event.len > 0 && std::string_view(event.name) == "new")
+            seen.push_back(event.mask);
+        at += static_cast<ssize_t>(sizeof event + event.len);
+    }
+    EXPECT_EQ(seen, std::vector<std::uint32_t>{IN_CREATE});
+    EXPECT_EQ(directory.read("new"), std::string(100'000, 'x'));
 }
 
 TEST(FileWritingTests, What_cannot_be_written_leaves_the_old_contents_and_says_why)
